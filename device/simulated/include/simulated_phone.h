@@ -1,0 +1,85 @@
+#ifndef DEVICE_SIMULATED_SIMULATED_PHONE_H
+#define DEVICE_SIMULATED_SIMULATED_PHONE_H
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "device.h"
+#include "facts.h"
+#include "phone_observer.h"
+#include "virtual_time.h"
+#include "want.h"
+
+namespace TARN::Simulated {
+
+struct PhonePorts;
+
+/// A phone in memory under virtual time: every platform service answers from facts, every operation is
+/// shown to the observer, and any of them can be made to fail.
+///
+/// Its two service files live in a private folder that is removed with the phone. Everything except the
+/// posting of work belongs on the thread that runs the virtual time.
+class SimulatedPhone : public Device {
+public:
+    /// `startMs` is the wall clock and `bootNs` the boot clock at the beginning. The observer outlives the
+    /// phone. Throws std::runtime_error when the private folder or the settings database cannot be made.
+    SimulatedPhone(int64_t startMs, int64_t bootNs, PhoneObserver& observer);
+    ~SimulatedPhone() override;
+    SimulatedPhone(const SimulatedPhone&) = delete;
+    SimulatedPhone& operator=(const SimulatedPhone&) = delete;
+
+    [[nodiscard]] VirtualTime& Clock() noexcept;
+    [[nodiscard]] const PhoneFacts& Facts() const noexcept;
+
+    /// Changes facts at once; whoever observes them hears of it as work of its own.
+    void Apply(const FactsChange& change);
+
+    /// Another party publishes a system broadcast.
+    void Broadcast(AAFwk::Want want);
+
+    /// Writes one of the service's files behind its back, or removes it.
+    void WriteFile(const std::string& name, const std::optional<std::string>& text);
+
+    /// Drops all waiting work, timers, subscriptions and observers, as when the service's process ends.
+    void DropPending();
+
+    [[nodiscard]] const std::string& FileRoot() const noexcept override;
+    [[nodiscard]] int32_t Fault(std::string_view operation) const noexcept override;
+    [[nodiscard]] std::shared_ptr<AppExecFwk::EventHandler> CreateEventHandler() override;
+    AccountSA::OsAccountManager& Accounts() override;
+    AppExecFwk::AbilityManagerClient& Abilities() override;
+    AppExecFwk::AppMgrClient& Apps() override;
+    AppExecFwk::BundleMgrClient& Bundles() override;
+    BackgroundTaskMgr::BackgroundTaskMgrHelper& BackgroundTasks() override;
+    PowerMgr::BatterySrvClient& Battery() override;
+    Bluetooth::BluetoothHost& Bluetooth() override;
+    BrokerRegistration& Brokers() override;
+    EventFwk::CommonEventService& CommonEvents() override;
+    DataShare::DataShareService& Settings() override;
+    LogService& Log() override;
+    Telephony::CoreServiceClient& Modem() override;
+    Msdp::MovementClient& Movement() override;
+    NetManagerStandard::NetPolicyClient& NetPolicy() override;
+    system::Parameters& Parameters() override;
+    PowerMgr::PowerMgrClient& Power() override;
+    NativePreferences::PreferencesService& Preferences() override;
+    ResourceSchedule::ResSchedClient& ResourceScheduler() override;
+    Sensors::SensorService& Sensors() override;
+    SuspendManager::SuspendManagerClient& Suspend() override;
+    SystemAbilityManagerClient& SystemAbilities() override;
+    MiscServices::TimeServiceClient& Time() override;
+    [[nodiscard]] std::shared_ptr<Wifi::WifiDevice> Wifi(int32_t systemAbilityId, int32_t instance) override;
+
+private:
+    std::unique_ptr<PhonePorts> ports_;
+};
+
+/// The folder of the service's files, below a phone's file root.
+inline constexpr char kServiceFolder[] = "/data/service/el1/public/device_standby";
+
+}  // namespace TARN::Simulated
+
+#endif  // DEVICE_SIMULATED_SIMULATED_PHONE_H

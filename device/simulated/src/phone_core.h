@@ -1,0 +1,58 @@
+#ifndef DEVICE_SIMULATED_PHONE_CORE_H
+#define DEVICE_SIMULATED_PHONE_CORE_H
+
+#include <cassert>
+#include <map>
+#include <string>
+#include <string_view>
+
+#include "facts.h"
+#include "operations.h"
+#include "phone_observer.h"
+#include "virtual_time.h"
+
+namespace TARN::Simulated {
+
+/// What the ports of one phone share.
+class PhoneCore {
+public:
+    PhoneCore(int64_t startMs, int64_t bootNs, PhoneObserver& phoneObserver)
+        : time(startMs), observer(phoneObserver), startMs_(startMs), bootNs_(bootNs) {}
+
+    /// The code with which an operation is being made to fail, else 0.
+    [[nodiscard]] int32_t Fault(std::string_view operation) const noexcept {
+        assert(IsKnownOperation(operation));
+        if (faults.empty()) {
+            return 0;
+        }
+        const auto found = faults.find(operation);
+        return found == faults.end() ? 0 : found->second;
+    }
+
+    /// Shows an operation that answers a status, made to fail or not. Returns the status.
+    int32_t Call(std::string_view operation, const nlohmann::ordered_json& arguments = nlohmann::ordered_json::object()) {
+        const int32_t code = Fault(operation);
+        observer.OnCall(operation, arguments, code);
+        return code;
+    }
+
+    /// The boot clock at a wall-clock time; wraps far outside of any life of a phone.
+    [[nodiscard]] int64_t BootNsAt(int64_t wallMs) const noexcept {
+        constexpr uint64_t kNsPerMs = 1'000'000;
+        return static_cast<int64_t>(static_cast<uint64_t>(bootNs_) +
+                                    (static_cast<uint64_t>(wallMs) - static_cast<uint64_t>(startMs_)) * kNsPerMs);
+    }
+
+    VirtualTime time;
+    PhoneFacts facts;
+    std::map<std::string, int32_t, std::less<>> faults;
+    PhoneObserver& observer;
+
+private:
+    int64_t startMs_;
+    int64_t bootNs_;
+};
+
+}  // namespace TARN::Simulated
+
+#endif  // DEVICE_SIMULATED_PHONE_CORE_H

@@ -1,0 +1,170 @@
+#include "simple_ports.h"
+
+#include <algorithm>
+
+namespace TARN::Simulated {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr int32_t kBluetoothOn = 1;
+constexpr int32_t kBluetoothOff = 3;
+
+/// A question that answers a number answers the code while it fails.
+int32_t Answer(const PhoneCore& core, std::string_view operation, int32_t fact) {
+    const int32_t code = core.Fault(operation);
+    return code != 0 ? code : fact;
+}
+
+class Service : public IRemoteObject {};
+
+class ServiceDirectory : public ISystemAbilityManager {
+public:
+    explicit ServiceDirectory(PhoneCore& core) : core_(core) {}
+
+    std::shared_ptr<IRemoteObject> GetSystemAbility(int32_t /*systemAbilityId*/) override {
+        return core_.Fault("SystemAbilityManager.GetSystemAbility") != 0 ? nullptr : std::make_shared<Service>();
+    }
+
+private:
+    PhoneCore& core_;
+};
+
+}  // namespace
+
+int32_t Accounts::QueryActive(std::vector<int>& ids) {
+    const int32_t code = core_.Fault("OsAccountManager.QueryActiveOsAccountIds");
+    if (code == 0) {
+        ids = core_.facts.accounts;
+    }
+    return code;
+}
+
+int32_t Battery::GetPluggedType() {
+    return Answer(core_, "BatterySrvClient.GetPluggedType", core_.facts.plugged);
+}
+
+int32_t BluetoothAdapter::GetBtState() {
+    return Answer(core_, "BluetoothHost.GetBtState", core_.facts.bluetoothState);
+}
+
+int32_t BluetoothAdapter::GetBtConnectionState() {
+    return Answer(core_, "BluetoothHost.GetBtConnectionState", core_.facts.bluetoothConnection);
+}
+
+int32_t BluetoothAdapter::DisableBt() {
+    const int32_t code = core_.Call("BluetoothHost.DisableBt");
+    if (code == 0) {
+        core_.facts.bluetoothState = kBluetoothOff;
+    }
+    return code;
+}
+
+int32_t BluetoothAdapter::EnableBle() {
+    const int32_t code = core_.Call("BluetoothHost.EnableBle");
+    if (code == 0) {
+        core_.facts.bluetoothState = kBluetoothOn;
+    }
+    return code;
+}
+
+bool Brokers::Register(const std::string& descriptor, Creator creator) {
+    return creators_.emplace(descriptor, std::move(creator)).second;
+}
+
+void Brokers::Unregister(const std::string& descriptor) {
+    creators_.erase(descriptor);
+}
+
+int32_t Modem::GetMaxSimCount() {
+    return Answer(core_, "CoreServiceClient.GetMaxSimCount", core_.facts.simSlots);
+}
+
+int32_t Modem::SetRadioState(int32_t slotId, bool isOn, const RadioCallback& callback) {
+    const int32_t code = core_.Call("CoreServiceClient.SetRadioState", {{"slot", slotId}, {"on", isOn}});
+    if (callback) {
+        callback(code);
+    }
+    return code;
+}
+
+Msdp::MovementData MovementDetector::GetMovementData(Msdp::MovementType type) {
+    Msdp::MovementData data;
+    data.type = type;
+    if (core_.Fault("MovementClient.GetMovementData") == 0 && type == Msdp::MovementType::TYPE_STILL) {
+        data.value = static_cast<Msdp::MovementValue>(core_.facts.movement.value);
+        data.timestamp = core_.BootNsAt(core_.facts.movement.atMs);
+    }
+    return data;
+}
+
+void MovementDetector::Report() {
+    core_.time.Post(core_.time.NowMs(), [this] {
+        if (observer_) {
+            observer_(GetMovementData(Msdp::MovementType::TYPE_STILL));
+        }
+    });
+}
+
+int32_t NetPolicy::SetDeviceIdleTrustlist(const std::vector<uint32_t>& uids, bool isAdded) {
+    std::vector<uint32_t> sorted = uids;
+    std::sort(sorted.begin(), sorted.end());
+    return core_.Call("NetPolicyClient.SetDeviceIdleTrustlist", {{"uids", sorted}, {"added", isAdded}});
+}
+
+int32_t NetPolicy::SetDeviceIdlePolicy(bool enable) {
+    return core_.Call("NetPolicyClient.SetDeviceIdlePolicy", {{"enable", enable}});
+}
+
+int32_t SystemParameters::Get(const std::string& key, std::string& value, const std::string& defaultValue) {
+    const int32_t code = core_.Fault("system.GetStringParameter");
+    const auto found = core_.facts.parameters.find(key);
+    value = code != 0 || found == core_.facts.parameters.end() ? defaultValue : found->second;
+    return code;
+}
+
+int32_t Power::GetDeviceMode() {
+    return Answer(core_, "PowerMgrClient.GetDeviceMode", core_.facts.deviceMode);
+}
+
+int32_t Power::ProxyRunningLocks(bool isProxied, const std::vector<std::pair<int32_t, int32_t>>& processes) {
+    Json pairs = Json::array();
+    for (const auto& [first, second] : processes) {
+        pairs.push_back(Json::array({first, second}));
+    }
+    return core_.Call("PowerMgrClient.ProxyRunningLocks", {{"proxied", isProxied}, {"processes", std::move(pairs)}});
+}
+
+std::vector<int32_t> Freezer::OperateNativeProcesses(const std::vector<SuspendManager::NativeProcessInfo>& processes) {
+    constexpr std::string_view kOperation = "SuspendManagerClient.OperateNativeProcesses";
+    Json entries = Json::array();
+    for (const auto& process : processes) {
+        entries.push_back(
+            {{"pid", process.GetPid()}, {"name", process.GetProcessName()}, {"freeze", process.IsFreeze()}});
+    }
+    std::vector<int32_t> results(processes.size(), core_.Fault(kOperation));
+    core_.observer.OnCall(kOperation, {{"processes", std::move(entries)}}, results);
+    return results;
+}
+
+std::shared_ptr<ISystemAbilityManager> SystemAbilities::GetSystemAbilityManager() {
+    if (core_.Fault("SystemAbilityManagerClient.GetSystemAbilityManager") != 0) {
+        return nullptr;
+    }
+    return std::make_shared<ServiceDirectory>(core_);
+}
+
+int32_t WifiInterface::Enable() {
+    const int32_t code = core_.Call("WifiDevice.Enable");
+    core_.facts.isWifiEnabled = core_.facts.isWifiEnabled || code == 0;
+    return code;
+}
+
+int32_t WifiInterface::Disable() {
+    const int32_t code = core_.Call("WifiDevice.Disable");
+    core_.facts.isWifiEnabled = core_.facts.isWifiEnabled && code != 0;
+    return code;
+}
+
+}  // namespace TARN::Simulated

@@ -1,0 +1,89 @@
+#include "virtual_time.h"
+
+#include <algorithm>
+
+namespace TARN::Simulated {
+
+VirtualTime::Ticket VirtualTime::Post(int64_t dueMs, Work work, std::string name) {
+    const std::lock_guard lock(mutex_);
+    const Ticket ticket(std::max(dueMs, NowMs()), arrivals_++);
+    if (!name.empty()) {
+        named_.emplace(name, ticket);
+    }
+    queue_.emplace(ticket, Entry{std::move(work), std::move(name)});
+    return ticket;
+}
+
+// Work is destroyed outside the lock: what it holds may post or cancel in its destructor.
+bool VirtualTime::Cancel(const Ticket& ticket) {
+    std::map<Ticket, Entry>::node_type dropped;
+    const std::lock_guard lock(mutex_);
+    dropped = queue_.extract(ticket);
+    if (dropped.empty()) {
+        return false;
+    }
+    ForgetName(dropped.mapped().name, ticket);
+    return true;
+}
+
+void VirtualTime::CancelNamed(const std::string& name) {
+    std::map<Ticket, Entry> dropped;
+    const std::lock_guard lock(mutex_);
+    const auto [first, last] = named_.equal_range(name);
+    for (auto it = first; it != last; ++it) {
+        dropped.insert(queue_.extract(it->second));
+    }
+    named_.erase(first, last);
+}
+
+void VirtualTime::Clear() {
+    std::map<Ticket, Entry> dropped;
+    const std::lock_guard lock(mutex_);
+    dropped.swap(queue_);
+    named_.clear();
+}
+
+void VirtualTime::RunBefore(int64_t ms) {
+    while (RunNext(ms - 1)) {
+    }
+    nowMs_.store(std::max(ms, NowMs()), std::memory_order_relaxed);
+}
+
+void VirtualTime::RunThrough(int64_t ms) {
+    while (RunNext(ms)) {
+    }
+    nowMs_.store(std::max(ms, NowMs()), std::memory_order_relaxed);
+}
+
+bool VirtualTime::RunNext(int64_t lastDueMs) {
+    std::map<Ticket, Entry>::node_type next;
+    {
+        const std::lock_guard lock(mutex_);
+        if (queue_.empty() || queue_.begin()->first.first > lastDueMs) {
+            return false;
+        }
+        next = queue_.extract(queue_.begin());
+        ForgetName(next.mapped().name, next.key());
+    }
+    nowMs_.store(next.key().first, std::memory_order_relaxed);
+    next.mapped().work();
+    return true;
+}
+
+void VirtualTime::ForgetName(const std::string& name, const Ticket& ticket) {
+    if (name.empty()) {
+        return;
+    }
+    const auto [first, last] = named_.equal_range(name);
+    const auto found = std::find_if(first, last, [&ticket](const auto& entry) { return entry.second == ticket; });
+    if (found != last) {
+        named_.erase(found);
+    }
+}
+
+size_t VirtualTime::Waiting() const {
+    const std::lock_guard lock(mutex_);
+    return queue_.size();
+}
+
+}  // namespace TARN::Simulated

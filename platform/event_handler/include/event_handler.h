@@ -1,0 +1,30 @@
+#ifndef PLATFORM_EVENT_HANDLER_H
+#define PLATFORM_EVENT_HANDLER_H
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+namespace TARN::AppExecFwk {
+
+/// A thread that runs posted tasks one at a time: by due time, and among equals in the order of posting.
+class EventHandler {
+public:
+    using Callback = std::function<void()>;
+
+    enum class Priority : uint32_t { VIP, IMMEDIATE, HIGH, LOW, IDLE };
+
+    virtual ~EventHandler() = default;
+
+    /// Queues `task` to run `delayMs` from now. `name`, if any, is the key for RemoveTask. May be called from
+    /// any thread. False when the handler takes no more tasks.
+    virtual bool PostTask(Callback task, const std::string& name = {}, int64_t delayMs = 0,
+                          Priority priority = Priority::LOW) = 0;
+
+    /// Drops every waiting task of that name; a task that already runs goes on.
+    virtual void RemoveTask(const std::string& name) = 0;
+};
+
+}  // namespace TARN::AppExecFwk
+
+#endif  // PLATFORM_EVENT_HANDLER_H

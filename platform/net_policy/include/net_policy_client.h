@@ -1,0 +1,32 @@
+#ifndef PLATFORM_NET_POLICY_CLIENT_H
+#define PLATFORM_NET_POLICY_CLIENT_H
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "delayed_singleton.h"
+#include "device.h"
+
+namespace TARN::NetManagerStandard {
+
+/// The network policy service: who may use the network while the device is idle.
+class NetPolicyClient {
+public:
+    virtual ~NetPolicyClient() = default;
+
+    /// The installed device's client; the device owns it.
+    static std::shared_ptr<NetPolicyClient> Shared() {
+        return {std::shared_ptr<void>(), &Device::Current().NetPolicy()};
+    }
+
+    /// Puts the uids on the trust list of the device-idle policy, or takes them off. Returns 0 on success.
+    virtual int32_t SetDeviceIdleTrustlist(const std::vector<uint32_t>& uids, bool isAdded) = 0;
+
+    /// Switches the device-idle policy: while on, only trusted uids reach the network. Returns 0 on success.
+    virtual int32_t SetDeviceIdlePolicy(bool enable) = 0;
+};
+
+}  // namespace TARN::NetManagerStandard
+
+#endif  // PLATFORM_NET_POLICY_CLIENT_H

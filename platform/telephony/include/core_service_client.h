@@ -1,0 +1,29 @@
+#ifndef PLATFORM_CORE_SERVICE_CLIENT_H
+#define PLATFORM_CORE_SERVICE_CLIENT_H
+
+#include <cstdint>
+#include <functional>
+
+#include "device.h"
+
+namespace TARN::Telephony {
+
+/// The telephony core service.
+class CoreServiceClient {
+public:
+    using RadioCallback = std::function<void(int32_t result)>;
+
+    virtual ~CoreServiceClient() = default;
+
+    static CoreServiceClient& GetInstance() { return Device::Current().Modem(); }
+
+    /// The number of SIM slots.
+    virtual int32_t GetMaxSimCount() = 0;
+
+    /// Switches the radio of one slot; `callback`, if any, hears of the end. Returns 0 when accepted.
+    virtual int32_t SetRadioState(int32_t slotId, bool isOn, const RadioCallback& callback) = 0;
+};
+
+}  // namespace TARN::Telephony
+
+#endif  // PLATFORM_CORE_SERVICE_CLIENT_H

@@ -1,0 +1,33 @@
+#ifndef REPLAY_JSONL_WRITER_H
+#define REPLAY_JSONL_WRITER_H
+
+#include <ostream>
+
+#include "record_sink.h"
+
+namespace TARN::Replay {
+
+/// Writes a run as JSON Lines, one object for each thing that happened, for programs.
+class JsonlWriter : public RecordSink {
+public:
+    explicit JsonlWriter(std::ostream& output) : output_(output) {}
+
+    [[nodiscard]] bool WantsLog(LogLevel /*level*/) const noexcept override { return true; }
+    void OnBegin(const Trace& /*trace*/) override {}
+    void OnStep(const Step& /*step*/) override {}
+    void OnLog(int64_t t, const LogLine& line) override;
+    void OnCall(int64_t t, std::string_view operation, const nlohmann::ordered_json& arguments,
+                const nlohmann::ordered_json& result) override;
+    void OnDeliver(int64_t t, const DevStandbyMgr::StandbyMessage& message) override;
+    void OnDump(int64_t t, const std::string& text) override;
+    void OnEnd(int64_t t, const Summary& summary) override;
+
+private:
+    void Write(int64_t t, const char* key, nlohmann::ordered_json value);
+
+    std::ostream& output_;
+};
+
+}  // namespace TARN::Replay
+
+#endif  // REPLAY_JSONL_WRITER_H

@@ -1,0 +1,31 @@
+#ifndef REPLAY_PLAYER_H
+#define REPLAY_PLAYER_H
+
+#include <functional>
+#include <stdexcept>
+#include <string>
+
+#include "record_sink.h"
+#include "trace.h"
+
+namespace TARN::Replay {
+
+/// A run that could not be done although its input is right.
+class RunError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+struct PlayOptions {
+    std::string pluginPath;
+    /// Called now and then with how much of the trace's time is over, 0 to 1.
+    std::function<void(double)> progress;
+};
+
+/// Plays a trace through host and plugin on a simulated phone in virtual time; the same trace tells the sink
+/// the same every time. One run at a time in a process. Throws RunError when the plugin does not load.
+void Play(const Trace& trace, const PlayOptions& options, RecordSink& sink);
+
+}  // namespace TARN::Replay
+
+#endif  // REPLAY_PLAYER_H

@@ -1,0 +1,42 @@
+#ifndef REPLAY_RECORD_SINK_H
+#define REPLAY_RECORD_SINK_H
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include <nlohmann/json.hpp>
+
+#include "log_service.h"
+#include "standby_message.h"
+#include "trace.h"
+
+namespace TARN::Replay {
+
+/// What a run amounted to.
+struct Summary {
+    uint64_t messages = 0;  ///< messages that reached the strategies
+    uint64_t calls = 0;     ///< operations that change something
+    uint64_t logs = 0;      ///< log lines written
+    int64_t virtualMs = 0;  ///< from start to end
+};
+
+/// Takes what happens in a run, in the order in which it happens. `t` is the wall clock in milliseconds.
+class RecordSink {
+public:
+    virtual ~RecordSink() = default;
+
+    [[nodiscard]] virtual bool WantsLog(LogLevel level) const noexcept = 0;
+    virtual void OnBegin(const Trace& trace) = 0;
+    virtual void OnStep(const Step& step) = 0;  ///< before the step takes effect
+    virtual void OnLog(int64_t t, const LogLine& line) = 0;
+    virtual void OnCall(int64_t t, std::string_view operation, const nlohmann::ordered_json& arguments,
+                        const nlohmann::ordered_json& result) = 0;
+    virtual void OnDeliver(int64_t t, const DevStandbyMgr::StandbyMessage& message) = 0;
+    virtual void OnDump(int64_t t, const std::string& text) = 0;
+    virtual void OnEnd(int64_t t, const Summary& summary) = 0;
+};
+
+}  // namespace TARN::Replay
+
+#endif  // REPLAY_RECORD_SINK_H

@@ -1,0 +1,35 @@
+#ifndef REPLAY_TIME_ZONE_H
+#define REPLAY_TIME_ZONE_H
+
+#include <cstdint>
+#include <string>
+
+namespace TARN::Replay {
+
+/// A local time zone: a tz database name or a POSIX TZ string.
+class TimeZone {
+public:
+    /// Throws InputError when the zone is not known. "UTC" needs no tz database.
+    explicit TimeZone(const std::string& name);
+
+    /// Makes it the process's local time zone.
+    void Use() const;
+
+    [[nodiscard]] const std::string& Name() const noexcept { return name_; }
+
+    /// The wall clock, in milliseconds, at a local time "2026-03-01T22:30:00" with optional ".mmm". Of a local
+    /// time that happens twice, the first. Throws InputError for any other text and for a local time that
+    /// does not exist. The zone must be in use.
+    [[nodiscard]] static int64_t ParseLocal(const std::string& text);
+
+    /// A wall clock as local time in strftime's terms. The zone must be in use.
+    [[nodiscard]] static std::string Format(int64_t wallMs, const char* format);
+
+private:
+    std::string name_;
+    std::string variable_;
+};
+
+}  // namespace TARN::Replay
+
+#endif  // REPLAY_TIME_ZONE_H

@@ -1,0 +1,217 @@
+#include "facts_reader.h"
+
+#include <limits>
+#include <regex>
+
+#include "json_fields.h"
+#include "operations.h"
+
+namespace TARN::Replay {
+
+namespace {
+
+using namespace DevStandbyMgr;
+using Json = nlohmann::json;
+using Simulated::ContinuousTask;
+using Simulated::FactsChange;
+using Simulated::Movement;
+using Simulated::PhoneFacts;
+using Simulated::Process;
+
+/// More slots than any phone has, few enough for a loop over them.
+constexpr int64_t kMostSimSlots = 64;
+
+/// Reads an array element by element.
+template <class Read>
+auto ReadArray(const Json& array, const std::string& where, const Read& read) {
+    ExpectArray(array, where);
+    std::vector<decltype(read(array, where))> values;
+    values.reserve(array.size());
+    for (const Json& element : array) {
+        values.push_back(read(element, where + "[" + std::to_string(values.size()) + "]"));
+    }
+    return values;
+}
+
+/// Reads the members of a merged map: null removes one.
+template <class T, class Read>
+FactsChange::Members<T> ReadMembers(const Json& object, const std::string& where, const Read& read) {
+    ExpectObject(object, where);
+    FactsChange::Members<T> members;
+    for (const auto& [key, value] : object.items()) {
+        members[key] = value.is_null() ? std::nullopt : std::optional<T>(read(value, where + "." + key));
+    }
+    return members;
+}
+
+/// Reads a member of a merged group of facts: null puts it back to what phones ship with.
+template <class T, class Read>
+void ReadMember(JsonFields& group, const std::string& key, std::optional<T>& target, T shipped, const Read& read) {
+    group.Optional(key, [&](const Json& value, const std::string& where) {
+        target = value.is_null() ? shipped : read(value, where);
+    });
+}
+
+/// Reads a merged map from allow types or device states, in decimal, to values: null is the empty value.
+template <class T, class Read>
+std::map<int32_t, T> ReadByType(const Json& object, const std::string& where, const Read& read) {
+    ExpectObject(object, where);
+    std::map<int32_t, T> values;
+    for (const auto& [key, value] : object.items()) {
+        values[ReadDecimalKey(key, where)] = value.is_null() ? T() : read(value, where + "." + key);
+    }
+    return values;
+}
+
+int32_t ReadFault(const Json& value, const std::string& where) {
+    const int32_t code = ReadInt32(value, where);
+    if (code == 0) {
+        Refuse(where, "0", "a non-zero code, or null to heal the operation");
+    }
+    return code;
+}
+
+FactsChange::Members<int32_t> ReadFaults(const Json& object, const std::string& where) {
+    auto faults = ReadMembers<int32_t>(object, where, ReadFault);
+    for (const auto& [operation, code] : faults) {
+        if (!Simulated::IsKnownOperation(operation)) {
+            Refuse(where, "unknown operation " + Quote(operation), "one such as \"BluetoothHost.DisableBt\"");
+        }
+    }
+    return faults;
+}
+
+FactsChange::Members<FactsChange::Members<std::string>> ReadSettings(const Json& object, const std::string& where) {
+    static const std::regex kTable("SETTINGSDATA|USER_SETTINGSDATA_SECURE_-?[0-9]+");
+    auto tables = ReadMembers<FactsChange::Members<std::string>>(
+        object, where, [](const Json& rows, const std::string& rowsWhere) {
+            return ReadMembers<std::string>(rows, rowsWhere, ReadString);
+        });
+    for (const auto& [table, rows] : tables) {
+        if (!std::regex_match(table, kTable)) {
+            Refuse(where, "unknown table " + Quote(table), "SETTINGSDATA or USER_SETTINGSDATA_SECURE_<account id>");
+        }
+    }
+    return tables;
+}
+
+Process ReadProcess(const Json& object, const std::string& name) {
+    JsonFields fields(object, name);
+    Process process;
+    process.pid = ReadInt32(fields.Require("pid", "a process id"), fields.Where("pid"));
+    process.name = ReadString(fields.Require("name", "a process name"), fields.Where("name"));
+    const auto flag = [&fields](const std::string& key, bool& target) {
+        fields.Optional(key, [&](const Json& value, const std::string& where) { target = ReadBool(value, where); });
+    };
+    fields.Optional("uid", [&](const Json& value, const std::string& where) { process.uid = ReadInt32(value, where); });
+    fields.Optional("bundles",
+                    [&](const Json& value, const std::string& where) { process.bundles = ReadStrings(value, where); });
+    flag("native", process.native);
+    flag("system", process.system);
+    flag("foreground", process.foreground);
+    fields.Finish();
+    return process;
+}
+
+ContinuousTask ReadTask(const Json& object, const std::string& name) {
+    JsonFields fields(object, name);
+    ContinuousTask task;
+    task.type = static_cast<uint32_t>(ReadInteger(fields.Require("type", "a task type"), fields.Where("type"), 0,
+                                                  std::numeric_limits<uint32_t>::max()));
+    task.uid = ReadInt32(fields.Require("uid", "a user id"), fields.Where("uid"));
+    task.pid = ReadInt32(fields.Require("pid", "a process id"), fields.Where("pid"));
+    fields.Finish();
+    return task;
+}
+
+Movement ReadMovement(const Json& object, const std::string& name) {
+    JsonFields fields(object, name);
+    Movement movement;
+    movement.value = ReadInt32(fields.Require("value", "a movement value"), fields.Where("value"));
+    fields.Optional("at",
+                    [&](const Json& value, const std::string& where) { movement.atMs = ReadInteger(value, where); });
+    fields.Finish();
+    return movement;
+}
+
+std::optional<float> ReadReading(const Json& value, const std::string& where) {
+    return value.is_null() ? std::nullopt : std::optional(static_cast<float>(ReadNumber(value, where)));
+}
+
+int32_t ReadSlots(const Json& value, const std::string& where) {
+    return static_cast<int32_t>(
+        ReadInteger(value, where, std::numeric_limits<int32_t>::min(), kMostSimSlots));
+}
+
+void ReadRadios(JsonFields& fields, FactsChange& change) {
+    const PhoneFacts shipped;
+    fields.Optional("bluetooth", [&](const Json& object, const std::string& where) {
+        JsonFields group(object, where);
+        ReadMember(group, "state", change.bluetoothState, shipped.bluetoothState, ReadInt32);
+        ReadMember(group, "connection", change.bluetoothConnection, shipped.bluetoothConnection, ReadInt32);
+        group.Finish();
+    });
+    fields.Optional("wifi", [&](const Json& object, const std::string& where) {
+        JsonFields group(object, where);
+        ReadMember(group, "present", change.isWifiPresent, shipped.isWifiPresent, ReadBool);
+        ReadMember(group, "enabled", change.isWifiEnabled, shipped.isWifiEnabled, ReadBool);
+        group.Finish();
+    });
+    fields.Optional("modem", [&](const Json& object, const std::string& where) {
+        JsonFields group(object, where);
+        ReadMember(group, "slots", change.simSlots, shipped.simSlots, ReadSlots);
+        group.Finish();
+    });
+}
+
+void ReadHostFacts(JsonFields& fields, HostFactsChange& change, bool isAutomatic) {
+    fields.Optional("condition", [&](const Json& value, const std::string& where) {
+        if (isAutomatic) {
+            Refuse(where, "set in automatic mode, where the host computes it", "no such key");
+        }
+        change.condition = static_cast<uint32_t>(ReadInt32(value, where));
+    });
+    fields.Optional("device_state", [&](const Json& value, const std::string& where) {
+        change.deviceState = ReadByType<bool>(value, where, ReadBool);
+    });
+    fields.Optional("allow_list", [&](const Json& value, const std::string& where) {
+        change.allowList = ReadByType<std::vector<std::string>>(value, where, ReadStrings);
+    });
+    fields.Optional("restrict_set", [&](const Json& value, const std::string& where) {
+        change.restrictSet = ReadByType<std::vector<std::string>>(value, where, ReadStrings);
+    });
+}
+
+}  // namespace
+
+SetStep ReadFacts(const Json& object, const std::string& name, bool isAutomatic) {
+    SetStep step;
+    FactsChange& phone = step.phone;
+    JsonFields fields(object, name);
+    const auto fact = [&fields](const std::string& key, auto& target, const auto& read) {
+        fields.Optional(key, [&](const Json& value, const std::string& where) { target = read(value, where); });
+    };
+    const auto readInts = [](const Json& value, const std::string& where) { return ReadArray(value, where, ReadInt32); };
+    fact("parameters", phone.parameters, [](const Json& value, const std::string& where) {
+        return ReadMembers<std::string>(value, where, ReadString);
+    });
+    fact("settings", phone.settings, ReadSettings);
+    fact("fail", phone.faults, ReadFaults);
+    fact("accounts", phone.accounts, readInts);
+    fact("device_mode", phone.deviceMode, ReadInt32);
+    fact("plugged", phone.plugged, ReadInt32);
+    fact("sensors", phone.sensors, readInts);
+    fact("light", phone.light, ReadReading);
+    fact("proximity", phone.proximity, ReadReading);
+    fact("movement", phone.movement, ReadMovement);
+    fact("processes", phone.processes,
+         [](const Json& value, const std::string& where) { return ReadArray(value, where, ReadProcess); });
+    fact("continuous_tasks", phone.continuousTasks,
+         [](const Json& value, const std::string& where) { return ReadArray(value, where, ReadTask); });
+    ReadRadios(fields, phone);
+    ReadHostFacts(fields, step.host, isAutomatic);
+    fields.Finish();
+    return step;
+}
+
+}  // namespace TARN::Replay

@@ -1,0 +1,41 @@
+#ifndef STANDBY_SERVICE_CONDITION_WATCH_H
+#define STANDBY_SERVICE_CONDITION_WATCH_H
+
+#include <cstdint>
+#include <memory>
+
+#include "event_handler.h"
+#include "standby_config.h"
+
+namespace TARN::DevStandbyMgr {
+
+/// Knows the resource-control condition: day or night by the local clock in automatic mode, where each
+/// change dispatches RES_CTRL_CONDITION_CHANGED; the value that was set last in scripted mode.
+class ConditionWatch {
+public:
+    ConditionWatch(const StandbyConfig& config, std::shared_ptr<AppExecFwk::EventHandler> handler);
+
+    /// Starts watching the clock; does nothing in scripted mode.
+    void Start();
+    void Stop();
+
+    /// The condition `offsetMs` from now.
+    [[nodiscard]] uint32_t At(int64_t offsetMs) const;
+
+    /// Sets the scripted condition.
+    void Set(uint32_t condition) noexcept { scripted_ = condition; }
+
+private:
+    void WaitForChange();
+    [[nodiscard]] int64_t NextChangeMs(int64_t nowMs) const;
+
+    StandbyPolicy policy_;
+    bool isAutomatic_;
+    uint32_t scripted_;
+    uint32_t reported_ = 0;
+    std::shared_ptr<AppExecFwk::EventHandler> handler_;
+};
+
+}  // namespace TARN::DevStandbyMgr
+
+#endif  // STANDBY_SERVICE_CONDITION_WATCH_H

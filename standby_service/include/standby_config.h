@@ -1,0 +1,60 @@
+#ifndef STANDBY_SERVICE_STANDBY_CONFIG_H
+#define STANDBY_SERVICE_STANDBY_CONFIG_H
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+#include <nlohmann/json_fwd.hpp>
+
+namespace TARN::DevStandbyMgr {
+
+/// How the host behaves: on its own as on a phone, or deciding nothing.
+enum class HostMode : uint8_t { AUTOMATIC, SCRIPTED };
+
+/// The numbers of the host's own policy in automatic mode. Keys of the object "policy" in the configuration.
+struct StandbyPolicy {
+    int64_t napAfterSeconds = 5 * 60;      ///< "nap_after_s": DARK to NAP, and between tries
+    int64_t sleepAfterSeconds = 30 * 60;   ///< "sleep_after_s": NAP to SLEEP
+    int64_t phaseEverySeconds = 10 * 60;   ///< "phase_every_s": one phase of SLEEP to the next
+    int64_t maintenanceSeconds = 5 * 60;   ///< "maintenance_s": length of a MAINTENANCE
+    /// "maintenance_after_s": SLEEP before each MAINTENANCE; the last value goes on
+    std::vector<int64_t> maintenanceAfterSeconds = {3600, 2 * 3600, 4 * 3600};
+    int64_t halfHourSeconds = 30 * 60;     ///< "half_hour_s": screen off until it is reported
+    int32_t nightStartHour = 22;           ///< "night_start_hour": local hour at which condition 2 begins
+    int32_t nightEndHour = 7;              ///< "night_end_hour": local hour at which condition 1 begins
+};
+
+/// One entry of a resource-control configuration: names that are allowed, or not.
+struct ResCtrlItem {
+    bool allow = false;
+    std::vector<std::string> names;
+};
+
+/// Everything the service is configured with. A default-constructed one is what a phone ships with.
+struct StandbyConfig {
+    HostMode mode = HostMode::AUTOMATIC;
+    int32_t standbyMode = 0;
+    std::vector<std::string> strategies = {"FREEZE",      "PUSH",  "NETWORK",         "RUNNING_LOCK",
+                                           "SLEEP_CLEAN", "TIMER", "POWER_SAVE_CLEAN"};
+    std::map<std::string, bool> halfHourSwitches = {{"poweroff", true}};
+    std::map<std::string, int32_t> params;
+    /// parameter name, then condition, to the names that are restricted under it
+    std::map<std::string, std::map<uint32_t, std::set<std::string>>> persistAllow;
+    std::map<std::string, std::shared_ptr<std::vector<ResCtrlItem>>> resCtrl;
+    StandbyPolicy policy;
+
+    /// Replaces each key that `object` names. `name` is the object's own, empty for none, in the
+    /// message of the InputError that an unknown key or a wrong type throws. The key "policy" is known only if `withPolicy`.
+    void Merge(const nlohmann::json& object, const std::string& name, bool withPolicy);
+
+    /// Merges the JSON file at `path`. Throws InputError when it cannot be read or is not such an object.
+    void MergeFile(const std::string& path);
+};
+
+}  // namespace TARN::DevStandbyMgr
+
+#endif  // STANDBY_SERVICE_STANDBY_CONFIG_H

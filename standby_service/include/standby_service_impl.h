@@ -1,0 +1,125 @@
+#ifndef STANDBY_SERVICE_STANDBY_SERVICE_IMPL_H
+#define STANDBY_SERVICE_STANDBY_SERVICE_IMPL_H
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "allow_info.h"
+#include "event_handler.h"
+#include "iconstraint_manager_adapter.h"
+#include "ilistener_manager_adapter.h"
+#include "istate_manager_adapter.h"
+#include "istrategy_manager_adapter.h"
+#include "standby_config.h"
+#include "standby_message.h"
+#include "standby_service_errors.h"
+
+namespace TARN::DevStandbyMgr {
+
+class ConditionWatch;
+class DeviceStateCache;
+class PluginLibrary;
+class StandbyConfigManager;
+
+/// The standby service: loads the plugin, owns its adapters and delivers every message to it.
+///
+/// Life: Create, LoadPlugin, Init, then messages; UnInit (unless the service crashes), UnloadPlugin, which may
+/// be followed by LoadPlugin again; Destroy. All of it, and every delivery, belongs on the handler's thread;
+/// only DispatchEvent may be called from any thread.
+class StandbyServiceImpl {
+public:
+    using DeliveryObserver = std::function<void(const StandbyMessage&)>;
+
+    /// The running service, null when there is none.
+    [[nodiscard]] static std::shared_ptr<StandbyServiceImpl> GetInstance();
+
+    /// Makes the process's service on the installed device, and sets STANDBT_MODE. Null when the device
+    /// cannot start its handler.
+    static std::shared_ptr<StandbyServiceImpl> Create(StandbyConfig config);
+
+    /// Ends the process's service.
+    static void Destroy();
+
+    ~StandbyServiceImpl();
+    StandbyServiceImpl(const StandbyServiceImpl&) = delete;
+    StandbyServiceImpl& operator=(const StandbyServiceImpl&) = delete;
+
+    /// Loads the plugin at `path` and has it register. False, and the reason in `error`, when it cannot.
+    bool LoadPlugin(const std::string& path, std::string& error);
+
+    /// Destroys the adapters and unloads the plugin. What it left queued must be gone before.
+    void UnloadPlugin();
+
+    /// Takes the plugin's adapters and owns them from here on, in place of earlier ones.
+    void RegisterPluginInner(IConstraintManagerAdapter* constraintManager, IListenerManagerAdapter* listenerManager,
+                             IStrategyManagerAdapter* strategyManager, IStateManagerAdapter* stateManager);
+
+    /// Initialises the constraint, listener, strategy and state adapters in this order and starts the
+    /// listeners. An adapter that refuses is reported and the rest goes on.
+    void Init();
+
+    /// Stops the listener, strategy, state and constraint adapters in this order.
+    void UnInit();
+
+    /// Queues a message for delivery to all strategies, after the work that runs now. Any thread.
+    void DispatchEvent(const StandbyMessage& message);
+
+    /// Has every strategy append what it has to say to the dump words.
+    void ShellDump(const std::vector<std::string>& args, std::string& result);
+
+    /// Calls `observer` with each message right before the strategies get it.
+    void ObserveDelivery(DeliveryObserver observer) { deliveryObserver_ = std::move(observer); }
+
+    [[nodiscard]] std::shared_ptr<AppExecFwk::EventHandler> GetHandler() const { return handler_; }
+    [[nodiscard]] std::shared_ptr<IConstraintManagerAdapter> GetConstraintManager() const { return constraintManager_; }
+    [[nodiscard]] std::shared_ptr<IStateManagerAdapter> GetStateManager() const { return stateManager_; }
+    [[nodiscard]] std::shared_ptr<StandbyConfigManager> GetConfigManager() const { return configManager_; }
+    [[nodiscard]] std::shared_ptr<DeviceStateCache> GetDeviceStateCache() const { return deviceStateCache_; }
+    [[nodiscard]] ConditionWatch& GetConditionWatch() const { return *conditionWatch_; }
+
+    /// Whether the host decides on its own.
+    [[nodiscard]] bool IsAutomatic() const;
+
+    /// Whether changes of what the host keeps become messages: in automatic mode, once there is a plugin.
+    [[nodiscard]] bool ReportsChanges() const { return IsAutomatic() && strategyManager_ != nullptr; }
+
+    /// Replaces `allowInfos` with the exemptions of a type. Returns 0 on success.
+    int32_t GetAllowList(int32_t allowType, std::vector<AllowInfo>& allowInfos, uint32_t reasonCode) const;
+
+    /// Replaces `restrictSet` with the names that are restricted for a type. Returns 0 on success.
+    int32_t GetEligiableRestrictSet(int32_t allowType, const std::string& strategyName, uint32_t reasonCode,
+                                    std::set<std::string>& restrictSet) const;
+
+    /// Replaces the exemptions of a type; in automatic mode each change is an ALLOW_LIST_CHANGED.
+    void SetAllowList(int32_t allowType, const std::vector<std::string>& names);
+    void SetRestrictSet(int32_t allowType, std::set<std::string> names) { restrictSets_[allowType] = std::move(names); }
+
+private:
+    explicit StandbyServiceImpl(StandbyConfig config);
+
+    void Deliver(const StandbyMessage& message);
+    void ReportAllowChange(int32_t allowType, const std::string& name, bool added);
+
+    std::shared_ptr<AppExecFwk::EventHandler> handler_;
+    std::shared_ptr<StandbyConfigManager> configManager_;
+    std::shared_ptr<DeviceStateCache> deviceStateCache_;
+    std::unique_ptr<ConditionWatch> conditionWatch_;
+    DeliveryObserver deliveryObserver_;
+    std::map<int32_t, std::vector<std::string>> allowLists_;
+    std::map<int32_t, std::set<std::string>> restrictSets_;
+
+    std::unique_ptr<PluginLibrary> plugin_;
+    std::shared_ptr<IConstraintManagerAdapter> constraintManager_;
+    std::shared_ptr<IListenerManagerAdapter> listenerManager_;
+    std::shared_ptr<IStrategyManagerAdapter> strategyManager_;
+    std::shared_ptr<IStateManagerAdapter> stateManager_;
+};
+
+}  // namespace TARN::DevStandbyMgr
+
+#endif  // STANDBY_SERVICE_STANDBY_SERVICE_IMPL_H

@@ -1,0 +1,59 @@
+#ifndef STANDBY_SERVICE_STATE_MANAGER_ADAPTER_H
+#define STANDBY_SERVICE_STATE_MANAGER_ADAPTER_H
+
+#include "istate_manager_adapter.h"
+#include "standby_constants.h"
+
+namespace TARN::DevStandbyMgr {
+
+/// The service's own state manager: WORKING, DARK, NAP, SLEEP with its phases, MAINTENANCE.
+///
+/// In automatic mode the screen going off leads to DARK and from there, step by step, deeper; the lengths
+/// of the steps are those of StandbyPolicy, the conditions those of the constraint manager. Screen on and a
+/// plugged charger lead to WORKING at once. SLEEP is interrupted by MAINTENANCE and resumes in the phase it
+/// had reached. Each change dispatches one STATE_TRANSIT, each phase one PHASE_TRANSIT.
+/// In scripted mode it stays where it is.
+class StateManagerAdapter : public IStateManagerAdapter {
+public:
+    bool Init() override;
+    bool UnInit() override;
+    void HandleEvent(const StandbyMessage& message) override;
+    void StartEvalCurrentState() override;
+    void EndEvalCurrentState(bool evalResult) override;
+    uint32_t TransitToState(uint32_t nextState) override;
+    uint32_t TransitToStateInner(uint32_t nextState) override;
+    void ShellDump(const std::vector<std::string>& args, std::string& result) override;
+    [[nodiscard]] uint32_t GetCurState() override { return curState_; }
+    [[nodiscard]] uint32_t GetPreState() override { return preState_; }
+    void BlockCurrentState() override;
+    void UnblockCurrentState() override;
+    void OnScreenOffHalfHour(bool scrOffHalfHour, bool repeated) override;
+    void StopEvalution() override;
+    [[nodiscard]] int64_t GetScreenOffTimeStamp() override { return screenOffTimeStamp_; }
+    [[nodiscard]] bool IsScrOffHalfHourCtrl() override { return scrOffHalfHourCtrl_; }
+
+private:
+    void OnScreenOn();
+    void OnScreenOff();
+    void ScheduleStep();
+    void Step();
+    void StepWithinSleep();
+    void EnterPhase(int32_t phase);
+    [[nodiscard]] int64_t MaintenanceAfterMs() const;
+
+    uint32_t curState_ = StandbyState::WORKING;
+    uint32_t preState_ = StandbyState::WORKING;
+    int32_t curPhase_ = StandbyPhase::LIGHT;
+    bool isAutomatic_ = false;
+    bool isBlocked_ = false;
+    bool isScreenOn_ = true;
+    bool scrOffHalfHourCtrl_ = false;
+    int64_t screenOffTimeStamp_ = 0;
+    int64_t sleepStartMs_ = 0;      ///< when SLEEP was last entered, also after MAINTENANCE
+    int64_t phaseStartMs_ = 0;      ///< when the current phase began, moved on by MAINTENANCE
+    size_t maintenanceCount_ = 0;   ///< interruptions of this stretch of SLEEP so far
+};
+
+}  // namespace TARN::DevStandbyMgr
+
+#endif  // STANDBY_SERVICE_STATE_MANAGER_ADAPTER_H

@@ -1,0 +1,93 @@
+#include "condition_watch.h"
+
+#include <algorithm>
+#include <ctime>
+#include <utility>
+
+#include "standby_constants.h"
+#include "standby_service_impl.h"
+#include "time_service_client.h"
+
+namespace TARN::DevStandbyMgr {
+
+namespace {
+
+constexpr char kConditionTask[] = "standby_condition_task";
+constexpr int64_t kMsPerSecond = 1000;
+
+std::tm LocalTime(int64_t wallMs) {
+    const std::time_t seconds = wallMs / kMsPerSecond;
+    std::tm local{};
+    localtime_r(&seconds, &local);
+    return local;
+}
+
+int64_t NowMs() {
+    return MiscServices::TimeServiceClient::GetInstance()->GetWallTimeMs();
+}
+
+/// The next time after `nowMs` at which the local clock shows `hour` o'clock.
+int64_t NextHourMs(int64_t nowMs, int32_t hour) {
+    std::tm local = LocalTime(nowMs);
+    local.tm_hour = hour;
+    local.tm_min = 0;
+    local.tm_sec = 0;
+    for (;;) {
+        std::tm candidate = local;
+        candidate.tm_isdst = -1;
+        const int64_t atMs = static_cast<int64_t>(std::mktime(&candidate)) * kMsPerSecond;
+        if (atMs > nowMs) {
+            return atMs;
+        }
+        ++local.tm_mday;
+    }
+}
+
+}  // namespace
+
+ConditionWatch::ConditionWatch(const StandbyConfig& config, std::shared_ptr<AppExecFwk::EventHandler> handler)
+    : policy_(config.policy),
+      isAutomatic_(config.mode == HostMode::AUTOMATIC),
+      scripted_(ConditionType::DAY_STANDBY),
+      handler_(std::move(handler)) {}
+
+uint32_t ConditionWatch::At(int64_t offsetMs) const {
+    if (!isAutomatic_) {
+        return scripted_;
+    }
+    const int32_t hour = LocalTime(NowMs() + offsetMs).tm_hour;
+    const int32_t start = policy_.nightStartHour;
+    const int32_t end = policy_.nightEndHour;
+    const bool isNight = start <= end ? hour >= start && hour < end : hour >= start || hour < end;
+    return isNight ? ConditionType::NIGHT_STANDBY : ConditionType::DAY_STANDBY;
+}
+
+void ConditionWatch::Start() {
+    if (isAutomatic_) {
+        reported_ = At(0);
+        WaitForChange();
+    }
+}
+
+void ConditionWatch::Stop() {
+    handler_->RemoveTask(kConditionTask);
+}
+
+void ConditionWatch::WaitForChange() {
+    const int64_t nowMs = NowMs();
+    const int64_t nextMs = std::min(NextHourMs(nowMs, policy_.nightStartHour), NextHourMs(nowMs, policy_.nightEndHour));
+    handler_->PostTask(
+        [this] {
+            const uint32_t condition = At(0);
+            if (std::exchange(reported_, condition) != condition) {
+                AAFwk::Want want;
+                want.SetParam(RES_CTRL_CONDITION, static_cast<int32_t>(condition));
+                StandbyServiceImpl::GetInstance()->DispatchEvent(
+                    StandbyMessage(StandbyMessageType::RES_CTRL_CONDITION_CHANGED, {}, std::move(want)));
+            }
+            WaitForChange();
+        },
+        kConditionTask, nextMs - nowMs);
+}
+
+}  // namespace TARN::DevStandbyMgr

@@ -1,0 +1,90 @@
+#include "constraint_manager_adapter.h"
+
+#include <algorithm>
+
+#include "battery_srv_client.h"
+#include "movement_client.h"
+#include "standby_constants.h"
+#include "standby_service_impl.h"
+
+namespace TARN::DevStandbyMgr {
+
+namespace {
+
+using Msdp::MovementClient;
+using Msdp::MovementData;
+using Msdp::MovementType;
+using Msdp::MovementValue;
+
+/// Holds unless the movement service says that the phone left stillness.
+class StillnessMonitor : public IConstraintMonitor {
+public:
+    bool IsMet() override {
+        return MovementClient::GetInstance().GetMovementData(MovementType::TYPE_STILL).value !=
+               MovementValue::VALUE_EXIT;
+    }
+};
+
+class UnpluggedMonitor : public IConstraintMonitor {
+public:
+    bool IsMet() override { return PowerMgr::BatterySrvClient::GetInstance().GetPluggedType() == 0; }
+};
+
+void OnMovement(const MovementData& movement) {
+    const auto service = StandbyServiceImpl::GetInstance();
+    if (movement.value != MovementValue::VALUE_EXIT || service == nullptr) {
+        return;
+    }
+    service->GetHandler()->PostTask([] {
+        const auto stateManager = StandbyServiceImpl::GetInstance()->GetStateManager();
+        if (stateManager != nullptr && stateManager->GetCurState() > StandbyState::DARK) {
+            stateManager->TransitToState(StandbyState::DARK);
+        }
+    });
+}
+
+}  // namespace
+
+bool ConstraintManagerAdapter::Init() {
+    if (!StandbyServiceImpl::GetInstance()->IsAutomatic()) {
+        return true;
+    }
+    const auto still = std::make_shared<StillnessMonitor>();
+    const auto unplugged = std::make_shared<UnpluggedMonitor>();
+    for (const ConstraintEvalParam& step : {ConstraintEvalParam{StandbyState::DARK, StandbyState::NAP},
+                                            ConstraintEvalParam{StandbyState::NAP, StandbyState::SLEEP}}) {
+        RegisterConstraintCallback(step, still);
+        RegisterConstraintCallback(step, unplugged);
+    }
+    MovementClient::GetInstance().Observe(OnMovement);
+    isWatching_ = true;
+    return true;
+}
+
+bool ConstraintManagerAdapter::UnInit() {
+    if (isWatching_) {
+        MovementClient::GetInstance().Observe(nullptr);
+        isWatching_ = false;
+    }
+    monitors_.clear();
+    return true;
+}
+
+void ConstraintManagerAdapter::StartEvalution(const ConstraintEvalParam& params) {
+    const auto [first, last] = monitors_.equal_range(params);
+    const bool isMet = std::all_of(first, last, [](const auto& entry) { return entry.second->IsMet(); });
+    StandbyServiceImpl::GetInstance()->GetStateManager()->EndEvalCurrentState(isMet);
+}
+
+void ConstraintManagerAdapter::StopEvalution() {}  // an evaluation is over when StartEvalution returns
+
+void ConstraintManagerAdapter::RegisterConstraintCallback(const ConstraintEvalParam& params,
+                                                          const std::shared_ptr<IConstraintMonitor>& monitor) {
+    monitors_.emplace(params, monitor);
+}
+
+void ConstraintManagerAdapter::ShellDump(const std::vector<std::string>& /*args*/, std::string& result) {
+    result += "constraints: " + std::to_string(monitors_.size()) + "\n";
+}
+
+}  // namespace TARN::DevStandbyMgr

@@ -1,0 +1,236 @@
+#include "freeze_strategy.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "ability_manager_helper.h"
+#include "standby_config_manager.h"
+#include "standby_constants.h"
+#include "standby_service_impl.h"
+#include "standby_service_log.h"
+#include "suspend_manager_client.h"
+#include "time_provider.h"
+
+namespace TARN::DevStandbyMgr {
+
+namespace {
+
+using SuspendManager::NativeProcessInfo;
+using SuspendManager::SuspendManagerClient;
+
+constexpr char kConfigName[] = "FREEZE";
+constexpr int32_t kNoPid = -1;
+
+std::set<std::string> ConfiguredProcesses(uint32_t condition) {
+    const auto config = StandbyConfigManager::GetInstance();
+    if (config == nullptr) {
+        return {};
+    }
+    return config->GetEligiblePersistAllowConfig(kConfigName, condition, /*isAllow=*/false, /*isApp=*/false);
+}
+
+}  // namespace
+
+void FreezeStrategy::HandleEvent(const StandbyMessage& message) {
+    STANDBYSERVICE_LOGD("enter FreezeStrategy HandleEvent, eventId is %{public}d", message.eventId);
+    switch (message.eventId) {
+        case StandbyMessageType::STATE_TRANSIT:
+            StopFreeze(message);
+            break;
+        case StandbyMessageType::PHASE_TRANSIT:
+            StartFreeze(message);
+            break;
+        case StandbyMessageType::RES_CTRL_CONDITION_CHANGED:
+            UpdateResourceConfig(message);
+            break;
+        case StandbyMessageType::ALLOW_LIST_CHANGED:
+            UpdateAllowedList(message);
+            break;
+        default:
+            break;
+    }
+}
+
+ErrCode FreezeStrategy::OnCreated() {
+    STANDBYSERVICE_LOGI("FreezeStrategy is now OnCreated");
+    return ERR_OK;
+}
+
+ErrCode FreezeStrategy::OnDestroy() {
+    STANDBYSERVICE_LOGI("FreezeStrategy is now OnDestroy");
+    defaultNativeProcessSet_.clear();
+    allowProcessNameSet_.clear();
+    freezedNativeProcess_.clear();
+    return ERR_OK;
+}
+
+ErrCode FreezeStrategy::StopFreeze(const StandbyMessage& message) {
+    const int32_t previous = message.Params().GetIntParam(PREVIOUS_STATE, 0);
+    const int32_t current = message.Params().GetIntParam(CURRENT_STATE, 0);
+    if (previous == StandbyState::MAINTENANCE && current == StandbyState::SLEEP) {
+        // the end of a maintenance freezes whether or not the group was frozen before it
+        if (const ErrCode status = CalculateFreezeInfo(); status != ERR_OK) {
+            return status;
+        }
+        SendFreezeInfo(true);
+        return ERR_OK;
+    }
+    if (!isDoze_) {
+        STANDBYSERVICE_LOGD("now is thaw, do not need to StopFreeze");
+        return ERR_ALREADY_IN_STATE;
+    }
+    if (previous != StandbyState::SLEEP || current == StandbyState::SLEEP) {
+        STANDBYSERVICE_LOGD("previous_state is same as current_state or previous_state not equal to SLEEP state!");
+        return ERR_NOT_LEAVING_SLEEP;
+    }
+    SendFreezeInfo(false);
+    if (current != StandbyState::MAINTENANCE) {
+        freezedNativeProcess_.clear();
+        isDoze_ = false;
+    }
+    return ERR_OK;
+}
+
+ErrCode FreezeStrategy::StartFreeze(const StandbyMessage& message) {
+    if (isDoze_) {
+        STANDBYSERVICE_LOGD("now is doze, do not need startFreeze, repeat process");
+        return ERR_ALREADY_IN_STATE;
+    }
+    const int32_t phase = message.Params().GetIntParam(CURRENT_PHASE, 0);
+    const int32_t state = message.Params().GetIntParam(CURRENT_STATE, 0);
+    if (phase != StandbyPhase::APP_RES_DEEP || state != StandbyState::SLEEP) {
+        STANDBYSERVICE_LOGD("current state is not SLEEP or current phase is not APP_RES_DEEP!");
+        return ERR_STATE_REQ_NOT_MET;
+    }
+    STANDBYSERVICE_LOGD("current state is %{public}d, current phase is %{public}d", state, phase);
+    if (const ErrCode status = CalculateFreezeInfo(); status != ERR_OK) {
+        return status;
+    }
+    SendFreezeInfo(true);
+    isDoze_ = true;
+    return ERR_OK;
+}
+
+ErrCode FreezeStrategy::UpdateResourceConfig(const StandbyMessage& message) {
+    STANDBYSERVICE_LOGI("%{public}s UpdateResourceConfig by restrict action", kConfigName);
+    // The calculation below asks again, for the condition of this moment; both queries stay, in this order.
+    defaultNativeProcessSet_ =
+        ConfiguredProcesses(static_cast<uint32_t>(message.Params().GetIntParam(RES_CTRL_CONDITION, 0)));
+    SendFreezeInfo(false);
+    freezedNativeProcess_.clear();
+    if (const ErrCode status = CalculateFreezeInfo(); status != ERR_OK) {
+        return status;
+    }
+    SendFreezeInfo(true);
+    return ERR_OK;
+}
+
+ErrCode FreezeStrategy::UpdateAllowedList(const StandbyMessage& message) {
+    STANDBYSERVICE_LOGI("enter FreezeStrategy::UpdateAllowedList");
+    const AAFwk::Want& want = message.Params();
+    if (const int32_t allowType = want.GetIntParam("allowType", 0); allowType != AllowType::FREEZE) {
+        STANDBYSERVICE_LOGD("allowType is not freeze, currentType is %{public}d", allowType);
+        return ERR_ALLOW_TYPE_MISMATCH;
+    }
+    const std::string name = want.GetStringParam("name");
+    const bool added = want.GetBoolParam("added", false);
+    STANDBYSERVICE_LOGD("%{public}s apply allow, added is %{public}d", name.c_str(), added);
+    if (added) {
+        STANDBYSERVICE_LOGD("%{public}s is thaw do not need apply allowed", name.c_str());
+        return ERR_OK;
+    }
+    if (defaultNativeProcessSet_.count(name) == 0 || !isDoze_) {
+        return ERR_OK;
+    }
+    std::list<SystemProcessInfo> processes;
+    if (const ErrCode status = FetchSystemProcesses(processes); status != ERR_OK) {
+        return status;
+    }
+    const auto process = std::find_if(processes.begin(), processes.end(),
+                                      [&name](const SystemProcessInfo& info) { return info.processName == name; });
+    if (process == processes.end() || process->pid == kNoPid) {
+        STANDBYSERVICE_LOGD("%{public}s 's pid is -1, find error", name.c_str());
+        return ERR_PROCESS_NOT_FOUND;
+    }
+    NativeProcessInfo info;
+    info.SetPid(process->pid);
+    info.SetProcessName(name);
+    freezedNativeProcess_.push_back(info);
+    info.SetFreeze(true);
+    const std::vector<int32_t> results = SuspendManagerClient::GetInstance().OperateNativeProcesses({info});
+    const bool isFrozen = !results.empty() && results.back() == ERR_OK;
+    STANDBYSERVICE_LOGD("Freeze nativeProcess %{public}s, freezed is %{public}s", name.c_str(),
+                        isFrozen ? "successed" : "failed");
+    return ERR_OK;
+}
+
+ErrCode FreezeStrategy::CalculateFreezeInfo() {
+    defaultNativeProcessSet_ = ConfiguredProcesses(TimeProvider::GetCondition(0));
+    STANDBYSERVICE_LOGD("defaultNativeProcess size is %{public}lu", defaultNativeProcessSet_.size());
+    return CreateFreezeInfo();
+}
+
+ErrCode FreezeStrategy::CreateFreezeInfo() {
+    std::vector<AllowInfo> allowInfos;
+    if (const ErrCode status = StandbyServiceImpl::GetInstance()->GetAllowList(AllowType::FREEZE, allowInfos, 0);
+        status != ERR_OK) {
+        STANDBYSERVICE_LOGD("GetAllowList failed!");
+        return status;
+    }
+    STANDBYSERVICE_LOGD("allowInfoList size is %{public}lu", allowInfos.size());
+    allowProcessNameSet_.clear();
+    for (const AllowInfo& info : allowInfos) {
+        allowProcessNameSet_.insert(info.GetName());
+    }
+    std::vector<std::string> names;
+    std::set_difference(defaultNativeProcessSet_.begin(), defaultNativeProcessSet_.end(), allowProcessNameSet_.begin(),
+                        allowProcessNameSet_.end(), std::back_inserter(names));
+    STANDBYSERVICE_LOGD("processNameDozeset size is %{public}lu", names.size());
+    std::list<SystemProcessInfo> processes;
+    if (const ErrCode status = FetchSystemProcesses(processes); status != ERR_OK) {
+        return status;
+    }
+    STANDBYSERVICE_LOGD("systemProcessInfos size is %{public}lu", processes.size());
+    std::unordered_map<std::string, int32_t> pidByName;  // of the first process of each name
+    for (const SystemProcessInfo& process : processes) {
+        pidByName.emplace(process.processName, process.pid);
+    }
+    freezedNativeProcess_.clear();
+    for (const std::string& name : names) {
+        const auto pid = pidByName.find(name);
+        if (pid == pidByName.end() || pid->second == kNoPid) {
+            STANDBYSERVICE_LOGD("%{public}s 's pid is -1", name.c_str());
+            continue;
+        }
+        NativeProcessInfo& info = freezedNativeProcess_.emplace_back();
+        info.SetPid(pid->second);
+        info.SetProcessName(name);
+        info.SetFreeze(false);
+    }
+    return ERR_OK;
+}
+
+ErrCode FreezeStrategy::FetchSystemProcesses(std::list<SystemProcessInfo>& processes) {
+    if (!AbilityManagerHelper::GetInstance()->GetRunningSystemProcess(processes)) {
+        STANDBYSERVICE_LOGE("connect to app ability service failed");
+        return ERR_SYSTEM_PROCESS_UNAVAILABLE;
+    }
+    return ERR_OK;
+}
+
+void FreezeStrategy::SendFreezeInfo(bool isFreeze) {
+    const char* label = isFreeze ? "Freeze" : "Thaw";
+    if (freezedNativeProcess_.empty()) {
+        STANDBYSERVICE_LOGD("FreezedNativeProcess size is %{public}lu", freezedNativeProcess_.size());
+        return;
+    }
+    for (NativeProcessInfo& info : freezedNativeProcess_) {
+        info.SetFreeze(isFreeze);
+    }
+    const std::vector<int32_t> results = SuspendManagerClient::GetInstance().OperateNativeProcesses(freezedNativeProcess_);
+    const auto succeeded = static_cast<int32_t>(std::count(results.begin(), results.end(), ERR_OK));
+    STANDBYSERVICE_LOGI("%{public}s, list size is %{public}lu, %{public}s successd list is %{public}d", label,
+                        freezedNativeProcess_.size(), label, succeeded);
+}
+
+}  // namespace TARN::DevStandbyMgr
