@@ -22,7 +22,8 @@ public:
     void RegisterPolicy(const std::vector<std::string>& strategies) override;
 
 private:
-    bool Admit(const std::shared_ptr<IBaseStrategy>& strategy);
+    /// Makes a strategy live if it can be created.
+    void Admit(const std::shared_ptr<IBaseStrategy>& strategy);
 };
 
 }  // namespace TARN::DevStandbyMgr

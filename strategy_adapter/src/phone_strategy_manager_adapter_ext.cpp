@@ -3,16 +3,24 @@
 #include <map>
 
 #include "freeze_strategy.h"
+#include "phone_network_strategy.h"
+#include "power_off_strategy.h"
+#include "push_strategy.h"
 #include "standby_config_manager.h"
 #include "standby_service_log.h"
+#include "user_sleep_power_off_strategy.h"
 
 namespace TARN::DevStandbyMgr {
 
 namespace {
 
+constexpr char kPowerOffSwitch[] = "poweroff";
+
 /// One object for each configuration name, made when the library is loaded; they outlive UnInit.
 const std::map<std::string, std::shared_ptr<IBaseStrategy>> g_strategyTable = {
     {"FREEZE", std::make_shared<FreezeStrategy>()},
+    {"PUSH", std::make_shared<PushStrategy>()},
+    {"NETWORK", std::make_shared<PhoneNetWorkStrategy>()},
 };
 
 }  // namespace
@@ -33,12 +41,24 @@ bool PhoneStrategyManagerAdapterExt::Init() {
 }
 
 void PhoneStrategyManagerAdapterExt::RegisterPolicy(const std::vector<std::string>& strategies) {
+    const auto config = StandbyConfigManager::GetInstance();
+    if (config != nullptr && config->GetHalfHourSwitch(kPowerOffSwitch)) {
+        Admit(std::make_shared<PowerOffStrategy>());
+    }
     for (const std::string& name : strategies) {
         const auto entry = g_strategyTable.find(name);
-        if (entry != g_strategyTable.end() && entry->second != nullptr && entry->second->OnCreated() == ERR_OK) {
-            STANDBYSERVICE_LOGI("phone strategy manager init %{public}s", name.c_str());
-            strategyList_.push_back(entry->second);
+        if (entry == g_strategyTable.end() || entry->second == nullptr || entry->second->OnCreated() != ERR_OK) {
+            continue;  // an unknown name and a strategy that refuses are skipped without a word
         }
+        STANDBYSERVICE_LOGI("phone strategy manager init %{public}s", name.c_str());
+        strategyList_.push_back(entry->second);
+    }
+    Admit(std::make_shared<UserSleepPowerOffStrategy>());
+}
+
+void PhoneStrategyManagerAdapterExt::Admit(const std::shared_ptr<IBaseStrategy>& strategy) {
+    if (strategy->OnCreated() == ERR_OK) {
+        strategyList_.push_back(strategy);
     }
 }
 

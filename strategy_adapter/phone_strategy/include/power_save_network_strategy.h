@@ -1,0 +1,32 @@
+#ifndef PHONE_STRATEGY_POWER_SAVE_NETWORK_STRATEGY_H
+#define PHONE_STRATEGY_POWER_SAVE_NETWORK_STRATEGY_H
+
+#include "base_network_strategy.h"
+
+namespace TARN::DevStandbyMgr {
+
+/// The firewall while the user sleeps. UserSleepPowerOffStrategy owns it, forwards every message to it, keeps
+/// its state and phase and switches it.
+class PowerSaveNetStrategy : public BaseNetworkStrategy {
+public:
+    ErrCode OnCreated() override;
+    ErrCode OnDestroy() override;
+    void ShellDump(const std::vector<std::string>& args, std::string& result) override;
+
+    /// Enables the firewall, or refreshes the allow-list of an enabled one. Not enabling disables it, except
+    /// in SLEEP, phase DEEP, where the firewall has to stay. Always ERR_OK.
+    ErrCode UpdatePowerSaveFirewall(bool enable);
+
+    void SetCurrentState(int32_t state) { curState_ = state; }
+    void SetCurrentPhase(int32_t phase) { curPhase_ = phase; }
+
+protected:
+    void SetFirewallAllowedList(const std::vector<uint32_t>& uids, bool isAdded) override;
+
+    /// While the user sleeps only the configured exemptions count. ERR_RUNNING_PROCESSES_UNAVAILABLE.
+    ErrCode InitNetLimitedAppInfo() override;
+};
+
+}  // namespace TARN::DevStandbyMgr
+
+#endif  // PHONE_STRATEGY_POWER_SAVE_NETWORK_STRATEGY_H

@@ -1,0 +1,70 @@
+#include "push_strategy.h"
+
+#include <utility>
+
+#include "common_event_manager.h"
+#include "phone_standby_vocabulary.h"
+#include "standby_constants.h"
+#include "standby_service_log.h"
+
+namespace TARN::DevStandbyMgr {
+
+void PushStrategy::HandleEvent(const StandbyMessage& message) {
+    STANDBYSERVICE_LOGD("enter PushStrategy HandleEvent, eventId is %{public}d", message.eventId);
+    if (message.eventId == StandbyMessageType::NET_IDLE_POLICY_TRANSIT) {
+        OnNetIdlePolicyTransit(message);
+    }
+}
+
+ErrCode PushStrategy::OnCreated() {
+    STANDBYSERVICE_LOGI("PushStrategy is now OnCreated");
+    ReportRestoreNetworkStatus();
+    return ERR_OK;
+}
+
+ErrCode PushStrategy::OnDestroy() {
+    STANDBYSERVICE_LOGI("PushStrategy is now OnDestroy");
+    return ERR_OK;
+}
+
+void PushStrategy::OnNetIdlePolicyTransit(const StandbyMessage& message) {
+    if (message.Params().GetBoolParam(NET_IDLE_POLICY_STATUS, false)) {
+        ReportCtrlNetworkStatus(true);
+    } else {
+        ReportRestoreNetworkStatus();
+    }
+}
+
+ErrCode PushStrategy::ReportCtrlNetworkStatus(bool isCtrl) {
+    if (!Publish("ctrl_network_status", isCtrl)) {
+        STANDBYSERVICE_LOGE("PublishCommonEvent for ctrl_network_status failed");
+        return ERR_COMMON_EVENT_PUBLISH;
+    }
+    STANDBYSERVICE_LOGD("PublishCommonEvent for ctrl_network_status succeed");
+    return ERR_OK;
+}
+
+ErrCode PushStrategy::ReportRestoreNetworkStatus() {
+    if (!Publish("restore_network_status", true)) {
+        STANDBYSERVICE_LOGE("PublishCommonEvent for restore_network_status failed");
+        return ERR_COMMON_EVENT_PUBLISH;
+    }
+    STANDBYSERVICE_LOGD("PublishCommonEvent for restore_network_status succeed");
+    return ERR_OK;
+}
+
+bool PushStrategy::Publish(std::string_view parameter, bool value) {
+    AAFwk::Want want;
+    want.SetAction(std::string(COMMON_EVENT_DEVICE_IDLE_CTRL_NETWORK)).SetParam(parameter, value);
+    return EventFwk::CommonEventManager::PublishCommonEvent(EventFwk::CommonEventData(std::move(want)));
+}
+
+void PushStrategy::ShellDump(const std::vector<std::string>& args, std::string& /*result*/) {
+    if (IsDumpWord(args, DUMP_SECOND_PARAM, "--restorectrlnetwork")) {
+        ReportRestoreNetworkStatus();
+    } else if (IsDumpWord(args, DUMP_SECOND_PARAM, "--ctrlnetwork")) {
+        ReportCtrlNetworkStatus(true);
+    }
+}
+
+}  // namespace TARN::DevStandbyMgr
