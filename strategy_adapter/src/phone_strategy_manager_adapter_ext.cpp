@@ -6,6 +6,7 @@
 #include "phone_network_strategy.h"
 #include "power_off_strategy.h"
 #include "push_strategy.h"
+#include "sleep_detection_strategy.h"
 #include "standby_config_manager.h"
 #include "standby_service_log.h"
 #include "user_sleep_power_off_strategy.h"
@@ -45,6 +46,7 @@ void PhoneStrategyManagerAdapterExt::RegisterPolicy(const std::vector<std::strin
     if (config != nullptr && config->GetHalfHourSwitch(kPowerOffSwitch)) {
         Admit(std::make_shared<PowerOffStrategy>());
     }
+    Admit(std::make_shared<SleepDetectionStrategy>());
     for (const std::string& name : strategies) {
         const auto entry = g_strategyTable.find(name);
         if (entry == g_strategyTable.end() || entry->second == nullptr || entry->second->OnCreated() != ERR_OK) {

@@ -7,7 +7,7 @@ namespace TARN::Simulated {
 
 namespace {
 
-constexpr std::array<std::string_view, 65> kOperations = {
+constexpr std::array<std::string_view, 66> kOperations = {
     "AbilityManagerHelper.GetRunningSystemProcess",
     "AppMgrHelper.GetAllRunningProcesses",
     "AppMgrHelper.GetForegroundApplications",
@@ -72,6 +72,7 @@ constexpr std::array<std::string_view, 65> kOperations = {
     "WifiDevice.Disable",
     "WifiDevice.Enable",
     "WifiDevice.GetInstance",
+    "system.GetBoolParameter",
     "system.GetStringParameter",
 };
 static_assert(std::is_sorted(kOperations.begin(), kOperations.end()));

@@ -117,11 +117,9 @@ int32_t NetPolicy::SetDeviceIdlePolicy(bool enable) {
     return core_.Call("NetPolicyClient.SetDeviceIdlePolicy", {{"enable", enable}});
 }
 
-int32_t SystemParameters::Get(const std::string& key, std::string& value, const std::string& defaultValue) {
-    const int32_t code = core_.Fault("system.GetStringParameter");
+std::optional<std::string> SystemParameters::Find(const std::string& key) const {
     const auto found = core_.facts.parameters.find(key);
-    value = code != 0 || found == core_.facts.parameters.end() ? defaultValue : found->second;
-    return code;
+    return found == core_.facts.parameters.end() ? std::nullopt : std::optional(found->second);
 }
 
 int32_t Power::GetDeviceMode() {

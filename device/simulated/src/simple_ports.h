@@ -3,6 +3,7 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -114,7 +115,7 @@ private:
 class SystemParameters : public system::Parameters {
 public:
     explicit SystemParameters(PhoneCore& core) : core_(core) {}
-    int32_t Get(const std::string& key, std::string& value, const std::string& defaultValue) override;
+    [[nodiscard]] std::optional<std::string> Find(const std::string& key) const override;
 
 private:
     PhoneCore& core_;
