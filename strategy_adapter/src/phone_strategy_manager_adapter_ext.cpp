@@ -5,10 +5,14 @@
 #include "freeze_strategy.h"
 #include "phone_network_strategy.h"
 #include "power_off_strategy.h"
+#include "power_save_clean_strategy.h"
 #include "push_strategy.h"
+#include "running_lock_strategy_ext.h"
+#include "sleep_clean_strategy.h"
 #include "sleep_detection_strategy.h"
 #include "standby_config_manager.h"
 #include "standby_service_log.h"
+#include "timer_strategy_ext.h"
 #include "user_sleep_power_off_strategy.h"
 
 namespace TARN::DevStandbyMgr {
@@ -22,6 +26,10 @@ const std::map<std::string, std::shared_ptr<IBaseStrategy>> g_strategyTable = {
     {"FREEZE", std::make_shared<FreezeStrategy>()},
     {"PUSH", std::make_shared<PushStrategy>()},
     {"NETWORK", std::make_shared<PhoneNetWorkStrategy>()},
+    {"RUNNING_LOCK", std::make_shared<RunningLockStrategyExt>()},
+    {"SLEEP_CLEAN", std::make_shared<SleepCleanStrategy>()},
+    {"TIMER", std::make_shared<TimerStrategyExt>()},
+    {"POWER_SAVE_CLEAN", std::make_shared<PowerSaveCleanStrategy>()},
 };
 
 }  // namespace
