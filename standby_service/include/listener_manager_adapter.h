@@ -13,8 +13,9 @@ namespace TARN::DevStandbyMgr {
 /// The service's own listener manager.
 ///
 /// In automatic mode Init adds the listeners of the service: the system broadcasts that strategies match
-/// become COMMON_EVENT messages, started and stopped continuous tasks BG_TASK_STATUS_CHANGED, and
-/// applications that change place PROCESS_STATE_CHANGED. In scripted mode it adds none.
+/// become COMMON_EVENT messages, started and stopped continuous tasks BG_TASK_STATUS_CHANGED, applications that
+/// change place PROCESS_STATE_CHANGED, and the device-idle network policy NET_IDLE_POLICY_TRANSIT. In scripted
+/// mode it adds none.
 class ListenerManagerAdapter : public IListenerManagerAdapter {
 public:
     bool Init() override;

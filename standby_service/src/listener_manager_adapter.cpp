@@ -4,6 +4,8 @@
 #include "background_task_mgr_helper.h"
 #include "common_event_manager.h"
 #include "common_event_support.h"
+#include "net_policy_client.h"
+#include "standby_constants.h"
 #include "standby_service_impl.h"
 
 namespace TARN::DevStandbyMgr {
@@ -79,6 +81,29 @@ public:
     }
 };
 
+/// Tells when the network is put under idle control and when it is given back.
+class IdlePolicyListener : public IMesssageListener {
+public:
+    ErrCode StartListener() override {
+        NetPolicyClient()->ObserveDeviceIdlePolicy([](bool enabled) {
+            AAFwk::Want want;
+            want.SetParam(NET_IDLE_POLICY_STATUS, enabled);
+            Dispatch(StandbyMessageType::NET_IDLE_POLICY_TRANSIT, std::move(want));
+        });
+        return ERR_OK;
+    }
+
+    ErrCode StopListener() override {
+        NetPolicyClient()->ObserveDeviceIdlePolicy(nullptr);
+        return ERR_OK;
+    }
+
+private:
+    static std::shared_ptr<NetManagerStandard::NetPolicyClient> NetPolicyClient() {
+        return DelayedSingleton<NetManagerStandard::NetPolicyClient>::GetInstance();
+    }
+};
+
 std::shared_ptr<IMesssageListener> MakeBroadcastListener() {
     EventFwk::MatchingSkills skills;
     skills.AddEvent(CommonEventSupport::COMMON_EVENT_SCREEN_ON);
@@ -97,6 +122,7 @@ bool ListenerManagerAdapter::Init() {
         messageListenerList_.push_back(MakeBroadcastListener());
         messageListenerList_.push_back(std::make_shared<BackgroundTaskListener>());
         messageListenerList_.push_back(std::make_shared<ForegroundListener>());
+        messageListenerList_.push_back(std::make_shared<IdlePolicyListener>());
     }
     return true;
 }

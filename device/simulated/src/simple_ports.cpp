@@ -1,6 +1,7 @@
 #include "simple_ports.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace TARN::Simulated {
 
@@ -114,7 +115,15 @@ int32_t NetPolicy::SetDeviceIdleTrustlist(const std::vector<uint32_t>& uids, boo
 }
 
 int32_t NetPolicy::SetDeviceIdlePolicy(bool enable) {
-    return core_.Call("NetPolicyClient.SetDeviceIdlePolicy", {{"enable", enable}});
+    const int32_t code = core_.Call("NetPolicyClient.SetDeviceIdlePolicy", {{"enable", enable}});
+    if (code == 0 && std::exchange(isIdle_, enable) != enable) {
+        core_.time.Post(core_.time.NowMs(), [this, enable] {
+            if (observer_) {
+                observer_(enable);
+            }
+        });
+    }
+    return code;
 }
 
 std::optional<std::string> SystemParameters::Find(const std::string& key) const {

@@ -107,9 +107,12 @@ public:
     explicit NetPolicy(PhoneCore& core) : core_(core) {}
     int32_t SetDeviceIdleTrustlist(const std::vector<uint32_t>& uids, bool isAdded) override;
     int32_t SetDeviceIdlePolicy(bool enable) override;
+    void ObserveDeviceIdlePolicy(IdlePolicyObserver observer) override { observer_ = std::move(observer); }
 
 private:
     PhoneCore& core_;
+    IdlePolicyObserver observer_;
+    bool isIdle_ = false;
 };
 
 class SystemParameters : public system::Parameters {

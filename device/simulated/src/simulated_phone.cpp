@@ -138,6 +138,7 @@ void SimulatedPhone::DropPending() {
     ports_->sensors.DropAll();
     ports_->preferences.DropAll();
     ports_->movement.Observe(nullptr);
+    ports_->netPolicy.ObserveDeviceIdlePolicy(nullptr);
     ports_->processes.ObserveForeground(nullptr);
     ports_->backgroundTasks.DropObserver();
 }

@@ -2,6 +2,7 @@
 #define PLATFORM_NET_POLICY_CLIENT_H
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -13,6 +14,8 @@ namespace TARN::NetManagerStandard {
 /// The network policy service: who may use the network while the device is idle.
 class NetPolicyClient {
 public:
+    using IdlePolicyObserver = std::function<void(bool enabled)>;
+
     virtual ~NetPolicyClient() = default;
 
     /// The installed device's client; the device owns it.
@@ -25,6 +28,10 @@ public:
 
     /// Switches the device-idle policy: while on, only trusted uids reach the network. Returns 0 on success.
     virtual int32_t SetDeviceIdlePolicy(bool enable) = 0;
+
+    /// Calls `observer` whenever the device-idle policy is switched, until the next call with another one; an
+    /// empty observer ends it. Calls arrive on the service's thread.
+    virtual void ObserveDeviceIdlePolicy(IdlePolicyObserver observer) = 0;
 };
 
 }  // namespace TARN::NetManagerStandard
