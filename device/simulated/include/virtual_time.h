@@ -7,6 +7,7 @@
 #include <map>
 #include <mutex>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <utility>
 
@@ -61,7 +62,7 @@ private:
     mutable std::mutex mutex_;
     uint64_t arrivals_ = 0;
     std::map<Ticket, Entry> queue_;
-    std::unordered_multimap<std::string, Ticket> named_;
+    std::unordered_multimap<std::string_view, Ticket> named_;  ///< keys lie in the queue's entries
 };
 
 }  // namespace TARN::Simulated

@@ -7,10 +7,10 @@ namespace TARN::Simulated {
 VirtualTime::Ticket VirtualTime::Post(int64_t dueMs, Work work, std::string name) {
     const std::lock_guard lock(mutex_);
     const Ticket ticket(std::max(dueMs, NowMs()), arrivals_++);
-    if (!name.empty()) {
-        named_.emplace(name, ticket);
+    const auto entry = queue_.emplace(ticket, Entry{std::move(work), std::move(name)}).first;
+    if (!entry->second.name.empty()) {
+        named_.emplace(entry->second.name, ticket);
     }
-    queue_.emplace(ticket, Entry{std::move(work), std::move(name)});
     return ticket;
 }
 
@@ -39,8 +39,8 @@ void VirtualTime::CancelNamed(const std::string& name) {
 void VirtualTime::Clear() {
     std::map<Ticket, Entry> dropped;
     const std::lock_guard lock(mutex_);
-    dropped.swap(queue_);
     named_.clear();
+    dropped.swap(queue_);
 }
 
 void VirtualTime::RunBefore(int64_t ms) {
