@@ -1,13 +1,43 @@
-#include <fstream>
-#include <iostream>
+#include <exception>
+#include <variant>
 
-#include "jsonl_writer.h"
-#include "player.h"
-#include "trace.h"
+#include "command_line.h"
+#include "dump_command.h"
+#include "exit_status.h"
+#include "output_file.h"
+#include "replay_command.h"
+
+namespace {
+
+using namespace TARN::Cli;
+
+int Do(const TextRequest& request, OutputFile& output) {
+    output.Stream() << request.text;
+    return output.Finish();
+}
+
+int Do(const ReplayOptions& options, OutputFile& output) {
+    return RunReplay(options, output);
+}
+
+int Do(const DumpOptions& options, OutputFile& output) {
+    return RunDump(options, output);
+}
+
+int Do(const CommandLineError& error, OutputFile& /*output*/) {
+    Complain(error.text);
+    return kInputWrong;
+}
+
+}  // namespace
 
 int main(int argc, char** argv) {
-    std::ifstream f(argv[argc - 1]);
-    const auto trace = TARN::Replay::ReadTrace(f, argv[argc - 1]);
-    TARN::Replay::JsonlWriter w(std::cout);
-    TARN::Replay::Play(trace, {argv[1], {}}, w);
+    try {
+        KeepStandardStreams();
+        OutputFile output;
+        return std::visit([&output](const auto& request) { return Do(request, output); }, ParseCommandLine(argc, argv));
+    } catch (const std::exception& error) {
+        Complain(error.what());
+        return kRunFailed;
+    }
 }

@@ -1,0 +1,55 @@
+#ifndef CLI_COMMAND_LINE_H
+#define CLI_COMMAND_LINE_H
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "log_service.h"
+
+namespace TARN::Cli {
+
+enum class Format : uint8_t { TEXT, JSONL };
+enum class ColorChoice : uint8_t { AUTO, ALWAYS, NEVER };
+
+/// What both commands need to play a trace.
+struct PlayerOptions {
+    std::string plugin;  ///< the plugin's file
+    std::string config;  ///< a file that overrides the traces' host; empty for none
+    bool hasProgress = true;
+};
+
+struct ReplayOptions {
+    PlayerOptions player;
+    std::vector<std::string> traces;
+    Format format = Format::TEXT;
+    ColorChoice color = ColorChoice::AUTO;
+    std::optional<LogLevel> log;  ///< the least level of the plugin's log shown in the timeline
+    bool isUnfolded = false;
+};
+
+struct DumpOptions {
+    PlayerOptions player;
+    std::string trace;
+    std::string at;  ///< milliseconds or a local time; empty for the end
+    std::vector<std::string> words;
+};
+
+/// Help or version, for standard output.
+struct TextRequest {
+    std::string text;
+};
+
+/// A command line that cannot be followed, and why.
+struct CommandLineError {
+    std::string text;
+};
+
+[[nodiscard]] std::variant<ReplayOptions, DumpOptions, TextRequest, CommandLineError> ParseCommandLine(
+    int argc, const char* const* argv);
+
+}  // namespace TARN::Cli
+
+#endif  // CLI_COMMAND_LINE_H

@@ -1,0 +1,81 @@
+#include "output_file.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <string>
+
+#include "exit_status.h"
+
+namespace TARN::Cli {
+
+namespace {
+constexpr size_t kPieceBytes = 256 * 1024;
+}
+
+void KeepStandardStreams() {
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (::fcntl(stream, F_GETFD) == -1) {
+            // The lowest free number is this one. Read-only makes a write to it fail, as it should.
+            [[maybe_unused]] const int taken = ::open("/dev/null", stream == STDERR_FILENO ? O_WRONLY : O_RDONLY);
+        }
+    }
+}
+
+OutputFile::OutputFile() : buffer_(kPieceBytes), stream_(this) {
+    Discard();
+}
+
+bool OutputFile::IsTerminal() const {
+    return ::isatty(STDOUT_FILENO) == 1;
+}
+
+void OutputFile::Discard() {
+    setp(buffer_.data(), buffer_.data() + buffer_.size());
+}
+
+OutputFile::int_type OutputFile::overflow(int_type next) {
+    WriteOut();
+    if (error_ != 0) {
+        return traits_type::eof();
+    }
+    if (!traits_type::eq_int_type(next, traits_type::eof())) {
+        *pptr() = traits_type::to_char_type(next);
+        pbump(1);
+    }
+    return traits_type::not_eof(next);
+}
+
+int OutputFile::sync() {
+    WriteOut();
+    return error_ == 0 ? 0 : -1;
+}
+
+void OutputFile::WriteOut() {
+    const char* next = pbase();
+    if (beforeWriting_ && next != pptr()) {
+        beforeWriting_();
+    }
+    while (error_ == 0 && next != pptr()) {
+        const ssize_t written = ::write(STDOUT_FILENO, next, static_cast<size_t>(pptr() - next));
+        if (written >= 0) {
+            next += written;
+        } else if (errno != EINTR) {
+            error_ = errno;
+        }
+    }
+    Discard();
+}
+
+int OutputFile::Finish() {
+    stream_.flush();
+    if (error_ == 0) {
+        return kDone;
+    }
+    Complain(std::string("cannot write the output: ") + std::strerror(error_));
+    return kRunFailed;
+}
+
+}  // namespace TARN::Cli

@@ -1,0 +1,49 @@
+#ifndef CLI_OUTPUT_FILE_H
+#define CLI_OUTPUT_FILE_H
+
+#include <functional>
+#include <ostream>
+#include <streambuf>
+#include <vector>
+
+namespace TARN::Cli {
+
+/// Opens what the caller closed of the three standard streams, so that no file of ours takes its number. A
+/// standard output that was closed stays one that refuses every byte.
+void KeepStandardStreams();
+
+/// Standard output, written in large pieces and checked. Nothing leaves before a piece is full or Finish.
+class OutputFile : private std::streambuf {
+public:
+    OutputFile();
+    ~OutputFile() override = default;
+    OutputFile(const OutputFile&) = delete;
+    OutputFile& operator=(const OutputFile&) = delete;
+
+    [[nodiscard]] std::ostream& Stream() noexcept { return stream_; }
+    [[nodiscard]] bool IsTerminal() const;
+    [[nodiscard]] bool IsBroken() const noexcept { return error_ != 0; }
+
+    /// Is called before each piece is written.
+    void BeforeWriting(std::function<void()> action) { beforeWriting_ = std::move(action); }
+
+    /// Forgets what has not been written yet.
+    void Discard();
+
+    /// Writes the rest. Complains and returns the exit status of a failed run when a byte could not be written.
+    [[nodiscard]] int Finish();
+
+private:
+    int_type overflow(int_type next) override;
+    int sync() override;
+    void WriteOut();
+
+    std::vector<char> buffer_;
+    std::ostream stream_;
+    std::function<void()> beforeWriting_;
+    int error_ = 0;
+};
+
+}  // namespace TARN::Cli
+
+#endif  // CLI_OUTPUT_FILE_H

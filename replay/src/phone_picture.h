@@ -1,0 +1,37 @@
+#ifndef REPLAY_PHONE_PICTURE_H
+#define REPLAY_PHONE_PICTURE_H
+
+#include <cstdint>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "trace.h"
+
+namespace TARN::Replay {
+
+/// What the trace has told of the phone so far, as far as a timeline names it.
+class PhonePicture {
+public:
+    void Apply(const SetStep& step);
+
+    /// A process's name, "pid 412" for one that the trace never named.
+    [[nodiscard]] std::string NameOfPid(int32_t pid) const;
+
+    /// The application behind a uid, "uid 10012" where no process shows it.
+    [[nodiscard]] std::string NameOfUid(int64_t uid) const;
+
+    /// The process of a pair that holds a pid and a uid in either order; null for none.
+    [[nodiscard]] const Simulated::Process* Find(int32_t first, int32_t second) const;
+
+private:
+    [[nodiscard]] const Simulated::Process* FindPid(int32_t pid) const;
+
+    std::vector<Simulated::Process> processes_;
+    std::unordered_map<int32_t, size_t> byPid_;
+    std::unordered_map<int64_t, size_t> byUid_;
+};
+
+}  // namespace TARN::Replay
+
+#endif  // REPLAY_PHONE_PICTURE_H
