@@ -1,0 +1,58 @@
+#ifndef TESTS_TEST_PHONE_H
+#define TESTS_TEST_PHONE_H
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "simulated_phone.h"
+#include "standby_config.h"
+#include "standby_service_impl.h"
+
+namespace TARN::Test {
+
+/// A simulated phone that is the process's device while it lives, and what was done to it.
+class TestPhone : private Simulated::PhoneObserver {
+public:
+    static constexpr int64_t kStartMs = 1'772'400'000'000;
+    static constexpr int64_t kBootNs = 60'000'000'000;
+
+    explicit TestPhone(int64_t startMs = kStartMs);
+    ~TestPhone() override;
+
+    Simulated::SimulatedPhone* operator->() { return &phone_; }
+    [[nodiscard]] int64_t Now() { return phone_.Clock().NowMs(); }
+
+    void Change(const std::function<void(Simulated::FactsChange&)>& describe);
+    void Fail(const std::string& operation, int32_t code = 1);
+    void Heal(const std::string& operation);
+
+    /// Runs the work of the next `ms` milliseconds, by default what waits for now.
+    void Run(int64_t ms = 0);
+
+    /// A service without a plugin; it ends with the phone.
+    DevStandbyMgr::StandbyServiceImpl& StartService(DevStandbyMgr::StandbyConfig config = {});
+
+    /// What was called and logged since it was last taken: `DisableBt {} -> 0`, `info text`.
+    std::vector<std::string> TakeCalls() { return std::exchange(calls_, {}); }
+    std::vector<std::string> TakeLogs() { return std::exchange(logs_, {}); }
+
+    /// The least level of log lines that is wanted.
+    LogLevel lowestLevel = LogLevel::DEBUG;
+    /// Sees each log line whole.
+    std::function<void(const LogLine&)> onLine;
+
+private:
+    [[nodiscard]] bool WantsLog(LogLevel level) const noexcept override { return level >= lowestLevel; }
+    void OnLog(const LogLine& line) override;
+    void OnCall(std::string_view operation, const nlohmann::ordered_json& arguments,
+                const nlohmann::ordered_json& result) override;
+
+    Simulated::SimulatedPhone phone_;
+    std::vector<std::string> calls_;
+    std::vector<std::string> logs_;
+};
+
+}  // namespace TARN::Test
+
+#endif  // TESTS_TEST_PHONE_H
