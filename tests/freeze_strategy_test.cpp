@@ -5,7 +5,7 @@
 
 #include "night.h"
 
-namespace TARN::Test {
+namespace TARN::Tests {
 namespace {
 
 using ::testing::Contains;
@@ -279,4 +279,4 @@ TEST(FreezeStrategy, MessagesOfOthersAreOnlyNoted) {
 }
 
 }  // namespace
-}  // namespace TARN::Test
+}  // namespace TARN::Tests

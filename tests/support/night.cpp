@@ -6,7 +6,7 @@
 #include "player.h"
 #include "trace.h"
 
-namespace TARN::Test {
+namespace TARN::Tests {
 
 namespace {
 
@@ -154,4 +154,4 @@ const char* PluginPath() {
     return PLUGIN_PATH;
 }
 
-}  // namespace TARN::Test
+}  // namespace TARN::Tests

@@ -9,7 +9,7 @@
 
 #include "record.h"
 
-namespace TARN::Test {
+namespace TARN::Tests {
 
 /// Tells a night step by step, then plays it through the real plugin library and gives back the record.
 ///
@@ -82,6 +82,6 @@ private:
 /// Where the plugin library lies.
 [[nodiscard]] const char* PluginPath();
 
-}  // namespace TARN::Test
+}  // namespace TARN::Tests
 
 #endif  // TESTS_NIGHT_H

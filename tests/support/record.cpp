@@ -7,7 +7,7 @@
 #include "time_zone.h"
 #include "want_json.h"
 
-namespace TARN::Test {
+namespace TARN::Tests {
 
 namespace {
 
@@ -120,4 +120,4 @@ void RecordingSink::OnEnd(int64_t /*t*/, const Replay::Summary& summary) {
     record_.summary = summary;
 }
 
-}  // namespace TARN::Test
+}  // namespace TARN::Tests

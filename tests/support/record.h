@@ -9,7 +9,7 @@
 
 #include "record_sink.h"
 
-namespace TARN::Test {
+namespace TARN::Tests {
 
 /// What a run recorded, as text, in order:
 ///   `debug freeze_strategy: now is thaw, do not need to StopFreeze`
@@ -82,6 +82,6 @@ private:
     Record& record_;
 };
 
-}  // namespace TARN::Test
+}  // namespace TARN::Tests
 
 #endif  // TESTS_RECORD_H

@@ -2,7 +2,7 @@
 
 #include "log_names.h"
 
-namespace TARN::Test {
+namespace TARN::Tests {
 
 using DevStandbyMgr::StandbyServiceImpl;
 
@@ -51,4 +51,4 @@ void TestPhone::OnCall(std::string_view operation, const nlohmann::ordered_json&
                      result.dump());
 }
 
-}  // namespace TARN::Test
+}  // namespace TARN::Tests

@@ -9,7 +9,7 @@
 #include "standby_config.h"
 #include "standby_service_impl.h"
 
-namespace TARN::Test {
+namespace TARN::Tests {
 
 /// A simulated phone that is the process's device while it lives, and what was done to it.
 class TestPhone : private Simulated::PhoneObserver {
@@ -53,6 +53,6 @@ private:
     std::vector<std::string> logs_;
 };
 
-}  // namespace TARN::Test
+}  // namespace TARN::Tests
 
 #endif  // TESTS_TEST_PHONE_H

@@ -1,0 +1,210 @@
+#include "virtual_time.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <thread>
+#include <vector>
+
+#include "constraint_manager_adapter.h"
+#include "listener_manager_adapter.h"
+#include "state_manager_adapter.h"
+#include "test_phone.h"
+
+namespace TARN::Simulated {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+/// A clock at 100 whose work writes down its label and when it ran.
+class VirtualTimeTest : public ::testing::Test {
+protected:
+    VirtualTime::Work Note(const std::string& label) {
+        return [this, label] { ran.push_back(label + "@" + std::to_string(clock.NowMs())); };
+    }
+
+    std::vector<std::string> ran;
+    VirtualTime clock{100};
+};
+
+TEST_F(VirtualTimeTest, WorkRunsByDueTimeAndAmongEqualsByArrival) {
+    clock.Post(300, Note("c"));
+    clock.Post(200, Note("a"));
+    clock.Post(300, Note("d"));
+    clock.Post(200, Note("b"));
+    clock.RunThrough(1000);
+    EXPECT_THAT(ran, ElementsAre("a@200", "b@200", "c@300", "d@300"));
+    EXPECT_EQ(clock.NowMs(), 1000);
+}
+
+TEST_F(VirtualTimeTest, ALimitIsExcludedByRunBeforeAndIncludedByRunThrough) {
+    clock.Post(199, Note("a"));
+    clock.Post(200, Note("b"));
+    clock.Post(201, Note("c"));
+    clock.RunBefore(200);
+    EXPECT_THAT(ran, ElementsAre("a@199"));
+    EXPECT_EQ(clock.NowMs(), 200);
+    clock.RunThrough(200);
+    EXPECT_THAT(ran, ElementsAre("a@199", "b@200"));
+    EXPECT_EQ(clock.Waiting(), 1U);
+}
+
+TEST_F(VirtualTimeTest, TimeNeverGoesBack) {
+    clock.Post(-50, Note("past"));
+    clock.Post(100, Note("now"));
+    clock.RunBefore(100);
+    EXPECT_THAT(ran, IsEmpty()) << "a due time in the past means now, and now is not before now";
+    clock.RunThrough(100);
+    EXPECT_THAT(ran, ElementsAre("past@100", "now@100"));
+    clock.RunThrough(20);
+    clock.RunBefore(30);
+    EXPECT_EQ(clock.NowMs(), 100);
+}
+
+TEST_F(VirtualTimeTest, WorkMayQueueWorkForItsOwnInstantBehindWhatWaitsAlready) {
+    clock.Post(200, [this] {
+        Note("first")();
+        clock.Post(200, Note("queued"));
+        clock.Post(0, Note("queued for the past"));
+    });
+    clock.Post(200, Note("second"));
+    clock.RunThrough(200);
+    EXPECT_THAT(ran, ElementsAre("first@200", "second@200", "queued@200", "queued for the past@200"));
+}
+
+TEST_F(VirtualTimeTest, CancelledWorkDoesNotRunAndCannotBeCancelledTwice) {
+    const auto dropped = clock.Post(200, Note("dropped"));
+    const auto kept = clock.Post(200, Note("kept"));
+    EXPECT_TRUE(clock.Cancel(dropped));
+    EXPECT_FALSE(clock.Cancel(dropped));
+    clock.RunThrough(200);
+    EXPECT_THAT(ran, ElementsAre("kept@200"));
+    EXPECT_FALSE(clock.Cancel(kept));
+}
+
+TEST_F(VirtualTimeTest, CancellingANameDropsAllOfThatNameAndNoOther) {
+    clock.Post(200, Note("a"), "loop");
+    clock.Post(150, Note("b"), "loop");
+    clock.Post(200, Note("c"), "loo");
+    clock.Post(200, Note("d"));
+    const auto ticket = clock.Post(200, Note("e"), "loop");
+    clock.CancelNamed("loop");
+    clock.CancelNamed("nobody");
+    clock.CancelNamed("");
+    EXPECT_FALSE(clock.Cancel(ticket));
+    clock.Post(200, Note("f"), "loop");
+    clock.RunThrough(200);
+    EXPECT_THAT(ran, ElementsAre("c@200", "d@200", "f@200"));
+}
+
+TEST_F(VirtualTimeTest, AWorkThatRunsIsNoLongerCancelledByItsName) {
+    clock.Post(
+        200,
+        [this] {
+            clock.CancelNamed("loop");
+            clock.Post(300, Note("next"), "loop");
+        },
+        "loop");
+    clock.Post(200, Note("dropped"), "loop");
+    clock.RunThrough(400);
+    EXPECT_THAT(ran, ElementsAre("next@300"));
+}
+
+TEST_F(VirtualTimeTest, ClearDropsEverythingEvenFromWithinWork) {
+    clock.Post(200, [this] { clock.Clear(); });
+    clock.Post(200, Note("a"), "named");
+    clock.Post(300, Note("b"));
+    clock.RunThrough(400);
+    EXPECT_THAT(ran, IsEmpty());
+    EXPECT_EQ(clock.Waiting(), 0U);
+}
+
+TEST_F(VirtualTimeTest, DroppedWorkMayPostWhileItIsDestroyed) {
+    struct PostsAtItsEnd {
+        VirtualTime& clock;
+        ~PostsAtItsEnd() { clock.Post(500, [] {}); }
+    };
+    const auto post = [this] {
+        clock.Post(200, [held = std::make_shared<PostsAtItsEnd>(clock)] {}, "named");
+    };
+    post();
+    clock.CancelNamed("named");
+    EXPECT_EQ(clock.Waiting(), 1U);
+    post();
+    clock.Clear();
+    EXPECT_EQ(clock.Waiting(), 1U);
+}
+
+TEST_F(VirtualTimeTest, AnyThreadMayPostAndCancelWhileOneRunsTheWork) {
+    constexpr int kThreads = 4;
+    constexpr int kPosts = 500;
+    std::atomic<int> posting{kThreads};
+    int done = 0;  // touched by the running thread only
+    std::vector<std::thread> threads;
+    for (int thread = 0; thread < kThreads; ++thread) {
+        threads.emplace_back([&, name = std::to_string(thread)] {
+            for (int i = 0; i < kPosts; ++i) {
+                clock.Post(clock.NowMs() + i % 3, [&done] { ++done; });
+                clock.Post(clock.NowMs() + 1'000'000'000, [&done] { done += 1'000'000; }, name);
+                clock.CancelNamed(name);
+            }
+            --posting;
+        });
+    }
+    while (posting > 0) {
+        clock.RunThrough(clock.NowMs() + 1);
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    clock.RunThrough(clock.NowMs() + 3);
+    EXPECT_EQ(done, kThreads * kPosts);
+    EXPECT_EQ(clock.Waiting(), 0U);
+}
+
+/// Counts the messages; nothing else.
+class CountingStrategies : public DevStandbyMgr::IStrategyManagerAdapter {
+public:
+    explicit CountingStrategies(int& count) : count_(count) {}
+    bool Init() override { return true; }
+    bool UnInit() override { return true; }
+    void HandleEvent(const DevStandbyMgr::StandbyMessage& message) override { count_ += message.eventId; }
+    void ShellDump(const std::vector<std::string>& /*args*/, std::string& /*result*/) override {}
+    void RegisterPolicy(const std::vector<std::string>& /*strategies*/) override {}
+
+private:
+    int& count_;
+};
+
+TEST(StandbyService, DispatchesFromAnyThreadAndDeliversOnOne) {
+    constexpr int kThreads = 4;
+    constexpr int kMessages = 300;
+    Tests::TestPhone phone;
+    auto& service = phone.StartService();
+    int delivered = 0;
+    service.RegisterPluginInner(new DevStandbyMgr::ConstraintManagerAdapter(), new DevStandbyMgr::ListenerManagerAdapter(),
+                                new CountingStrategies(delivered), new DevStandbyMgr::StateManagerAdapter());
+    std::atomic<int> dispatching{kThreads};
+    std::vector<std::thread> threads;
+    for (int thread = 0; thread < kThreads; ++thread) {
+        threads.emplace_back([&] {
+            for (int i = 0; i < kMessages; ++i) {
+                service.DispatchEvent(DevStandbyMgr::StandbyMessage(1, "COMMON_EVENT_NOBODY_KNOWS"));
+            }
+            --dispatching;
+        });
+    }
+    while (dispatching > 0) {
+        phone.Run(1);
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    phone.Run();
+    EXPECT_EQ(delivered, kThreads * kMessages);
+}
+
+}  // namespace
+}  // namespace TARN::Simulated
