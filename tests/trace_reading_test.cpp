@@ -1,0 +1,203 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "json_fields.h"
+#include "night.h"
+#include "trace.h"
+
+namespace TARN::Tests {
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::Not;
+using ::testing::StartsWith;
+
+constexpr char kHeader[] = R"({"trace": 1, "start": 1000, "host": {"mode": "scripted"}})"
+                           "\n";
+
+Replay::Trace Read(const std::string& text) {
+    std::istringstream input(text);
+    return Replay::ReadTrace(input, "night.jsonl");
+}
+
+/// The message with which a trace is refused.
+std::string Refusal(const std::string& text) {
+    try {
+        (void)Read(text);
+        return "accepted";
+    } catch (const DevStandbyMgr::InputError& error) {
+        return error.what();
+    }
+}
+
+void ExpectRefused(const std::string& text, int line, const std::string& fragment) {
+    const std::string refusal = Refusal(text);
+    const std::string shown = text.substr(0, 300);
+    EXPECT_THAT(refusal, StartsWith("night.jsonl:" + std::to_string(line) + ": ")) << shown;
+    EXPECT_THAT(refusal, HasSubstr(fragment)) << shown;
+    EXPECT_THAT(refusal, HasSubstr("; expected ")) << shown;
+    EXPECT_THAT(refusal, Not(HasSubstr("\n"))) << shown;
+    EXPECT_LT(refusal.size(), 600U) << shown;
+}
+
+TEST(BadTrace, AHeaderThatIsNone) {
+    ExpectRefused("# nothing\n\n", 2, "no header");
+    ExpectRefused("\n  # a comment\n{\"t\": 1, \"set\": {}}\n", 3, "no \"trace\"");
+    ExpectRefused("[1]\n", 1, "an object");
+    ExpectRefused("\xff\xfe\n", 1, "not JSON");
+    for (const auto& [members, fragment] :
+         {std::pair{R"("trace": 2, "start": 0)", "trace: 2"},
+          {R"("trace": "1", "start": 0)", "trace: \"1\""},
+          {R"("trace": 1.0, "start": 0)", "trace: 1.0"},
+          {R"("trace": 1)", "no \"start\""},
+          {R"("trace": 1, "start": 0, "Host": {})", "unknown key \"Host\""},
+          {R"("trace": 1, "start": 1.5)", "start: 1.5"},
+          {R"("trace": 1, "start": true)", "start: true"},
+          {R"("trace": 1, "start": 9223372036854775808)", "start: 9223372036854775808"},
+          {R"("trace": 1, "start": -9223372036854775808)", "start: -9223372036854775808"},
+          {R"("trace": 1, "start": 5, "end": 4)", "end: 4 is before the start"},
+          {R"("trace": 1, "start": 0, "boot_ns": 99999999999999999999)", "boot_ns: "},
+          {R"("trace": 1, "start": 0, "timezone": "Mars/Olympus")", "timezone: \"Mars/Olympus\""},
+          {R"("trace": 1, "start": 0, "timezone": "Europe")", "timezone: \"Europe\""},
+          {R"("trace": 1, "start": 0, "timezone": "../../../etc/hostname")", "timezone: "},
+          {R"("trace": 1, "start": 0, "timezone": ":/etc/localtime")", "timezone: "},
+          {R"("trace": 1, "start": 0, "timezone": "UTC\u0000")", "timezone: "},
+          {R"("trace": 1, "start": 0, "timezone": "")", "timezone: \"\""},
+          {R"("trace": 1, "start": 0, "timezone": 1)", "timezone: 1"},
+          {R"("trace": 1, "start": 0, "host": [])", "host: []"},
+          {R"("trace": 1, "start": 0, "host": {"policy": {}})", "host: unknown key \"policy\""},
+          {R"("trace": 1, "start": 0, "host": {"mode": "idle"})", "host.mode: \"idle\""},
+          {R"("trace": 1, "start": 0, "host": {"standby_mode": "2"})", "host.standby_mode: \"2\""},
+          {R"("trace": 1, "start": 0, "host": {"strategies": ["FREEZE", 1]})", "host.strategies[1]: 1"},
+          {R"("trace": 1, "start": 0, "host": {"persist_allow": {"FREEZE": {"1": "a"}}})", "host.persist_allow.FREEZE.1"},
+          {R"("trace": 1, "start": 0, "device": {"condition": 2})", "device.condition: set in automatic mode"},
+          {R"("trace": 1, "start": 0, "device": {"wifi": {"on": true}})", "device.wifi: unknown key \"on\""}}) {
+        ExpectRefused(std::string("\n{") + members + "}\n", 2, fragment);
+    }
+}
+
+TEST(BadTrace, AStepThatIsNone) {
+    for (const auto& [step, fragment] :
+         {std::pair{R"({"t": 1000})", "0 kinds of step"},
+          {R"({"t": 1000, "dump": [], "restart": "stop"})", "2 kinds of step"},
+          {R"({"dump": []})", "no \"t\""},
+          {R"({"t": 1000, "dump": [], "at": 5})", "unknown key \"at\""},
+          {R"({"t": 999, "dump": []})", "t: 999 goes back"},
+          {R"({"t": null, "dump": []})", "t: null"},
+          {R"({"t": 1e3, "dump": []})", "t: 1000.0"},
+          {R"({"t": 18446744073709551616, "dump": []})", "t: "},
+          {R"({"t": "22:30", "dump": []})", "t: \"22:30\""},
+          {R"({"t": 1000, "dump": "all"})", "dump: \"all\""},
+          {R"({"t": 1000, "restart": "now"})", "restart: \"now\""},
+          {R"({"t": 1000, "message": {}})", "message: no \"eventId\""},
+          {R"({"t": 1000, "message": {"eventId": 2147483648}})", "message.eventId: 2147483648"},
+          {R"({"t": 1000, "message": {"eventId": 1, "wnat": {}}})", "message: unknown key \"wnat\""},
+          {R"({"t": 1000, "message": {"eventId": 1, "want": []}})", "message.want: []"},
+          {R"({"t": 1000, "message": {"eventId": 1, "want": {"a": null}}})", "message.want.a: null"},
+          {R"({"t": 1000, "message": {"eventId": 1, "want": {"a": 9223372036854775808}}})", "message.want.a: 9223372036854775808"},
+          {R"({"t": 1000, "broadcast": {"want": {}}})", "broadcast: no \"action\""},
+          {R"({"t": 1000, "file": {"name": "../secret", "text": ""}})", "file.name: \"../secret\""},
+          {R"({"t": 1000, "file": {"name": "power_off_record"}})", "file: no \"text\""},
+          {R"({"t": 1000, "set": {"lights": 3}})", "set: unknown key \"lights\""},
+          {R"({"t": 1000, "set": {"light": "dark"}})", "set.light: \"dark\""},
+          {R"({"t": 1000, "set": {"accounts": [1, "2"]}})", "set.accounts[1]: \"2\""},
+          {R"({"t": 1000, "set": {"settings": {"OTHER": {}}}})", "set.settings: unknown table \"OTHER\""},
+          {R"({"t": 1000, "set": {"settings": {"SETTINGSDATA": {"a": 1}}}})", "set.settings.SETTINGSDATA.a: 1"},
+          {R"({"t": 1000, "set": {"fail": {"BluetoothHost.Disable": 1}}})", "set.fail: unknown operation"},
+          {R"({"t": 1000, "set": {"fail": {"BluetoothHost.DisableBt": 0}}})", "set.fail.BluetoothHost.DisableBt: 0"},
+          {R"({"t": 1000, "set": {"processes": [{"pid": 1}]}})", "set.processes[0]: no \"name\""},
+          {R"({"t": 1000, "set": {"processes": [{"pid": 1, "name": "a", "uids": 1}]}})", "set.processes[0]: unknown key \"uids\""},
+          {R"({"t": 1000, "set": {"continuous_tasks": [{"type": -1, "uid": 1, "pid": 1}]}})", "set.continuous_tasks[0].type: -1"},
+          {R"({"t": 1000, "set": {"device_state": {"one": true}}})", "set.device_state: key \"one\""},
+          {R"({"t": 1000, "set": {"allow_list": {"64": "a"}}})", "set.allow_list.64: \"a\""},
+          {R"({"t": 1000, "set": {"modem": {"slots": 1000000}}})", "set.modem.slots: 1000000"},
+          {R"({"t": 1000, "set": {"movement": {"at": 0}}})", "set.movement: no \"value\""}}) {
+        ExpectRefused(std::string(kHeader) + "{\"t\": 1000, \"dump\": []}\n\n# comment\n" + step + "\n", 5, fragment);
+    }
+    ExpectRefused(std::string(R"({"trace": 1, "start": 0, "end": 5})") + "\n{\"t\": 6, \"dump\": []}\n", 2, "is after the end");
+}
+
+TEST(BadTrace, ALineThatNobodyWrote) {
+    const std::string header = kHeader;
+    ExpectRefused(header + "{\"t\": 1000, \"dump\": []} {}\n", 2, "not JSON");
+    ExpectRefused(header + "{\"t\": 1000, \"du", 2, "ends in the middle of a line");
+    ExpectRefused(header + std::string("{\"t\": 1000,\0 \"dump\": []}\n", 27), 2, "not JSON");
+    ExpectRefused(header + std::string("\0\n", 2), 2, "not JSON");
+    ExpectRefused(header + "{\"t\": 1000, \"dump\": [\"\xc3\x28\"]}\n", 2, "not JSON");
+    ExpectRefused(header + "{\"t\": 1000, \"" + std::string(1'000'000, 'x') + "\": 1}\n", 2, "unknown key \"xxx");
+}
+
+TEST(BadTrace, ADeeplyNestedValueIsRefusedLikeAnyOther) {
+    constexpr size_t kDepth = 200'000;
+    const std::string nested = std::string(kDepth, '[') + std::string(kDepth, ']');
+    ExpectRefused(std::string(kHeader) + "{\"t\": " + nested + ", \"dump\": []}\n", 2, "");
+    ExpectRefused(std::string(kHeader) + nested + "\n", 2, "");
+}
+
+TEST(BadTrace, AnIntegerTooLargeForAMessageIsNotTakenForAFloat) {
+    ExpectRefused(std::string(kHeader) + R"({"t": 1000, "message": {"eventId": 1, "want": {"a": 99999999999999999999}}})" "\n",
+                  2, "message.want.a");
+}
+
+TEST(GoodTrace, CommentsAndBlankLinesMayStandAnywhere) {
+    const auto trace = Read(std::string("\n# made by hand\n\t # indented\r\n") + kHeader + "\r\n  \n#\n{\"t\": 1500, \"dump\": [\"a\"]}");
+    EXPECT_EQ(trace.start, 1000);
+    EXPECT_EQ(trace.end, 1500) << "without an end, the last step's time";
+    EXPECT_EQ(trace.bootNs, 60'000'000'000);
+    EXPECT_EQ(trace.steps.size(), 1U);
+    EXPECT_EQ(Read(kHeader).end, 1000);
+}
+
+TEST(GoodTrace, AVeryLongLineIsALine) {
+    const auto trace = Read(std::string(kHeader) + R"({"t": 1000, "dump": [")" + std::string(5'000'000, 'x') + "\"]}\n");
+    EXPECT_EQ(std::get<Replay::DumpStep>(trace.steps.at(0).what).words.at(0).size(), 5'000'000U);
+}
+
+/// When a header's local start is; the refusal where there is none.
+std::string StartAt(const std::string& zone, const std::string& local) {
+    const std::string text = R"({"trace": 1, "timezone": ")" + zone + R"(", "start": ")" + local + "\"}\n";
+    const std::string refusal = Refusal(text);
+    return refusal == "accepted" ? std::to_string(Read(text).start) : refusal;
+}
+
+TEST(GoodTrace, LocalTimesFollowTheZone) {
+    for (const auto& [zone, local, expected] :
+         {std::tuple{"UTC", "2026-03-01T22:30:00", "1772404200000"},
+          {"UTC", "2026-03-01T22:30:00.250", "1772404200250"},
+          {"UTC", "1969-12-31T23:59:59.500", "-500"},
+          {"UTC", "2024-02-29T00:00:00", "1709164800000"},
+          {"Europe/Berlin", "2026-03-01T22:30:00", "1772400600000"},
+          {"Europe/Berlin", "2026-07-01T00:00:00", "1782856800000"},
+          {"Asia/Kathmandu", "2026-03-01T22:30:00", "1772383500000"},
+          {"<+1245>-12:45", "2026-03-01T22:30:00", "1772358300000"},
+          {"CET-1CEST,M3.5.0,M10.5.0/3", "2026-07-01T00:00:00", "1782856800000"},
+          {"Europe/Berlin", "2026-03-29T03:00:00", "1774746000000"},
+          {"Europe/Berlin", "2026-10-25T02:30:00", "1792888200000"},   // happens twice: the first
+          {"Europe/Dublin", "2026-10-25T01:30:00", "1792888200000"},
+          {"America/New_York", "2026-11-01T01:30:00", "1793511000000"},
+          {"Europe/Moscow", "2014-10-26T01:30:00", "1414272600000"},   // twice, without any summer time
+          {"Antarctica/Casey", "2018-03-11T02:30:00", "1520695800000"}}) {
+        EXPECT_EQ(StartAt(zone, local), expected) << zone << " " << local;
+    }
+}
+
+TEST(BadTrace, ALocalTimeThatDoesNotExist) {
+    for (const auto& [zone, local] : {std::pair{"Europe/Berlin", "2026-03-29T02:30:00"},
+                                      {"America/New_York", "2026-03-08T02:00:00"},
+                                      {"Pacific/Apia", "2011-12-30T12:00:00"},
+                                      {"UTC", "2026-02-30T00:00:00"},
+                                      {"UTC", "2026-13-01T00:00:00"},
+                                      {"UTC", "2026-01-01T24:00:00"},
+                                      {"UTC", "2026-01-01T00:60:00"}}) {
+        EXPECT_THAT(StartAt(zone, local), HasSubstr("night.jsonl:1: start: ")) << zone << " " << local;
+        EXPECT_THAT(StartAt(zone, local), HasSubstr("does not exist in this time zone")) << zone << " " << local;
+    }
+    for (const char* local : {"2026-03-01 22:30:00", "2026-03-01T22:30", "2026-03-01T22:30:00Z", "2026-03-01T22:30:00.5", "now", ""}) {
+        EXPECT_THAT(StartAt("UTC", local), HasSubstr("expected a local time such as")) << local;
+    }
+}
+
+}  // namespace
+}  // namespace TARN::Tests
