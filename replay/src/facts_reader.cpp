@@ -19,7 +19,7 @@ using Simulated::PhoneFacts;
 using Simulated::Process;
 
 /// More slots than any phone has, few enough for a loop over them.
-constexpr int64_t kMostSimSlots = 64;
+constexpr int64_t kMostSimSlots = 4096;
 
 /// Reads an array element by element.
 template <class Read>

@@ -19,6 +19,9 @@ using DevStandbyMgr::Refuse;
 constexpr int64_t kMsPerSecond = 1000;
 constexpr int kBaseYear = 1900;
 
+/// No zone's name is longer; longer text is not worth a look.
+constexpr size_t kLongestName = 100;
+
 bool IsInDatabase(const std::string& name) {
     static const std::regex kName("[A-Za-z0-9_+-]+(/[A-Za-z0-9_+-]+)*");
     if (!std::regex_match(name, kName)) {
@@ -30,36 +33,54 @@ bool IsInDatabase(const std::string& name) {
     return file.read(head.data(), head.size()) && std::string_view(head.data(), head.size()) == kMagic;
 }
 
+/// std offset [dst [offset] [,rule,rule]]
 bool IsPosix(const std::string& text) {
-    static const std::regex kZone(
-        "(<[A-Za-z0-9+-]{3,}>|[A-Za-z]{3,})[+-]?[0-9]{1,2}(:[0-9]{1,2}){0,2}"
-        "((<[A-Za-z0-9+-]{3,}>|[A-Za-z]{3,})([+-]?[0-9]{1,2}(:[0-9]{1,2}){0,2})?"
-        "(,(M[0-9]{1,2}\\.[0-9]\\.[0-9]|J?[0-9]{1,3})(/[+-]?[0-9]{1,3}(:[0-9]{1,2}){0,2})?){0,2})?");
-    return text.size() < 100 && std::regex_match(text, kZone);
+    static const std::string kAbbreviation = "(<[A-Za-z0-9+-]{3,}>|[A-Za-z]{3,})";
+    static const std::string kOffset = "[+-]?(2[0-4]|[01]?[0-9])(:[0-5][0-9]){0,2}";
+    static const std::string kRule =
+        ",(M(1[0-2]|[1-9])\\.[1-5]\\.[0-6]|J(36[0-5]|3[0-5][0-9]|[12][0-9]{2}|[1-9][0-9]?)|"
+        "(36[0-5]|3[0-5][0-9]|[12][0-9]{2}|[1-9]?[0-9]))(/[+-]?[0-9]{1,3}(:[0-5][0-9]){0,2})?";
+    static const std::regex kZone(kAbbreviation + kOffset + "(" + kAbbreviation + "(" + kOffset + ")?(" + kRule +
+                                  kRule + ")?)?");
+    return std::regex_match(text, kZone);
 }
 
-/// The epoch second at which the local clock shows `local`, taken as summer time or not; nothing when it never does.
-std::optional<std::time_t> EpochOf(const std::tm& local, int isDst) {
-    std::tm candidate = local;
-    candidate.tm_isdst = isDst;
-    const std::time_t seconds = std::mktime(&candidate);
-    std::tm shown{};
-    localtime_r(&seconds, &shown);
-    const bool isSame = shown.tm_year == local.tm_year && shown.tm_mon == local.tm_mon &&
-                        shown.tm_mday == local.tm_mday && shown.tm_hour == local.tm_hour &&
-                        shown.tm_min == local.tm_min && shown.tm_sec == local.tm_sec;
-    return isSame ? std::optional(seconds) : std::nullopt;
+std::tm Local(std::time_t seconds) {
+    std::tm local{};
+    localtime_r(&seconds, &local);
+    return local;
+}
+
+bool ShowsSame(const std::tm& a, const std::tm& b) {
+    return a.tm_year == b.tm_year && a.tm_mon == b.tm_mon && a.tm_mday == b.tm_mday && a.tm_hour == b.tm_hour &&
+           a.tm_min == b.tm_min && a.tm_sec == b.tm_sec;
+}
+
+/// The first epoch second at which the local clock shows `local`; nothing when it never does. The zone's offsets
+/// of the day before and the day after are all that can hold then.
+std::optional<std::time_t> EpochOf(const std::tm& local) {
+    constexpr std::time_t kDay = 24 * 3600;
+    std::tm fields = local;
+    const std::time_t asUtc = timegm(&fields);
+    std::optional<std::time_t> first;
+    for (const std::time_t near : {asUtc - kDay, asUtc + kDay}) {
+        const std::time_t seconds = asUtc - Local(near).tm_gmtoff;
+        if (ShowsSame(Local(seconds), local) && (!first || seconds < *first)) {
+            first = seconds;
+        }
+    }
+    return first;
 }
 
 }  // namespace
 
 TimeZone::TimeZone(const std::string& name) : name_(name), variable_(name) {
-    if (IsInDatabase(name)) {
+    if (name.size() <= kLongestName && IsInDatabase(name)) {
         return;
     }
     if (name == "UTC") {
         variable_ = "UTC0";
-    } else if (!IsPosix(name)) {
+    } else if (name.size() > kLongestName || !IsPosix(name)) {
         Refuse("timezone", DevStandbyMgr::Quote(name), "a tz database name or a POSIX TZ string");
     }
 }
@@ -83,13 +104,7 @@ int64_t TimeZone::ParseLocal(const std::string& text) {
     local.tm_hour = std::stoi(parts[4]);
     local.tm_min = std::stoi(parts[5]);
     local.tm_sec = std::stoi(parts[6]);
-    std::optional<std::time_t> first;
-    for (const int isDst : {1, 0}) {
-        const auto seconds = EpochOf(local, isDst);
-        if (seconds && (!first || *seconds < *first)) {
-            first = seconds;
-        }
-    }
+    const std::optional<std::time_t> first = EpochOf(local);
     if (!first) {
         Refuse("", DevStandbyMgr::Quote(text) + " does not exist in this time zone", "a local time that does");
     }
@@ -98,8 +113,7 @@ int64_t TimeZone::ParseLocal(const std::string& text) {
 
 std::string TimeZone::Format(int64_t wallMs, const char* format) {
     const std::time_t seconds = wallMs / kMsPerSecond - (wallMs % kMsPerSecond < 0 ? 1 : 0);
-    std::tm local{};
-    localtime_r(&seconds, &local);
+    const std::tm local = Local(seconds);
     std::array<char, 64> text{};
     return {text.data(), std::strftime(text.data(), text.size(), format, &local)};
 }

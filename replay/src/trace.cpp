@@ -1,5 +1,7 @@
 #include "trace.h"
 
+#include <algorithm>
+#include <charconv>
 #include <string_view>
 
 #include <nlohmann/json.hpp>
@@ -15,6 +17,7 @@ using namespace DevStandbyMgr;
 using Json = nlohmann::json;
 
 constexpr int64_t kVersion = 1;
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 constexpr int64_t kDefaultBootNs = 60'000'000'000;
 /// The last millisecond of the year 9999; times lie between its negative and it.
 constexpr int64_t kLatestMs = 253'402'300'799'999;
@@ -161,8 +164,36 @@ bool IsSkipped(std::string_view line) {
     return first == std::string_view::npos || line[first] == '#';
 }
 
+/// Finds an integer that does not fit 64 bits, which the parser would hand on as a float.
+std::optional<std::string_view> FindHugeInteger(std::string_view json) {
+    constexpr std::string_view kNumber = "-+.eE0123456789";
+    for (size_t at = 0; at < json.size(); ++at) {
+        if (json[at] == '"') {
+            for (++at; at < json.size() && json[at] != '"'; ++at) {
+                at += json[at] == '\\' ? 1 : 0;
+            }
+            continue;
+        }
+        const size_t length = std::min(json.find_first_not_of(kNumber, at), json.size()) - at;
+        if (length == 0) {
+            continue;
+        }
+        const std::string_view number = json.substr(at, length);
+        int64_t value = 0;
+        if (number.find_first_of(".eE") == std::string_view::npos &&
+            std::from_chars(number.data(), number.data() + number.size(), value).ec == std::errc::result_out_of_range) {
+            return number;
+        }
+        at += length - 1;
+    }
+    return std::nullopt;
+}
+
 Json ParseLine(const std::string& line, bool isCutOff) {
     Json object = Json::parse(line, nullptr, /*allow_exceptions=*/false);
+    if (const auto huge = FindHugeInteger(line); huge && !object.is_discarded()) {
+        Refuse("", std::string(huge->substr(0, 40)), "integers of 64 bits");
+    }
     if (object.is_discarded()) {
         Refuse("", isCutOff ? "the trace ends in the middle of a line" : "not JSON", "one JSON object a line");
     }
@@ -191,6 +222,9 @@ Trace ReadTrace(std::istream& input, const std::string& name) {
     try {
         while (std::getline(input, line)) {
             ++number;
+            if (number == 1 && line.starts_with(kByteOrderMark)) {
+                line.erase(0, kByteOrderMark.size());
+            }
             if (IsSkipped(line)) {
                 continue;
             }

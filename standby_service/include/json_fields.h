@@ -71,7 +71,7 @@ void ExpectArray(const nlohmann::json& value, const std::string& where);
 /// Throws "where: what; expected ...", without the first part where there is none.
 [[noreturn]] void Refuse(const std::string& where, const std::string& what, const std::string& expected);
 
-/// `value` as it stands in messages: its JSON text, cut when long.
+/// `value` as it stands in messages: its JSON text, cut when long, or what kind of structure it is.
 [[nodiscard]] std::string Quote(const nlohmann::json& value);
 
 }  // namespace TARN::DevStandbyMgr

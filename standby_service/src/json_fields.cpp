@@ -10,6 +10,9 @@ void Refuse(const std::string& where, const std::string& what, const std::string
 
 std::string Quote(const nlohmann::json& value) {
     constexpr size_t kMost = 40;
+    if (value.is_structured()) {  // its text may be as deep as the input likes
+        return value.is_object() ? "an object" : "an array";
+    }
     std::string text = value.dump(-1, ' ', true, nlohmann::json::error_handler_t::replace);
     return text.size() <= kMost ? text : text.substr(0, kMost) + "...";
 }

@@ -58,11 +58,18 @@ bool Processes::GetForegroundApplications(std::vector<AppStateData>& apps) {
 }
 
 bool Processes::CheckIsSystemAppByUid(int32_t uid, bool& isSystemApp) {
-    const auto found = isSystemByUid_.find(uid);
-    if (core_.Fault("BundleManagerHelper.CheckIsSystemAppByUid") != 0 || found == isSystemByUid_.end()) {
+    const auto found = placesByUid_.find(uid);
+    if (core_.Fault("BundleManagerHelper.CheckIsSystemAppByUid") != 0 || found == placesByUid_.end()) {
         return false;
     }
-    isSystemApp = found->second;
+    std::deque<size_t>& places = found->second;
+    while (!places.empty() && isDead_[places.front()]) {
+        places.pop_front();
+    }
+    if (places.empty()) {
+        return false;
+    }
+    isSystemApp = core_.facts.processes[places.front()].system;
     return true;
 }
 
@@ -71,11 +78,11 @@ int32_t Processes::KillProcess(const std::unordered_map<std::string, std::string
     const std::string pid = named == processInfo.end() ? std::string() : named->second;
     const int32_t code = core_.Call("ResSchedClient.KillProcess", {{"pid", pid}});
     if (code == 0) {
-        const auto [first, last] = indexByPid_.equal_range(pid);
+        const auto [first, last] = placeByPid_.equal_range(pid);
         for (auto it = first; it != last; ++it) {
             isDead_[it->second] = true;
         }
-        indexByPid_.erase(first, last);
+        placeByPid_.erase(first, last);
     }
     return code;
 }
@@ -107,13 +114,13 @@ void Processes::Replace(std::vector<Process> processes) {
 }
 
 void Processes::Index() {
-    isSystemByUid_.clear();
-    indexByPid_.clear();
+    placesByUid_.clear();
+    placeByPid_.clear();
     isDead_.assign(core_.facts.processes.size(), false);
     for (size_t i = 0; i < core_.facts.processes.size(); ++i) {
         const Process& process = core_.facts.processes[i];
-        isSystemByUid_.emplace(process.uid, process.system);
-        indexByPid_.emplace(std::to_string(process.pid), i);
+        placesByUid_[process.uid].push_back(i);
+        placeByPid_.emplace(std::to_string(process.pid), i);
     }
 }
 

@@ -1,6 +1,7 @@
 #ifndef DEVICE_SIMULATED_PROCESS_PORTS_H
 #define DEVICE_SIMULATED_PROCESS_PORTS_H
 
+#include <deque>
 #include <list>
 #include <memory>
 #include <unordered_map>
@@ -39,9 +40,9 @@ private:
 
     PhoneCore& core_;
     ForegroundObserver observer_;
-    std::unordered_map<int32_t, bool> isSystemByUid_;           ///< of the first process of each uid
-    std::unordered_multimap<std::string, size_t> indexByPid_;   ///< pid as text, to its place in the facts
-    std::vector<bool> isDead_;                                  ///< by place in the facts
+    std::unordered_map<int32_t, std::deque<size_t>> placesByUid_;  ///< of each uid's processes; the first counts
+    std::unordered_multimap<std::string, size_t> placeByPid_;      ///< by the pid as text
+    std::vector<bool> isDead_;                                     ///< by place in the facts
 };
 
 /// The continuous tasks.

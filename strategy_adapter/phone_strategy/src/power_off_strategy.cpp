@@ -51,8 +51,8 @@ constexpr int32_t kWifiAbilityId = 1120;
 constexpr int32_t kWifiInstance = 0;
 constexpr int64_t kEcmDelayMs = 600'000;
 
-/// No phone has more; what a failing service answers is not a number of slots.
-constexpr int32_t kMostSimSlots = 64;
+/// Far more than any phone has: what a failing service answers must not keep the thread for minutes.
+constexpr int32_t kMostSimSlots = 4096;
 
 /// True: radios are off through this plugin, and it owes a restore.
 Relaxed<bool> g_isPowerOff = false;
