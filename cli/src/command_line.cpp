@@ -1,11 +1,10 @@
 #include "command_line.h"
 
+#include <array>
 #include <CLI/CLI.hpp>
 #include <filesystem>
-#include <map>
+#include <string_view>
 #include <system_error>
-
-#include "log_names.h"
 
 namespace TARN::Cli {
 
@@ -44,47 +43,68 @@ std::string DefaultPlugin() {
     return (self.parent_path().parent_path() / "lib" / "libphone_standby.so").string();
 }
 
+/// The words that an option knows, with what they stand for.
+template <class T>
+struct Word {
+    std::string_view word;
+    T meaning;
+};
+
+constexpr std::array kFormats = {Word{"text", Format::TEXT}, Word{"jsonl", Format::JSONL}};
+constexpr std::array kColors = {Word{"auto", ColorChoice::AUTO}, Word{"always", ColorChoice::ALWAYS},
+                                Word{"never", ColorChoice::NEVER}};
+constexpr std::array kLevels = {Word{"debug", LogLevel::DEBUG}, Word{"info", LogLevel::INFO},
+                                Word{"warn", LogLevel::WARN}, Word{"error", LogLevel::ERROR}};
+
+/// An option that takes one of `words`.
+template <class Words, class Target>
+void AddChoice(CLI::App& command, const std::string& name, const std::string& placeholder, const Words& words,
+               Target& target, const std::string& about) {
+    command
+        .add_option_function<std::string>(
+            name,
+            [name, &words, &target](const std::string& word) {
+                std::string known;
+                for (const auto& one : words) {
+                    if (one.word == word) {
+                        target = one.meaning;
+                        return;
+                    }
+                    known.append(known.empty() ? "" : ", ").append(one.word);
+                }
+                throw CLI::ValidationError(name, word + "; expected one of " + known);
+            },
+            about)
+        ->type_name(placeholder);
+}
+
 void AddPlayerOptions(CLI::App& command, PlayerOptions& options) {
     command.add_option("--plugin", options.plugin, "The plugin to load; else the one built with this program")
         ->type_name("FILE");
     command.add_option("--config", options.config, "Host configuration that overrides the traces' own")
         ->type_name("FILE");
-    command.add_flag("!--no-progress", options.hasProgress, "Show no progress on the terminal");
+    command.add_flag("--no-progress", options.isProgressHidden, "Show no progress on the terminal");
 }
 
-void AddReplay(CLI::App& app, ReplayOptions& options, std::string& log) {
-    static const std::map<std::string, Format> kFormats = {{"text", Format::TEXT}, {"jsonl", Format::JSONL}};
-    static const std::map<std::string, ColorChoice> kColors = {
-        {"auto", ColorChoice::AUTO}, {"always", ColorChoice::ALWAYS}, {"never", ColorChoice::NEVER}};
+void AddReplay(CLI::App& app, ReplayOptions& options) {
     CLI::App& command = *app.add_subcommand("replay", "Play traces; tell what happened and why");
     command.footer(kReplayFooter);
-    command.add_option("traces", options.traces, "Traces to play, - for standard input")
-        ->required()
-        ->type_name("TRACE");
-    command.add_option("--format", options.format, "text, a timeline for people (default), or jsonl, the full record")
-        ->type_name("FORMAT")
-        ->transform(CLI::Transformer(kFormats).description(""))
-        ->check(CLI::IsMember({"text", "jsonl"}).description(""));
-    command.add_option("--log", log, "Show the plugin's log from this level on: debug, info, warn, error")
-        ->type_name("LEVEL")
-        ->check(CLI::IsMember({"debug", "info", "warn", "error"}).description(""));
-    command.add_option("--color", options.color, "auto (default), always, never")
-        ->type_name("WHEN")
-        ->transform(CLI::Transformer(kColors).description(""))
-        ->check(CLI::IsMember({"auto", "always", "never"}).description(""));
-    command.add_flag("--unfold", options.isUnfolded, "Show every screen-on, too, where the phone is in plain use");
+    command.add_option("TRACE", options.traces, "Traces to play, - for standard input")->required()->type_name("");
+    AddChoice(command, "--format", "FORMAT", kFormats, options.format,
+              "text, a timeline for people (default), or jsonl, the full record");
+    AddChoice(command, "--log", "LEVEL", kLevels, options.log,
+              "Show the plugin's log in the timeline from this level on: debug, info, warn, error");
+    AddChoice(command, "--color", "WHEN", kColors, options.color, "auto (default), always, never");
+    command.add_flag("--unfold", options.isUnfolded, "Tell every screen-on, also where the phone is merely used");
     AddPlayerOptions(command, options.player);
 }
 
 void AddDump(CLI::App& app, DumpOptions& options) {
     CLI::App& command = *app.add_subcommand("dump", "Play a trace up to a time; print the strategies' dump");
     command.footer(kDumpFooter);
-    command.add_option("trace", options.trace, "The trace to play, - for standard input")
-        ->required()
-        ->type_name("TRACE");
-    command
-        .add_option("words", options.words, "The dump command's words (default DUMP_DETAIL_INFO DUMP_STRATGY_DETAIL)")
-        ->type_name("WORD");
+    command.add_option("TRACE", options.trace, "The trace to play, - for standard input")->required()->type_name("");
+    command.add_option("WORD", options.words, "The dump's words (default DUMP_DETAIL_INFO DUMP_STRATGY_DETAIL)")
+        ->type_name("");
     command.add_option("--at", options.at, "Milliseconds or local time, as in a trace (default its end)")
         ->type_name("TIME");
     AddPlayerOptions(command, options.player);
@@ -96,13 +116,12 @@ std::variant<ReplayOptions, DumpOptions, TextRequest, CommandLineError> ParseCom
                                                                                          const char* const* argv) {
     ReplayOptions replay;
     DumpOptions dump;
-    std::string log;
     replay.player.plugin = dump.player.plugin = DefaultPlugin();
     CLI::App app(kAbout, "standby");
     app.footer(std::string(kExamples) + kExitStatuses);
     app.set_version_flag("--version", "standby " STANDBY_VERSION, "Print the version and exit");
-    app.require_subcommand(1);
-    AddReplay(app, replay, log);
+    app.require_subcommand(0, 1);
+    AddReplay(app, replay);
     AddDump(app, dump);
     try {
         app.parse(argc, argv);
@@ -116,10 +135,10 @@ std::variant<ReplayOptions, DumpOptions, TextRequest, CommandLineError> ParseCom
     if (app.got_subcommand("dump")) {
         return dump;
     }
-    if (!log.empty()) {
-        replay.log = Replay::LevelNamed(log);
+    if (app.got_subcommand("replay")) {
+        return replay;
     }
-    return replay;
+    return CommandLineError{"no command; try standby --help"};
 }
 
 }  // namespace TARN::Cli

@@ -18,7 +18,7 @@ enum class ColorChoice : uint8_t { AUTO, ALWAYS, NEVER };
 struct PlayerOptions {
     std::string plugin;  ///< the plugin's file
     std::string config;  ///< a file that overrides the traces' host; empty for none
-    bool hasProgress = true;
+    bool isProgressHidden = false;
 };
 
 struct ReplayOptions {

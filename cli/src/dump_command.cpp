@@ -75,7 +75,7 @@ void EndWithDump(Trace& trace, int64_t t, std::vector<std::string> words) {
 }  // namespace
 
 int RunDump(const DumpOptions& options, OutputFile& output) {
-    Progress progress(options.player.hasProgress);
+    Progress progress(!options.player.isProgressHidden);
     auto traces = ReadInputs({options.trace}, options.player.config, progress);
     if (!traces) {
         return kInputWrong;

@@ -38,7 +38,7 @@ std::unique_ptr<Replay::RecordSink> MakeSink(const ReplayOptions& options, Outpu
 }  // namespace
 
 int RunReplay(const ReplayOptions& options, OutputFile& output) {
-    Progress progress(options.player.hasProgress);
+    Progress progress(!options.player.isProgressHidden);
     auto traces = ReadInputs(options.traces, options.player.config, progress);
     if (!traces) {
         return kInputWrong;

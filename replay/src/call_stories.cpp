@@ -104,7 +104,8 @@ void CallStories::AdjustTimer(bool isStretched, int64_t seconds, const Json& res
     }
     stretchedTo_ = isStretched ? seconds : 0;
     const Cause why = teller_.Why();
-    const bool isRoutine = why == Cause::SCREEN_ON || why == Cause::SCREEN_OFF;
+    const bool isRoutine =
+        why == Cause::SCREEN_ON || why == Cause::SCREEN_OFF || why == Cause::CHARGING || why == Cause::DISCHARGING;
     teller_.Tell(
         Subject::TIMER,
         Because(isStretched ? "stretched to " + std::to_string(seconds) + " s" : "back to normal", Reason(why)),

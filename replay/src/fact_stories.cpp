@@ -11,18 +11,21 @@ namespace {
 
 using Value = std::optional<std::string>;
 
-void TellAlarm(Teller& teller, const Value& value) {
+void TellAlarm(Teller& teller, const Value& value, bool /*isStart*/) {
     const int64_t alarm = value ? std::strtoll(value->c_str(), nullptr, 10) : 0;
     teller.TellNew(Subject::ALARM, alarm > 0 ? "next alarm " + TimeZone::Format(alarm, "%a %H:%M") : "no alarm is set");
 }
 
-void TellAirplaneMode(Teller& teller, const Value& value) {
+void TellAirplaneMode(Teller& teller, const Value& value, bool isStart) {
+    if (isStart && value != "1") {
+        return;
+    }
     teller.TellNew(Subject::DEVICE, value == "1" ? "airplane mode on" : "airplane mode off");
 }
 
 struct SettingStory {
     std::string_view keyword;
-    void (*tell)(Teller& teller, const Value& value);
+    void (*tell)(Teller& teller, const Value& value, bool isStart);
 };
 
 constexpr std::array kSettings = {
@@ -32,7 +35,7 @@ constexpr std::array kSettings = {
 
 }  // namespace
 
-void TellFacts(Teller& teller, const SetStep& step) {
+void TellFacts(Teller& teller, const SetStep& step, bool isStart) {
     const Simulated::FactsChange& change = step.phone;
     for (const auto& [operation, code] : change.faults) {
         teller.Tell(Subject::FAULT, code ? operation + " fails from now on (code " + std::to_string(*code) + ")"
@@ -47,7 +50,7 @@ void TellFacts(Teller& teller, const SetStep& step) {
     }
     for (const SettingStory& story : kSettings) {
         if (const auto row = table->second->find(std::string(story.keyword)); row != table->second->end()) {
-            story.tell(teller, row->second);
+            story.tell(teller, row->second, isStart);
         }
     }
 }

@@ -6,8 +6,9 @@
 
 namespace TARN::Replay {
 
-/// Tells which facts of the phone a trace sets, as far as they explain what follows.
-void TellFacts(Teller& teller, const SetStep& step);
+/// Tells which facts of the phone a trace sets, as far as they explain what follows. What every phone
+/// starts with is not told at the start.
+void TellFacts(Teller& teller, const SetStep& step, bool isStart);
 
 }  // namespace TARN::Replay
 

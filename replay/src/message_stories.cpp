@@ -31,9 +31,10 @@ constexpr std::array kBroadcasts = {
                    Use::SCREEN_OFF},
     BroadcastWords{CommonEventSupport::COMMON_EVENT_SCREEN_UNLOCKED, Subject::SCREEN, "unlocked", Cause::NONE,
                    Use::UNLOCKED},
-    BroadcastWords{CommonEventSupport::COMMON_EVENT_CHARGING, Subject::CHARGER, "charging", Cause::CHARGING},
+    BroadcastWords{CommonEventSupport::COMMON_EVENT_CHARGING, Subject::CHARGER, "charging", Cause::CHARGING,
+                   Use::PLUGGED},
     BroadcastWords{CommonEventSupport::COMMON_EVENT_DISCHARGING, Subject::CHARGER, "no longer charging",
-                   Cause::DISCHARGING},
+                   Cause::DISCHARGING, Use::UNPLUGGED},
     BroadcastWords{"COMMON_EVENT_TIMER_SA_ABILITY", Subject::TIMER, "the time service has come up",
                    Cause::TIME_SERVICE},
 };
@@ -53,15 +54,13 @@ bool IsDeep(int32_t state) {
 }
 
 Cause CauseOf(int32_t previous, int32_t current) {
-    const bool wasAsleep = previous == StandbyState::SLEEP;
-    const bool isAsleep = current == StandbyState::SLEEP;
-    if (current == StandbyState::MAINTENANCE && wasAsleep) {
-        return Cause::MAINTENANCE;
+    if (previous == StandbyState::SLEEP) {
+        return current == StandbyState::MAINTENANCE ? Cause::MAINTENANCE : Cause::LEFT_SLEEP;
     }
-    if (isAsleep) {
+    if (current == StandbyState::SLEEP) {
         return previous == StandbyState::MAINTENANCE ? Cause::MAINTENANCE_OVER : Cause::ENTERED_SLEEP;
     }
-    return wasAsleep ? Cause::LEFT_SLEEP : Cause::NONE;
+    return Cause::NONE;
 }
 
 struct NamedNumber {

@@ -105,7 +105,8 @@ void NetworkStory::TellChange() {
         change_.entry = &teller_.Tell(Subject::FIREWALL, {});
     }
     if (change_.entry != nullptr) {
-        change_.entry->text = text.empty() ? "looked over, nothing changes" : text;
+        // Taken off the list and put back in one go: nothing to tell.
+        change_.entry->text = text;
     }
 }
 

@@ -33,14 +33,27 @@ std::string FromTo(const std::vector<Spans::Span>& spans) {
     return text;
 }
 
+/// Joins what is less than a minute apart, which a clock of minutes does not show.
+std::vector<Spans::Span> Joined(const std::vector<Spans::Span>& spans) {
+    constexpr int64_t kMinuteMs = 60'000;
+    std::vector<Spans::Span> joined;
+    for (const Spans::Span& span : spans) {
+        if (!joined.empty() && span.from - joined.back().to < kMinuteMs) {
+            joined.back().to = span.to;
+        } else {
+            joined.push_back(span);
+        }
+    }
+    return joined;
+}
+
 std::string Tell(const Spans& what, int64_t end) {
-    const std::vector<Spans::Span> spans = what.Until(end);
+    const std::vector<Spans::Span> spans = Joined(what.Until(end));
     if (spans.empty()) {
         return kNothing;
     }
     const bool isShort = spans.size() <= kMostSpans && spans.back().to - spans.front().from < kDayMs;
-    return Duration(Total(spans)) + ", " +
-           (isShort ? FromTo(spans) : Count(static_cast<int64_t>(spans.size()), "time")) +
+    return Duration(Total(spans)) + ", " + (isShort ? FromTo(spans) : Times(static_cast<int64_t>(spans.size()))) +
            (what.IsSo() ? ", still so at the end" : "");
 }
 
@@ -132,7 +145,7 @@ std::vector<NightSummary::Line> NightSummary::Lines(int64_t start, int64_t end, 
     lines.push_back({"timers stretched", Timers(end)});
     for (const auto& [complaint, times] : repeats_) {
         lines.push_back({lines.back().name == "again" || lines.back().name.empty() ? "" : "again",
-                         Count(static_cast<int64_t>(times), "time") + "  " + complaint});
+                         complaint + ", " + Times(static_cast<int64_t>(times)) + " more"});
     }
     lines.push_back({"record", Count(static_cast<int64_t>(summary.messages), "message") + ", " +
                                    Count(static_cast<int64_t>(summary.calls), "call") + ", " +

@@ -8,7 +8,8 @@ namespace TARN::Replay {
 
 namespace {
 
-constexpr size_t kMostNames = 4;
+/// Names go on up to this length.
+constexpr size_t kNamesLength = 44;
 constexpr int64_t kMsPerSecond = 1000;
 constexpr int64_t kSecondsPerMinute = 60;
 constexpr int64_t kMinutesPerHour = 60;
@@ -21,15 +22,20 @@ std::string Count(int64_t number, std::string_view noun) {
     return std::to_string(number) + " " + std::string(noun) + (isOne ? "" : endsInS ? "es" : "s");
 }
 
+std::string Times(int64_t number) {
+    return number == 1 ? "once" : number == 2 ? "twice" : std::to_string(number) + " times";
+}
+
 std::string Names(const std::vector<std::string>& names) {
-    // One name more is shorter than "and 1 more".
-    const size_t shown = names.size() <= kMostNames + 1 ? names.size() : kMostNames;
     std::string text;
-    for (size_t i = 0; i < shown; ++i) {
+    for (size_t i = 0; i < names.size(); ++i) {
         const bool isLast = i + 1 == names.size();
+        if (i > 0 && !isLast && text.size() + names[i].size() > kNamesLength) {
+            return text + " and " + std::to_string(names.size() - i) + " more";
+        }
         text += (i == 0 ? "" : isLast ? " and " : ", ") + names[i];
     }
-    return shown == names.size() ? text : text + " and " + std::to_string(names.size() - shown) + " more";
+    return text;
 }
 
 std::string Duration(int64_t ms) {
@@ -41,8 +47,9 @@ std::string Duration(int64_t ms) {
     if (minutes < kMinutesPerHour) {
         return std::to_string(minutes) + " min";
     }
+    const std::string hours = std::to_string(minutes / kMinutesPerHour) + " h";
     const std::string rest = std::to_string(minutes % kMinutesPerHour);
-    return std::to_string(minutes / kMinutesPerHour) + " h " + (rest.size() < 2 ? "0" : "") + rest + " min";
+    return rest == "0" ? hours : hours + (rest.size() < 2 ? " 0" : " ") + rest + " min";
 }
 
 std::string Clock(int64_t t) {

@@ -11,10 +11,13 @@ namespace TARN::Replay {
 /// "1 app", "12 apps".
 [[nodiscard]] std::string Count(int64_t number, std::string_view noun);
 
-/// "a, b and c", or "a, b, c and 9 more".
+/// "once", "twice", "12 times".
+[[nodiscard]] std::string Times(int64_t number);
+
+/// "a, b and c", or "a, b and 9 more" where the names would fill the line.
 [[nodiscard]] std::string Names(const std::vector<std::string>& names);
 
-/// "4 s", "12 min", "7 h 05 min".
+/// "4 s", "12 min", "7 h 05 min", "11 h".
 [[nodiscard]] std::string Duration(int64_t ms);
 
 /// Local time of day, "06:45".

@@ -39,11 +39,11 @@ void RadioStory::ModemSlot(int64_t slot, bool isOn, const Json& result) {
         Because(std::string(Verb(isOn)) + ", " + Count(slots_.switched, "slot") + slots_.failed, Reason(teller_.Why()));
 }
 
-void RadioStory::OnFacts(const SetStep& step) {
+void RadioStory::OnFacts(const SetStep& step, bool isStart) {
     const Simulated::FactsChange& change = step.phone;
     if (change.bluetoothConnection == kConnected) {
-        teller_.TellNew(Subject::BLUETOOTH, "a device connects");
-    } else if (change.bluetoothConnection == kDisconnected) {
+        teller_.TellNew(Subject::BLUETOOTH, "a device is connected");
+    } else if (change.bluetoothConnection == kDisconnected && !isStart) {
         teller_.TellNew(Subject::BLUETOOTH, "no device is connected");
     }
     if (change.bluetoothState == kBluetoothOn && night_.bluetoothOff.IsSo()) {

@@ -21,8 +21,8 @@ public:
     /// One SIM slot; the slots of one instant share a line.
     void ModemSlot(int64_t slot, bool isOn, const Json& result);
 
-    /// Somebody else switched radios.
-    void OnFacts(const SetStep& step);
+    /// Somebody else switched radios, or connected to them.
+    void OnFacts(const SetStep& step, bool isStart);
 
     /// The plugin has switched a radio off and owes it back.
     [[nodiscard]] bool IsAnyOff() const;

@@ -39,12 +39,12 @@ double DayHour(int64_t t) {
     return static_cast<double>(DaySecond(t)) / static_cast<double>(kHourS);
 }
 
-std::string Stretch(int64_t seconds) {
-    return seconds < 0 ? "an unknown time" : Duration(seconds * kMsPerSecond);
+std::string Stretch(std::string_view what, int64_t seconds) {
+    return std::string(what) + (seconds < 0 ? "ness unknown" : " for " + Duration(seconds * kMsPerSecond));
 }
 
 std::string StillAndDark(const SleepRecord& record) {
-    return "still for " + Stretch(record.stillS) + ", dark for " + Stretch(record.darkS);
+    return Stretch("still", record.stillS) + ", " + Stretch("dark", record.darkS);
 }
 
 struct Look {
@@ -89,7 +89,7 @@ constexpr std::array kRules = {
     Rule{"day", [](const Look& look) { return look.hour >= kNoon && look.hour < kEvening; },
          [](const Look&) { return std::string("it is daytime"); }},
     Rule{"moved", [](const Look& look) { return look.record.stillS == 0; },
-         [](const Look&) { return std::string("the phone was just moved"); }},
+         [](const Look&) { return std::string("the phone does not lie still"); }},
     Rule{"screen", [](const Look& look) { return IsMorning(look) && look.record.screenOffS <= kMorningScreenOffS; },
          [](const Look&) { return std::string("the screen was on within the hour"); }},
     Rule{"bright", [](const Look& look) { return look.record.light > kBright; },

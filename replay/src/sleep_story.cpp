@@ -72,8 +72,9 @@ void SleepStory::TellAsleep(int64_t wakeup) {
         teller_.Tell(Subject::SLEEP, Because("asleep", Reason(teller_.Why())));
         return;
     }
-    teller_.Tell(Subject::SLEEP, "asleep; expected up at " + Clock(wakeup) +
-                                     (IsWakeupByAlarm(record_) ? ", by the alarm" : ", by habit"));
+    teller_.Tell(Subject::SLEEP,
+                 "asleep; expected up at " + Clock(wakeup) +
+                     (IsWakeupByAlarm(record_) ? ", by the alarm of " + Clock(record_.alarm) : ", by habit"));
 }
 
 void SleepStory::TellAwake() {

@@ -14,7 +14,9 @@ void Teller::MoveTo(int64_t t) {
 
 void Teller::Finish() {
     for (Entry& entry : entries_) {
-        output_(std::move(entry));
+        if (!entry.text.empty()) {
+            output_(std::move(entry));
+        }
     }
     entries_.clear();
     ++instant_;

@@ -35,6 +35,7 @@ public:
     [[nodiscard]] Cause Why() const noexcept { return cause_; }
     void SetCause(Cause cause) noexcept { cause_ = cause; }
 
+    /// An entry whose text is empty in the end is not told.
     Entry& Tell(Subject subject, std::string text, Tone tone = Tone::PLAIN, Use use = Use::NONE);
 
     /// Whether anything was told of the subject in this instant.

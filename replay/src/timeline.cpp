@@ -26,6 +26,13 @@ std::string FromTo(const Trace& trace) {
     return TimeZone::Format(trace.start, format) + " – " + TimeZone::Format(trace.end, isOneDay ? "%H:%M" : format);
 }
 
+/// How long a trace is; whole days as such.
+std::string Length(int64_t ms) {
+    constexpr int64_t kDayMs = 24L * 3600 * 1000;
+    const int64_t days = ms / kDayMs;
+    return days > 1 && ms % kDayMs == 0 ? Count(days, "day") : Duration(ms);
+}
+
 std::string Strategies(const DevStandbyMgr::StandbyConfig& host) {
     std::string names;
     for (const std::string& name : host.strategies) {
@@ -61,11 +68,13 @@ struct Timeline::Storytellers {
         }
     }
 
-    void Do(const SetStep& step) {
-        TellFacts(teller, step);
-        calls.Radios().OnFacts(step);
+    void SetFacts(const SetStep& step, bool isStart) {
+        TellFacts(teller, step, isStart);
+        calls.Radios().OnFacts(step, isStart);
         phone.Apply(step);
     }
+
+    void Do(const SetStep& step) { SetFacts(step, /*isStart=*/false); }
 
     void Do(const RestartStep& step) {
         sleep.Settle();
@@ -111,11 +120,11 @@ Timeline::~Timeline() = default;
 void Timeline::OnBegin(const Trace& trace) {
     my_->start = trace.start;
     my_->page.Title(trace.name);
-    my_->page.Plain(FromTo(trace) + ", " + Duration(trace.end - trace.start) + ", " + trace.timezone.Name());
+    my_->page.Plain(FromTo(trace) + ", " + Length(trace.end - trace.start) + ", " + trace.timezone.Name());
     my_->page.Plain(Strategies(trace.host));
     my_->page.Plain(Host(trace.host));
     my_->MoveTo(trace.start);
-    my_->Do(trace.device);
+    my_->SetFacts(trace.device, /*isStart=*/true);
 }
 
 void Timeline::OnStep(const Step& step) {

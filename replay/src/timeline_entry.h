@@ -46,11 +46,13 @@ enum class Tone : uint8_t {
 
 /// What a line means for folding a stretch of plain use.
 enum class Use : uint8_t {
-    NONE,        ///< never folded
-    ROUTINE,     ///< goes with every use of the phone
-    SCREEN_ON,   ///< a use begins
-    UNLOCKED,    ///< ... and is in earnest
-    SCREEN_OFF,  ///< it ends
+    NONE,     ///< never folded
+    ROUTINE,  ///< goes with every use of the phone
+    SCREEN_ON,
+    SCREEN_OFF,
+    UNLOCKED,
+    PLUGGED,
+    UNPLUGGED,
 };
 
 /// One line of the timeline.

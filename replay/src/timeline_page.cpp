@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "phrases.h"
 #include "time_zone.h"
 
 namespace TARN::Replay {
@@ -129,7 +130,8 @@ void TimelinePage::Print(const Entry& entry, size_t repeats, int64_t last) {
     paint(all.empty() && !look.color.empty() ? kReset : "");
     output_ << entry.text;
     if (repeats > 0) {
-        output_ << " (" << repeats + 1 << " times until " << TimeZone::Format(last, kTimeFormat) << ')';
+        output_ << " (" << Times(static_cast<int64_t>(repeats) + 1) << " until " << TimeZone::Format(last, kTimeFormat)
+                << ')';
     }
     paint(all.empty() ? "" : kReset);
     output_ << '\n';

@@ -245,7 +245,8 @@ Trace ReadTrace(std::istream& input, const std::string& name) {
             Refuse("", "no header", "a first line {\"trace\": 1, ...}");
         }
     } catch (const InputError& error) {
-        throw InputError(name + ":" + std::to_string(number) + ": " + error.what());
+        // An empty trace lacks its first line.
+        throw InputError(name + ":" + std::to_string(std::max<size_t>(number, 1)) + ": " + error.what());
     }
     if (!hasEnd && !trace.steps.empty()) {
         trace.end = trace.steps.back().t;

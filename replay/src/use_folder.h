@@ -8,8 +8,9 @@
 
 namespace TARN::Replay {
 
-/// Folds stretches in which the phone is merely used, the screen going on and off, into one line each, so
-/// that a day reads as easily as a night. The last screen change before anything else happens stays.
+/// Folds stretches in which the phone is merely used, the screen going on and off and the charger in and out,
+/// into one line each, so that a day reads as easily as a night. The last such change before anything else
+/// happens stays.
 class UseFolder {
 public:
     using Output = std::function<void(const Entry&)>;
