@@ -15,8 +15,15 @@ std::vector<std::string> Strings(const Json& array) {
     return array.get<std::vector<std::string>>();
 }
 
+/// Operations whose failure the plugin logs as an error, which is told.
+constexpr std::array<std::string_view, 4> kLogged = {"SensorAgent.ActivateSensor", "SensorAgent.DeactivateSensor",
+                                                     "SensorAgent.SubscribeSensor", "SensorAgent.UnsubscribeSensor"};
+
 /// What is told of an operation that nobody has a better story for: only its failure.
 void TellFailure(Teller& teller, std::string_view operation, const Json& result) {
+    if (std::find(kLogged.begin(), kLogged.end(), operation) != kLogged.end()) {
+        return;
+    }
     // Creating a timer answers its id, and 0 where there is none.
     const bool isId = operation == "TimedTask.CreateTimer";
     if (isId ? result == 0 : IsFailure(result)) {

@@ -14,7 +14,7 @@ struct CauseReason {
 
 constexpr std::array kReasons = {
     CauseReason{Cause::NONE, ""},
-    CauseReason{Cause::START, "left so by an earlier run"},
+    CauseReason{Cause::START, "the service starts"},
     CauseReason{Cause::STOP, "the service stops"},
     CauseReason{Cause::SCREEN_ON, "screen on"},
     CauseReason{Cause::SCREEN_OFF, "screen off"},
