@@ -1,13 +1,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "are.h"
 #include "night.h"
 
 namespace TARN::Tests {
 namespace {
 
 using ::testing::Contains;
-using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::Not;
@@ -32,19 +32,21 @@ Night AutomaticNight() {
 
 TEST(AutomaticHost, AStillUnpluggedPhoneGoesDeeperStepByStep) {
     EXPECT_THAT(Steps(AutomaticNight().ScreenOff().PlayUntil("12:00")),
-                ElementsAre("21:00:00 0-1", "21:05:00 1-2", "21:35:00 2-4", "21:35:00 phase 0", "21:45:00 phase 1",
-                            "21:55:00 phase 2", "22:05:00 phase 3", "22:35:00 4-3", "22:40:00 3-4", "22:40:00 phase 3",
-                            "00:40:00 4-3", "00:45:00 3-4", "00:45:00 phase 3", "04:45:00 4-3", "04:50:00 3-4",
-                            "04:50:00 phase 3", "08:50:00 4-3", "08:55:00 3-4", "08:55:00 phase 3"));
+                Are({"21:00:00 0-1", "21:05:00 1-2", "21:35:00 2-4", "21:35:00 phase 0", "21:45:00 phase 1",
+                     "21:55:00 phase 2", "22:05:00 phase 3", "22:35:00 4-3", "22:40:00 3-4", "22:40:00 phase 3",
+                     "00:40:00 4-3", "00:45:00 3-4", "00:45:00 phase 3", "04:45:00 4-3", "04:50:00 3-4",
+                     "04:50:00 phase 3", "08:50:00 4-3", "08:55:00 3-4", "08:55:00 phase 3"}));
 }
 
 TEST(AutomaticHost, ScreenOnWakesFromEveryDepthAndTheNextNightBeginsAnew) {
-    for (const auto& [time, transition] : {std::pair{"21:03", "1-0"}, {"21:10", "2-0"}, {"21:50", "4-0"}, {"22:37", "3-0"}}) {
+    for (const auto& [time, transition] :
+         {std::pair{"21:03", "1-0"}, {"21:10", "2-0"}, {"21:50", "4-0"}, {"22:37", "3-0"}}) {
         Night night = AutomaticNight().ScreenOff().AdvanceTo(time).ScreenOn();
         EXPECT_THAT(Steps(night.PlayUntil("20:00")).back(), HasSubstr(std::string(time) + ":00 " + transition));
         EXPECT_THAT(Steps(night.AdvanceTo("23:00").ScreenOff().PlayUntil("00:40").At("23:")),
-                    ElementsAre("23:00:00 0-1", "23:05:00 1-2", "23:35:00 2-4", "23:35:00 phase 0", "23:45:00 phase 1",
-                                "23:55:00 phase 2")) << time;
+                    Are({"23:00:00 0-1", "23:05:00 1-2", "23:35:00 2-4", "23:35:00 phase 0", "23:45:00 phase 1",
+                         "23:55:00 phase 2"}))
+            << time;
     }
     EXPECT_THAT(Steps(AutomaticNight().ScreenOn().ScreenOn().PlayUntil("22:00")), IsEmpty());
 }
@@ -53,26 +55,44 @@ TEST(AutomaticHost, ReportsTheScreenOffForHalfAnHourAndItsEnd) {
     const auto reports = [](const Night& night) { return night.PlayUntil("23:00").Timed().Deliveries({6}); };
     const std::string yes = R"( 6 {"SCR_OFF_HALF_HOUR_STATUS":true})";
     const std::string no = R"( 6 {"SCR_OFF_HALF_HOUR_STATUS":false})";
-    EXPECT_THAT(reports(AutomaticNight().ScreenOff().AdvanceTo("22:00").ScreenOn()), ElementsAre("21:30:00" + yes, "22:00:00" + no));
-    EXPECT_THAT(reports(AutomaticNight().ScreenOff().AdvanceTo("21:29").ScreenOn()), ElementsAre("21:29:00" + no));
-    EXPECT_THAT(reports(AutomaticNight().ScreenOff().AdvanceTo("21:20").ScreenOff()), ElementsAre("21:30:00" + yes));
-    EXPECT_THAT(reports(AutomaticNight().Device("plugged", "1").ScreenOff()), ElementsAre("21:30:00" + yes))
+    EXPECT_THAT(reports(AutomaticNight().ScreenOff().AdvanceTo("22:00").ScreenOn()),
+                Are({"21:30:00" + yes, "22:00:00" + no}));
+    EXPECT_THAT(reports(AutomaticNight().ScreenOff().AdvanceTo("21:29").ScreenOn()), Are({"21:29:00" + no}));
+    EXPECT_THAT(reports(AutomaticNight().ScreenOff().AdvanceTo("21:20").ScreenOff()), Are({"21:30:00" + yes}));
+    EXPECT_THAT(reports(AutomaticNight().Device("plugged", "1").ScreenOff()), Are({"21:30:00" + yes}))
         << "whatever the state";
     EXPECT_THAT(reports(AutomaticNight().ScreenOff().AdvanceTo("21:20").Restart()), IsEmpty());
 }
 
 TEST(AutomaticHost, AChargerKeepsThePhoneAwake) {
     EXPECT_THAT(Steps(AutomaticNight().Device("plugged", "1").ScreenOff().PlayUntil("23:00")), IsEmpty());
-    EXPECT_THAT(Steps(AutomaticNight().Device("plugged", "1").ScreenOff().AdvanceTo("22:00").Set(R"({"plugged": 0})")
-                          .Broadcast("COMMON_EVENT_DISCHARGING").PlayUntil("22:06")),
-                ElementsAre("22:00:00 0-1", "22:05:00 1-2"));
+    EXPECT_THAT(Steps(AutomaticNight()
+                          .Device("plugged", "1")
+                          .ScreenOff()
+                          .AdvanceTo("22:00")
+                          .Set(R"({"plugged": 0})")
+                          .Broadcast("COMMON_EVENT_DISCHARGING")
+                          .PlayUntil("22:06")),
+                Are({"22:00:00 0-1", "22:05:00 1-2"}));
     EXPECT_THAT(Steps(AutomaticNight().Broadcast("COMMON_EVENT_DISCHARGING").PlayUntil("23:00")), IsEmpty())
         << "the screen is on";
-    EXPECT_THAT(Steps(AutomaticNight().ScreenOff().AdvanceTo("21:40").Set(R"({"plugged": 2})")
-                          .Broadcast("COMMON_EVENT_CHARGING").PlayUntil("23:00").At("21:4")), ElementsAre("21:40:00 4-0"));
-    EXPECT_THAT(Steps(AutomaticNight().ScreenOff().AdvanceTo("21:02").Set(R"({"plugged": 1})").AdvanceTo("21:12")
-                          .Set(R"({"plugged": 0})").PlayUntil("21:16")),
-                ElementsAre("21:00:00 0-1", "21:15:00 1-2")) << "asked again every five minutes";
+    EXPECT_THAT(Steps(AutomaticNight()
+                          .ScreenOff()
+                          .AdvanceTo("21:40")
+                          .Set(R"({"plugged": 2})")
+                          .Broadcast("COMMON_EVENT_CHARGING")
+                          .PlayUntil("23:00")
+                          .At("21:4")),
+                Are({"21:40:00 4-0"}));
+    EXPECT_THAT(Steps(AutomaticNight()
+                          .ScreenOff()
+                          .AdvanceTo("21:02")
+                          .Set(R"({"plugged": 1})")
+                          .AdvanceTo("21:12")
+                          .Set(R"({"plugged": 0})")
+                          .PlayUntil("21:16")),
+                Are({"21:00:00 0-1", "21:15:00 1-2"}))
+        << "asked again every five minutes";
 }
 
 TEST(AutomaticHost, MovementLeadsBackToDarkAndHoldsThePhoneThere) {
@@ -80,75 +100,112 @@ TEST(AutomaticHost, MovementLeadsBackToDarkAndHoldsThePhoneThere) {
         Night night = AutomaticNight().ScreenOff().AdvanceTo(time).Set(R"({"movement": {"value": 2, "at": 0}})");
         EXPECT_THAT(Steps(night.PlayUntil("20:00")).back(), HasSubstr(std::string(time) + ":00 " + transition));
     }
-    const Record record = AutomaticNight().AdvanceTo("21:30").Set(R"({"movement": {"value": 2, "at": 0}})").ScreenOff()
-                              .AdvanceTo("21:32").Set(R"({"movement": {"value": 2, "at": 1}})").AdvanceTo("21:43")
-                              .Set(R"({"movement": {"value": 1, "at": 2}})").PlayUntil("21:46");
-    EXPECT_THAT(Steps(record), ElementsAre("21:30:00 0-1", "21:45:00 1-2"));
+    const Record record = AutomaticNight()
+                              .AdvanceTo("21:30")
+                              .Set(R"({"movement": {"value": 2, "at": 0}})")
+                              .ScreenOff()
+                              .AdvanceTo("21:32")
+                              .Set(R"({"movement": {"value": 2, "at": 1}})")
+                              .AdvanceTo("21:43")
+                              .Set(R"({"movement": {"value": 1, "at": 2}})")
+                              .PlayUntil("21:46");
+    EXPECT_THAT(Steps(record), Are({"21:30:00 0-1", "21:45:00 1-2"}));
     for (const char* movement : {R"({"value": 1, "at": 0})", R"({"value": 0, "at": 0})", R"({"value": -1, "at": 0})"}) {
-        EXPECT_THAT(Steps(AutomaticNight().ScreenOff().AdvanceTo("21:10").Set(std::string(R"({"movement": )") + movement + "}")
-                              .PlayUntil("21:36").At("21:3")), ElementsAre("21:35:00 2-4", "21:35:00 phase 0")) << movement;
+        EXPECT_THAT(Steps(AutomaticNight()
+                              .ScreenOff()
+                              .AdvanceTo("21:10")
+                              .Set(std::string(R"({"movement": )") + movement + "}")
+                              .PlayUntil("21:36")
+                              .At("21:3")),
+                    Are({"21:35:00 2-4", "21:35:00 phase 0"}))
+            << movement;
     }
-    EXPECT_THAT(Steps(AutomaticNight().Device("fail", R"({"MovementClient.GetMovementData": 1})").ScreenOff().PlayUntil("21:06")),
-                ElementsAre("21:00:00 0-1", "21:05:00 1-2")) << "no answer counts as still";
+    EXPECT_THAT(
+        Steps(
+            AutomaticNight().Device("fail", R"({"MovementClient.GetMovementData": 1})").ScreenOff().PlayUntil("21:06")),
+        Are({"21:00:00 0-1", "21:05:00 1-2"}))
+        << "no answer counts as still";
 }
 
 TEST(AutomaticHost, NightBeginsAt22AndEndsAt7ByTheLocalClock) {
     for (const auto& [zone, start] : {std::pair{"UTC", "2026-03-01T21:00:00"},
-                                      {"Europe/Berlin", "2026-03-28T12:00:00"},      // the night has 23 hours' day
-                                      {"Europe/Berlin", "2026-10-24T12:00:00"},      // and 25
+                                      {"Europe/Berlin", "2026-03-28T12:00:00"},  // the night has 23 hours' day
+                                      {"Europe/Berlin", "2026-10-24T12:00:00"},  // and 25
                                       {"Asia/Kathmandu", "2026-03-01T21:59:59.999"},
-                                      {"Pacific/Apia", "2011-12-29T12:00:00"}}) {    // the next day is left out
+                                      {"Pacific/Apia", "2011-12-29T12:00:00"}}) {  // the next day is left out
         const Record record = Night(zone, start).Automatic().AdvanceTo("23:00").PlayUntil("08:00");
-        EXPECT_THAT(record.Timed().Deliveries({4}), ElementsAre(R"(22:00:00 4 {"RES_CTRL_CONDITION":2})",
-                                                                R"(07:00:00 4 {"RES_CTRL_CONDITION":1})")) << zone << start;
+        EXPECT_THAT(record.Timed().Deliveries({4}),
+                    Are({R"(22:00:00 4 {"RES_CTRL_CONDITION":2})", R"(07:00:00 4 {"RES_CTRL_CONDITION":1})"}))
+            << zone << start;
     }
     EXPECT_THAT(Night("UTC", "2026-03-01T22:00:00").Automatic().PlayUntil("06:59").Deliveries({4}), IsEmpty())
         << "what holds at the start is no change";
-    EXPECT_THAT(AutomaticNight().AdvanceTo("21:30").Restart().AdvanceTo("22:30").Restart().PlayUntil("08:00").Deliveries({4}),
-                SizeIs(2));
+    EXPECT_THAT(
+        AutomaticNight().AdvanceTo("21:30").Restart().AdvanceTo("22:30").Restart().PlayUntil("08:00").Deliveries({4}),
+        SizeIs(2));
 }
 
 TEST(AutomaticHost, StrategiesGetTheConditionOfTheLocalClock) {
-    const Record record = AutomaticNight().Strategies(R"(["FREEZE"])").Host("persist_allow", R"({"FREEZE": {"1": ["day"], "2": ["night"]}})")
-                              .Device("processes", R"([{"pid": 1, "name": "day", "native": true}, {"pid": 2, "name": "night", "native": true}])")
-                              .ScreenOff().AdvanceTo("07:30").ScreenOn().Play();
-    EXPECT_THAT(record.At("21:45").Calls("SuspendManager"), ElementsAre(HasSubstr(R"("name":"day","freeze":true)")));
-    EXPECT_THAT(record.At("22:00").Calls("SuspendManager"), ElementsAre(HasSubstr(R"("name":"day","freeze":false)"),
-                                                                        HasSubstr(R"("name":"night","freeze":true)")));
-    EXPECT_THAT(record.At("22:35").Calls("SuspendManager"), ElementsAre(HasSubstr(R"("name":"night","freeze":false)")));
-    EXPECT_THAT(record.At("22:40").Calls("SuspendManager"), ElementsAre(HasSubstr(R"("name":"night","freeze":true)")));
-    EXPECT_THAT(record.At("07:30").Calls("SuspendManager"), ElementsAre(HasSubstr(R"("name":"day","freeze":false)")));
+    const Record record =
+        AutomaticNight()
+            .Strategies(R"(["FREEZE"])")
+            .Host("persist_allow", R"({"FREEZE": {"1": ["day"], "2": ["night"]}})")
+            .Device("processes",
+                    R"([{"pid": 1, "name": "day", "native": true}, {"pid": 2, "name": "night", "native": true}])")
+            .ScreenOff()
+            .AdvanceTo("07:30")
+            .ScreenOn()
+            .Play();
+    EXPECT_THAT(record.At("21:45").Calls("SuspendManager"), Are({HasSubstr(R"("name":"day","freeze":true)")}));
+    EXPECT_THAT(record.At("22:00").Calls("SuspendManager"),
+                Are({HasSubstr(R"("name":"day","freeze":false)"), HasSubstr(R"("name":"night","freeze":true)")}));
+    EXPECT_THAT(record.At("22:35").Calls("SuspendManager"), Are({HasSubstr(R"("name":"night","freeze":false)")}));
+    EXPECT_THAT(record.At("22:40").Calls("SuspendManager"), Are({HasSubstr(R"("name":"night","freeze":true)")}));
+    EXPECT_THAT(record.At("07:30").Calls("SuspendManager"), Are({HasSubstr(R"("name":"day","freeze":false)")}));
 }
 
 TEST(AutomaticHost, ChangesOfWhatItKeepsBecomeMessages) {
     const auto told = [](const std::string& before, const std::string& after) {
-        return AutomaticNight().Set(before).AdvanceTo("21:01").Set(after).PlayUntil("21:02").At("21:01").Deliveries({5, 8, 10, 101});
+        return AutomaticNight().Set(before).AdvanceTo("21:01").Set(after).PlayUntil("21:02").At("21:01").Deliveries(
+            {5, 8, 10, 101});
     };
-    EXPECT_THAT(told(R"({"allow_list": {"64": ["a", "b"], "1": ["c"]}})", R"({"allow_list": {"64": ["d", "b", "d"]}})"),
-                ElementsAre(R"(5 {"added":false,"allowType":64,"name":"a"})", R"(5 {"added":true,"allowType":64,"name":"d"})"));
+    EXPECT_THAT(
+        told(R"({"allow_list": {"64": ["a", "b"], "1": ["c"]}})", R"({"allow_list": {"64": ["d", "b", "d"]}})"),
+        Are({R"(5 {"added":false,"allowType":64,"name":"a"})", R"(5 {"added":true,"allowType":64,"name":"d"})"}));
     EXPECT_THAT(told(R"({"allow_list": {"64": ["a"]}})", R"({"allow_list": {"64": null}})"),
-                ElementsAre(R"(5 {"added":false,"allowType":64,"name":"a"})"));
+                Are({R"(5 {"added":false,"allowType":64,"name":"a"})"}));
     EXPECT_THAT(told(R"({"device_state": {"0": true}})", R"({"device_state": {"0": true, "1": true}})"),
-                ElementsAre(R"(10 {"DEVICE_STATE":true,"DEVICE_STATE_TYPE":1})"));
+                Are({R"(10 {"DEVICE_STATE":true,"DEVICE_STATE_TYPE":1})"}));
     EXPECT_THAT(told(R"({"device_state": {"0": true}})", R"({"device_state": {"0": null, "1": false}})"),
-                ElementsAre(R"(10 {"DEVICE_STATE":false,"DEVICE_STATE_TYPE":0})"));
+                Are({R"(10 {"DEVICE_STATE":false,"DEVICE_STATE_TYPE":0})"}));
     EXPECT_THAT(told(R"({"continuous_tasks": [{"type": 2, "uid": 5, "pid": 6}]})",
                      R"({"continuous_tasks": [{"type": 4, "uid": 5, "pid": 6}, {"type": 4, "uid": 5, "pid": 6}]})"),
-                ElementsAre(R"(101 {"started":false,"typeId":2,"uid":5})", R"(101 {"started":true,"typeId":4,"uid":5})"));
-    EXPECT_THAT(told(R"({"processes": [{"pid": 1, "uid": 5, "name": "a", "foreground": true}, {"pid": 2, "name": "b"}]})",
-                     R"({"processes": [{"pid": 1, "uid": 5, "name": "a"}, {"pid": 2, "name": "b"},
+                Are({R"(101 {"started":false,"typeId":2,"uid":5})", R"(101 {"started":true,"typeId":4,"uid":5})"}));
+    EXPECT_THAT(
+        told(R"({"processes": [{"pid": 1, "uid": 5, "name": "a", "foreground": true}, {"pid": 2, "name": "b"}]})",
+             R"({"processes": [{"pid": 1, "uid": 5, "name": "a"}, {"pid": 2, "name": "b"},
                          {"pid": 3, "name": "n", "native": true, "foreground": true}]})"),
-                ElementsAre(R"(8 {"isForeground":false,"name":"a","pid":1,"uid":5})"));
-    EXPECT_THAT(told("{}", R"({"restrict_set": {"2": ["a"]}, "settings": {"SETTINGSDATA": {"a": "1"}}, "light": 3, "accounts": []})"),
-                IsEmpty());
-    EXPECT_THAT(AutomaticNight().Device("allow_list", R"({"64": ["a"]})").Device("device_state", R"({"1": true})").PlayUntil("21:10")
-                    .Deliveries({5, 10}), IsEmpty()) << "what holds at the start is no change";
+        Are({R"(8 {"isForeground":false,"name":"a","pid":1,"uid":5})"}));
+    EXPECT_THAT(
+        told("{}",
+             R"({"restrict_set": {"2": ["a"]}, "settings": {"SETTINGSDATA": {"a": "1"}}, "light": 3, "accounts": []})"),
+        IsEmpty());
+    EXPECT_THAT(AutomaticNight()
+                    .Device("allow_list", R"({"64": ["a"]})")
+                    .Device("device_state", R"({"1": true})")
+                    .PlayUntil("21:10")
+                    .Deliveries({5, 10}),
+                IsEmpty())
+        << "what holds at the start is no change";
 }
 
 TEST(AutomaticHost, HandsOnTheBroadcastsThatStrategiesMatchAndNoOther) {
     Night night = AutomaticNight().AdvanceTo("22:00");
-    const std::vector<std::string> actions = {"COMMON_EVENT_CHARGING", "COMMON_EVENT_DISCHARGING", "COMMON_EVENT_SCREEN_OFF",
-                                              "COMMON_EVENT_SCREEN_ON", "COMMON_EVENT_POWER_SAVE_MODE_CHANGED",
+    const std::vector<std::string> actions = {"COMMON_EVENT_CHARGING",
+                                              "COMMON_EVENT_DISCHARGING",
+                                              "COMMON_EVENT_SCREEN_OFF",
+                                              "COMMON_EVENT_SCREEN_ON",
+                                              "COMMON_EVENT_POWER_SAVE_MODE_CHANGED",
                                               "COMMON_EVENT_TIMER_SA_ABILITY"};
     std::vector<std::string> expected;
     for (const std::string& action : actions) {
@@ -166,7 +223,7 @@ TEST(AutomaticHost, ARestartBeginsAwakeAndLeavesNoTaskBehind) {
         (isCrash ? night.Crash() : night.Restart()).AdvanceTo("23:00").ScreenOff();
         const Record record = night.PlayUntil("23:06");
         EXPECT_THAT(Steps(record.At("22:")), IsEmpty());
-        EXPECT_THAT(Steps(record.At("23:")), ElementsAre("23:00:00 0-1", "23:05:00 1-2")) << isCrash;
+        EXPECT_THAT(Steps(record.At("23:")), Are({"23:00:00 0-1", "23:05:00 1-2"})) << isCrash;
     }
 }
 

@@ -3,13 +3,13 @@
 
 #include <nlohmann/json.hpp>
 
+#include "are.h"
 #include "night.h"
 
 namespace TARN::Tests {
 namespace {
 
 using ::testing::Contains;
-using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::Not;
@@ -18,8 +18,10 @@ using ::testing::Not;
 Night FreezingNight() {
     Night night;
     night.Strategies(R"(["FREEZE"])");
-    night.Host("persist_allow", R"({"FREEZE": {"1": ["storage", "camera", "ghost", "absent"], "2": ["nfc", "camera"]}})");
-    night.Device("processes", R"([{"pid": 11, "name": "storage", "native": true}, {"pid": -1, "name": "ghost", "native": true},
+    night.Host("persist_allow",
+               R"({"FREEZE": {"1": ["storage", "camera", "ghost", "absent"], "2": ["nfc", "camera"]}})");
+    night.Device("processes",
+                 R"([{"pid": 11, "name": "storage", "native": true}, {"pid": -1, "name": "ghost", "native": true},
         {"pid": 12, "name": "storage", "native": true}, {"pid": 21, "name": "camera", "native": true},
         {"pid": 31, "name": "nfc", "native": true}, {"pid": 41, "name": "absent"}])");
     return night;
@@ -45,23 +47,21 @@ Record::Texts Commands(const Record& record) {
 }
 
 Night& LoseExemption(Night& night, const std::string& name, int32_t allowType = 64) {
-    return night.Message(5, R"({"allowType": )" + std::to_string(allowType) + R"(, "name": ")" + name +
-                                R"(", "added": false})");
+    return night.Message(
+        5, R"({"allowType": )" + std::to_string(allowType) + R"(, "name": ")" + name + R"(", "added": false})");
 }
 
 TEST(FreezeStrategy, DeepSleepFreezesTheFirstProcessOfEachConfiguredNameInOrder) {
     const Record record = FreezingNight().GoToDeepSleep().Play();
-    EXPECT_THAT(Commands(record), ElementsAre("freeze camera:21 storage:11 -> [0,0]"));
-    EXPECT_THAT(record.LogsOf("freeze_strategy"),
-                ElementsAre("info FreezeStrategy is now OnCreated", "debug enter FreezeStrategy HandleEvent, eventId is 2",
-                            "debug now is thaw, do not need to StopFreeze",
-                            "debug enter FreezeStrategy HandleEvent, eventId is 3",
-                            "debug current state is 4, current phase is 1", "debug defaultNativeProcess size is 4",
-                            "debug allowInfoList size is 0", "debug processNameDozeset size is 4",
-                            "debug systemProcessInfos size is 5", "debug absent 's pid is -1",
-                            "debug ghost 's pid is -1",
-                            "info Freeze, list size is 2, Freeze successd list is 2",
-                            "info FreezeStrategy is now OnDestroy"));
+    EXPECT_THAT(Commands(record), Are({"freeze camera:21 storage:11 -> [0,0]"}));
+    EXPECT_THAT(
+        record.LogsOf("freeze_strategy"),
+        Are({"info FreezeStrategy is now OnCreated", "debug enter FreezeStrategy HandleEvent, eventId is 2",
+             "debug now is thaw, do not need to StopFreeze", "debug enter FreezeStrategy HandleEvent, eventId is 3",
+             "debug current state is 4, current phase is 1", "debug defaultNativeProcess size is 4",
+             "debug allowInfoList size is 0", "debug processNameDozeset size is 4",
+             "debug systemProcessInfos size is 5", "debug absent 's pid is -1", "debug ghost 's pid is -1",
+             "info Freeze, list size is 2, Freeze successd list is 2", "info FreezeStrategy is now OnDestroy"}));
 }
 
 TEST(FreezeStrategy, OnlySleepInItsFirstDeepPhaseFreezes) {
@@ -78,20 +78,20 @@ TEST(FreezeStrategy, AFrozenGroupIsNotCalculatedAgain) {
     const Record record = FreezingNight().GoToDeepSleep().AdvanceTo("22:00").EnterPhase(4, 1).EnterPhase(4, 2).Play();
     EXPECT_THAT(Commands(record.At("22:00")), IsEmpty());
     EXPECT_THAT(record.At("22:00").LogsOf("freeze_strategy"),
-                ElementsAre(HasSubstr("eventId is 3"), "debug now is doze, do not need startFreeze, repeat process",
-                            HasSubstr("eventId is 3"), "debug now is doze, do not need startFreeze, repeat process",
-                            HasSubstr("OnDestroy")));
+                Are({HasSubstr("eventId is 3"), "debug now is doze, do not need startFreeze, repeat process",
+                     HasSubstr("eventId is 3"), "debug now is doze, do not need startFreeze, repeat process",
+                     HasSubstr("OnDestroy")}));
 }
 
 TEST(FreezeStrategy, LeavingSleepThawsOnce) {
     for (const int32_t state : {0, 1, 2, 5}) {
         const Record record =
             FreezingNight().GoToDeepSleep().AdvanceTo("22:00").GoFromTo(4, state).GoFromTo(4, state).Play();
-        EXPECT_THAT(Commands(record.At("22:00")), ElementsAre("thaw camera:21 storage:11 -> [0,0]")) << state;
-        EXPECT_THAT(record.At("22:00").LogsOf("freeze_strategy"),
-                    ElementsAre(HasSubstr("eventId is 2"), "info Thaw, list size is 2, Thaw successd list is 2",
-                                HasSubstr("eventId is 2"), "debug now is thaw, do not need to StopFreeze",
-                                HasSubstr("OnDestroy")));
+        EXPECT_THAT(Commands(record.At("22:00")), Are({"thaw camera:21 storage:11 -> [0,0]"})) << state;
+        EXPECT_THAT(
+            record.At("22:00").LogsOf("freeze_strategy"),
+            Are({HasSubstr("eventId is 2"), "info Thaw, list size is 2, Thaw successd list is 2",
+                 HasSubstr("eventId is 2"), "debug now is thaw, do not need to StopFreeze", HasSubstr("OnDestroy")}));
     }
 }
 
@@ -99,8 +99,9 @@ TEST(FreezeStrategy, OtherTransitionsWhileFrozenThawNothing) {
     for (const auto& [previous, current] : {std::pair{4, 4}, {2, 4}, {3, 3}, {1, 0}, {3, 0}}) {
         const Record record = FreezingNight().GoToDeepSleep().AdvanceTo("22:00").GoFromTo(previous, current).Play();
         EXPECT_THAT(Commands(record.At("22:00")), IsEmpty()) << previous << " " << current;
-        EXPECT_THAT(record.LogsOf("freeze_strategy"),
-                    Contains("debug previous_state is same as current_state or previous_state not equal to SLEEP state!"));
+        EXPECT_THAT(
+            record.LogsOf("freeze_strategy"),
+            Contains("debug previous_state is same as current_state or previous_state not equal to SLEEP state!"));
     }
 }
 
@@ -119,42 +120,47 @@ TEST(FreezeStrategy, MaintenanceThawsAndItsEndFreezesWhatIsConfiguredByThen) {
                               .WakeUp()
                               .Play();
     EXPECT_THAT(Commands(record.Timed()),
-                ElementsAre("freeze camera:21 storage:11 -> [0,0]", "thaw camera:21 storage:11 -> [0,0]",
-                            "thaw camera:21 storage:11 -> [0,0]", "freeze camera:21 nfc:31 -> [0,0]",
-                            "thaw camera:21 nfc:31 -> [0,0]"));
+                Are({"freeze camera:21 storage:11 -> [0,0]", "thaw camera:21 storage:11 -> [0,0]",
+                     "thaw camera:21 storage:11 -> [0,0]", "freeze camera:21 nfc:31 -> [0,0]",
+                     "thaw camera:21 nfc:31 -> [0,0]"}));
     EXPECT_THAT(record.At("22:05").LogsOf("freeze_strategy"),
                 Contains("debug now is doze, do not need startFreeze, repeat process"));
 }
 
 TEST(FreezeStrategy, TheEndOfAMaintenanceFreezesWithoutAnEarlierFreezeAndLeavesTheGroupThawed) {
-    const Record record = FreezingNight().GoFromTo(3, 4).AdvanceTo("22:00").WakeUp().AdvanceTo("23:00").EnterPhase(4, 1).Play();
-    EXPECT_THAT(Commands(record.At("21:00")), ElementsAre("freeze camera:21 storage:11 -> [0,0]"));
+    const Record record =
+        FreezingNight().GoFromTo(3, 4).AdvanceTo("22:00").WakeUp().AdvanceTo("23:00").EnterPhase(4, 1).Play();
+    EXPECT_THAT(Commands(record.At("21:00")), Are({"freeze camera:21 storage:11 -> [0,0]"}));
     EXPECT_THAT(record.At("22:00").LogsOf("freeze_strategy"), Contains("debug now is thaw, do not need to StopFreeze"));
     EXPECT_THAT(Commands(record.At("22:00")), IsEmpty());
-    EXPECT_THAT(Commands(record.At("23:00")), ElementsAre("freeze camera:21 storage:11 -> [0,0]"));
+    EXPECT_THAT(Commands(record.At("23:00")), Are({"freeze camera:21 storage:11 -> [0,0]"}));
 }
 
 TEST(FreezeStrategy, AConditionChangeThawsAndFreezesAnewInAnyState) {
-    const Record frozen = FreezingNight().GoToDeepSleep().AdvanceTo("22:00").ChangeCondition(2).AdvanceTo("23:00").WakeUp().Play();
+    const Record frozen =
+        FreezingNight().GoToDeepSleep().AdvanceTo("22:00").ChangeCondition(2).AdvanceTo("23:00").WakeUp().Play();
     EXPECT_THAT(Commands(frozen.At("22:00")),
-                ElementsAre("thaw camera:21 storage:11 -> [0,0]", "freeze camera:21 nfc:31 -> [0,0]"));
-    EXPECT_THAT(frozen.At("22:00").LogsOf("freeze_strategy"), Contains("info FREEZE UpdateResourceConfig by restrict action"));
-    EXPECT_THAT(Commands(frozen.At("23:00")), ElementsAre("thaw camera:21 nfc:31 -> [0,0]"));
+                Are({"thaw camera:21 storage:11 -> [0,0]", "freeze camera:21 nfc:31 -> [0,0]"}));
+    EXPECT_THAT(frozen.At("22:00").LogsOf("freeze_strategy"),
+                Contains("info FREEZE UpdateResourceConfig by restrict action"));
+    EXPECT_THAT(Commands(frozen.At("23:00")), Are({"thaw camera:21 nfc:31 -> [0,0]"}));
 
     const Record awake = FreezingNight().ChangeCondition(2).AdvanceTo("22:00").WakeUp().Play();
     EXPECT_THAT(awake.At("21:00").LogsOf("freeze_strategy"), Contains("debug FreezedNativeProcess size is 0"));
-    EXPECT_THAT(Commands(awake), ElementsAre("freeze camera:21 nfc:31 -> [0,0]")) << "and nothing thaws it";
+    EXPECT_THAT(Commands(awake), Are({"freeze camera:21 nfc:31 -> [0,0]"})) << "and nothing thaws it";
 }
 
 TEST(FreezeStrategy, AConditionChangeFreezesForTheConditionOfTheMoment) {
     const Record record = FreezingNight().Set(R"({"condition": 2})").Message(4, R"({"RES_CTRL_CONDITION": 1})").Play();
-    EXPECT_THAT(Commands(record), ElementsAre("freeze camera:21 nfc:31 -> [0,0]"));
+    EXPECT_THAT(Commands(record), Are({"freeze camera:21 nfc:31 -> [0,0]"}));
 }
 
 TEST(FreezeStrategy, AnExemptedProcessIsNeverFrozen) {
-    const Record record = FreezingNight().Device("allow_list", R"({"64": ["storage", "storage", "nfc"], "1": ["camera"]})")
-                              .GoToDeepSleep().Play();
-    EXPECT_THAT(Commands(record), ElementsAre("freeze camera:21 -> [0]"));
+    const Record record = FreezingNight()
+                              .Device("allow_list", R"({"64": ["storage", "storage", "nfc"], "1": ["camera"]})")
+                              .GoToDeepSleep()
+                              .Play();
+    EXPECT_THAT(Commands(record), Are({"freeze camera:21 -> [0]"}));
     EXPECT_THAT(record.LogsOf("freeze_strategy"), Contains("debug allowInfoList size is 3"));
     EXPECT_THAT(record.LogsOf("freeze_strategy"), Contains("debug processNameDozeset size is 3"));
 }
@@ -163,29 +169,31 @@ TEST(FreezeStrategy, ALostExemptionFreezesAtOnceAndJoinsTheGroup) {
     Night night = FreezingNight().Device("allow_list", R"({"64": ["storage"]})").GoToDeepSleep();
     night.AdvanceTo("22:00").Set(R"({"allow_list": {"64": []}})");
     const Record record = LoseExemption(night, "storage").AdvanceTo("23:00").WakeUp().Play();
-    EXPECT_THAT(Commands(record.At("22:00")), ElementsAre("freeze storage:11 -> [0]"));
-    EXPECT_THAT(record.At("22:00").LogsOf("freeze_strategy"),
-                ElementsAre(HasSubstr("eventId is 5"), "info enter FreezeStrategy::UpdateAllowedList",
-                            "debug storage apply allow, added is 0",
-                            "debug Freeze nativeProcess storage, freezed is successed"));
-    EXPECT_THAT(Commands(record.At("23:00")), ElementsAre("thaw camera:21 storage:11 -> [0,0]"));
+    EXPECT_THAT(Commands(record.At("22:00")), Are({"freeze storage:11 -> [0]"}));
+    EXPECT_THAT(
+        record.At("22:00").LogsOf("freeze_strategy"),
+        Are({HasSubstr("eventId is 5"), "info enter FreezeStrategy::UpdateAllowedList",
+             "debug storage apply allow, added is 0", "debug Freeze nativeProcess storage, freezed is successed"}));
+    EXPECT_THAT(Commands(record.At("23:00")), Are({"thaw camera:21 storage:11 -> [0,0]"}));
 }
 
 TEST(FreezeStrategy, AProcessThatLosesItsExemptionTwiceIsInTheGroupTwice) {
     Night night = FreezingNight().GoToDeepSleep().AdvanceTo("22:00");
     const Record record = LoseExemption(night, "storage").WakeUp().Play();
     EXPECT_THAT(Commands(record.At("22:00")),
-                ElementsAre("freeze storage:11 -> [0]", "thaw camera:21 storage:11 storage:11 -> [0,0,0]"));
+                Are({"freeze storage:11 -> [0]", "thaw camera:21 storage:11 storage:11 -> [0,0,0]"}));
 }
 
 TEST(FreezeStrategy, AGrantedExemptionThawsNothing) {
-    const Record record = FreezingNight().GoToDeepSleep().AdvanceTo("22:00")
-                              .Message(5, R"({"allowType": 64, "name": "storage", "added": true})").Play();
+    const Record record = FreezingNight()
+                              .GoToDeepSleep()
+                              .AdvanceTo("22:00")
+                              .Message(5, R"({"allowType": 64, "name": "storage", "added": true})")
+                              .Play();
     EXPECT_THAT(Commands(record.At("22:00")), IsEmpty());
     EXPECT_THAT(record.At("22:00").LogsOf("freeze_strategy"),
-                ElementsAre(HasSubstr("eventId is 5"), HasSubstr("UpdateAllowedList"),
-                            "debug storage apply allow, added is 1", "debug storage is thaw do not need apply allowed",
-                            HasSubstr("OnDestroy")));
+                Are({HasSubstr("eventId is 5"), HasSubstr("UpdateAllowedList"), "debug storage apply allow, added is 1",
+                     "debug storage is thaw do not need apply allowed", HasSubstr("OnDestroy")}));
 }
 
 TEST(FreezeStrategy, LostExemptionsThatFreezeNothing) {
@@ -212,25 +220,42 @@ TEST(FreezeStrategy, AFailedCalculationFreezesNothingAndMayBeTriedAgain) {
     for (const auto& [operation, line] :
          {std::pair{"StandbyServiceImpl.GetAllowList", "debug GetAllowList failed!"},
           std::pair{"AbilityManagerHelper.GetRunningSystemProcess", "error connect to app ability service failed"}}) {
-        const Record record = FreezingNight().Fail(operation).GoToDeepSleep().GoFromTo(3, 4)
-                                  .AdvanceTo("22:00").Heal(operation).EnterPhase(4, 1)
-                                  .AdvanceTo("23:00").Fail(operation).ChangeCondition(2).GoFromTo(3, 4).WakeUp().Play();
+        const Record record = FreezingNight()
+                                  .Fail(operation)
+                                  .GoToDeepSleep()
+                                  .GoFromTo(3, 4)
+                                  .AdvanceTo("22:00")
+                                  .Heal(operation)
+                                  .EnterPhase(4, 1)
+                                  .AdvanceTo("23:00")
+                                  .Fail(operation)
+                                  .ChangeCondition(2)
+                                  .GoFromTo(3, 4)
+                                  .WakeUp()
+                                  .Play();
         EXPECT_THAT(Commands(record.At("21:00")), IsEmpty()) << operation;
         EXPECT_THAT(record.At("21:00").LogsOf("freeze_strategy"), Contains(line).Times(2));
-        EXPECT_THAT(Commands(record.At("22:00")), ElementsAre("freeze camera:21 storage:11 -> [0,0]"));
-        EXPECT_THAT(Commands(record.At("23:00")), ElementsAre("thaw camera:21 storage:11 -> [0,0]"))
+        EXPECT_THAT(Commands(record.At("22:00")), Are({"freeze camera:21 storage:11 -> [0,0]"}));
+        EXPECT_THAT(Commands(record.At("23:00")), Are({"thaw camera:21 storage:11 -> [0,0]"}))
             << "the condition change thaws before it calculates, and leaves nothing to thaw";
     }
 }
 
 TEST(FreezeStrategy, AFailedCalculationAfterMaintenanceKeepsTheGroup) {
-    const Record record = FreezingNight().GoToDeepSleep().GoFromTo(4, 3).AdvanceTo("22:00")
-                              .Fail("AbilityManagerHelper.GetRunningSystemProcess").GoFromTo(3, 4).WakeUp().Play();
-    EXPECT_THAT(Commands(record.At("22:00")), ElementsAre("thaw camera:21 storage:11 -> [0,0]"));
+    const Record record = FreezingNight()
+                              .GoToDeepSleep()
+                              .GoFromTo(4, 3)
+                              .AdvanceTo("22:00")
+                              .Fail("AbilityManagerHelper.GetRunningSystemProcess")
+                              .GoFromTo(3, 4)
+                              .WakeUp()
+                              .Play();
+    EXPECT_THAT(Commands(record.At("22:00")), Are({"thaw camera:21 storage:11 -> [0,0]"}));
 }
 
 TEST(FreezeStrategy, ProcessesThatAreNotToBeHadKeepALostExemptionFromFreezing) {
-    Night night = FreezingNight().GoToDeepSleep().AdvanceTo("22:00").Fail("AbilityManagerHelper.GetRunningSystemProcess");
+    Night night =
+        FreezingNight().GoToDeepSleep().AdvanceTo("22:00").Fail("AbilityManagerHelper.GetRunningSystemProcess");
     const Record record = LoseExemption(night, "storage").PlayUntil("22:01");
     EXPECT_THAT(Commands(record.At("22:00")), IsEmpty());
     EXPECT_EQ(record.At("22:00").LogsOf("freeze_strategy").back(), "error connect to app ability service failed");
@@ -239,8 +264,8 @@ TEST(FreezeStrategy, ProcessesThatAreNotToBeHadKeepALostExemptionFromFreezing) {
 TEST(FreezeStrategy, RefusedFreezesAreCountedAndThawedAllTheSame) {
     Night night = FreezingNight().Fail("SuspendManagerClient.OperateNativeProcesses", 7).GoToDeepSleep();
     const Record record = LoseExemption(night, "storage").AdvanceTo("22:00").WakeUp().Play();
-    EXPECT_THAT(Commands(record), ElementsAre("freeze camera:21 storage:11 -> [7,7]", "freeze storage:11 -> [7]",
-                                              "thaw camera:21 storage:11 storage:11 -> [7,7,7]"));
+    EXPECT_THAT(Commands(record), Are({"freeze camera:21 storage:11 -> [7,7]", "freeze storage:11 -> [7]",
+                                       "thaw camera:21 storage:11 storage:11 -> [7,7,7]"}));
     EXPECT_THAT(record.LogsOf("freeze_strategy"), Contains("info Freeze, list size is 2, Freeze successd list is 0"));
     EXPECT_THAT(record.LogsOf("freeze_strategy"), Contains("debug Freeze nativeProcess storage, freezed is failed"));
     EXPECT_THAT(record.LogsOf("freeze_strategy"), Contains("info Thaw, list size is 3, Thaw successd list is 0"));
@@ -254,9 +279,10 @@ TEST(FreezeStrategy, WithNothingToFreezeTheSuspendManagerIsLeftAlone) {
 
 TEST(FreezeStrategy, StoppingWhileFrozenLeavesTheProcessesFrozen) {
     const Record record = FreezingNight().GoToDeepSleep().AdvanceTo("22:00").Restart().EnterPhase(4, 1).Play();
-    EXPECT_THAT(Commands(record), ElementsAre(HasSubstr("freeze camera"), HasSubstr("freeze camera")))
+    EXPECT_THAT(Commands(record), Are({HasSubstr("freeze camera"), HasSubstr("freeze camera")}))
         << "a fresh library knows of no doze and thaws nothing";
-    EXPECT_THAT(record.At("22:00").LogsOf("freeze_strategy"), Contains("info FreezeStrategy is now OnDestroy").Times(2));
+    EXPECT_THAT(record.At("22:00").LogsOf("freeze_strategy"),
+                Contains("info FreezeStrategy is now OnDestroy").Times(2));
 }
 
 TEST(FreezeStrategy, ANameListedTwiceHearsEverythingTwice) {
@@ -264,7 +290,7 @@ TEST(FreezeStrategy, ANameListedTwiceHearsEverythingTwice) {
     EXPECT_THAT(record.LogsOf("freeze_strategy"), Contains(HasSubstr("eventId is 3")).Times(2));
     EXPECT_THAT(record.LogsOf("freeze_strategy"), Contains(HasSubstr("is now OnCreated")).Times(2));
     EXPECT_THAT(record.LogsOf("freeze_strategy"), Contains(HasSubstr("now is doze"))) << "it is one object";
-    EXPECT_THAT(Commands(record), ElementsAre("freeze camera:21 storage:11 -> [0,0]"));
+    EXPECT_THAT(Commands(record), Are({"freeze camera:21 storage:11 -> [0,0]"}));
 }
 
 TEST(FreezeStrategy, MessagesOfOthersAreOnlyNoted) {
@@ -275,7 +301,8 @@ TEST(FreezeStrategy, MessagesOfOthersAreOnlyNoted) {
     const Record record = night.PlayUntil("22:01");
     EXPECT_THAT(Commands(record.At("22:00")), IsEmpty());
     EXPECT_THAT(record.At("22:00").LogsOf("freeze_strategy"), ::testing::SizeIs(15));
-    EXPECT_THAT(record.At("22:00").LogsOf("freeze_strategy"), ::testing::Each(HasSubstr("debug enter FreezeStrategy HandleEvent")));
+    EXPECT_THAT(record.At("22:00").LogsOf("freeze_strategy"),
+                ::testing::Each(HasSubstr("debug enter FreezeStrategy HandleEvent")));
 }
 
 }  // namespace

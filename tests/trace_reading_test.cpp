@@ -71,7 +71,8 @@ TEST(BadTrace, AHeaderThatIsNone) {
           {R"("trace": 1, "start": 0, "host": {"mode": "idle"})", "host.mode: \"idle\""},
           {R"("trace": 1, "start": 0, "host": {"standby_mode": "2"})", "host.standby_mode: \"2\""},
           {R"("trace": 1, "start": 0, "host": {"strategies": ["FREEZE", 1]})", "host.strategies[1]: 1"},
-          {R"("trace": 1, "start": 0, "host": {"persist_allow": {"FREEZE": {"1": "a"}}})", "host.persist_allow.FREEZE.1"},
+          {R"("trace": 1, "start": 0, "host": {"persist_allow": {"FREEZE": {"1": "a"}}})",
+           "host.persist_allow.FREEZE.1"},
           {R"("trace": 1, "start": 0, "device": {"condition": 2})", "device.condition: set in automatic mode"},
           {R"("trace": 1, "start": 0, "device": {"wifi": {"on": true}})", "device.wifi: unknown key \"on\""}}) {
         ExpectRefused(std::string("\n{") + members + "}\n", 2, fragment);
@@ -96,7 +97,8 @@ TEST(BadTrace, AStepThatIsNone) {
           {R"({"t": 1000, "message": {"eventId": 1, "wnat": {}}})", "message: unknown key \"wnat\""},
           {R"({"t": 1000, "message": {"eventId": 1, "want": []}})", "message.want: []"},
           {R"({"t": 1000, "message": {"eventId": 1, "want": {"a": null}}})", "message.want.a: null"},
-          {R"({"t": 1000, "message": {"eventId": 1, "want": {"a": 9223372036854775808}}})", "message.want.a: 9223372036854775808"},
+          {R"({"t": 1000, "message": {"eventId": 1, "want": {"a": 9223372036854775808}}})",
+           "message.want.a: 9223372036854775808"},
           {R"({"t": 1000, "broadcast": {"want": {}}})", "broadcast: no \"action\""},
           {R"({"t": 1000, "file": {"name": "../secret", "text": ""}})", "file.name: \"../secret\""},
           {R"({"t": 1000, "file": {"name": "power_off_record"}})", "file: no \"text\""},
@@ -108,22 +110,25 @@ TEST(BadTrace, AStepThatIsNone) {
           {R"({"t": 1000, "set": {"fail": {"BluetoothHost.Disable": 1}}})", "set.fail: unknown operation"},
           {R"({"t": 1000, "set": {"fail": {"BluetoothHost.DisableBt": 0}}})", "set.fail.BluetoothHost.DisableBt: 0"},
           {R"({"t": 1000, "set": {"processes": [{"pid": 1}]}})", "set.processes[0]: no \"name\""},
-          {R"({"t": 1000, "set": {"processes": [{"pid": 1, "name": "a", "uids": 1}]}})", "set.processes[0]: unknown key \"uids\""},
-          {R"({"t": 1000, "set": {"continuous_tasks": [{"type": -1, "uid": 1, "pid": 1}]}})", "set.continuous_tasks[0].type: -1"},
+          {R"({"t": 1000, "set": {"processes": [{"pid": 1, "name": "a", "uids": 1}]}})",
+           "set.processes[0]: unknown key \"uids\""},
+          {R"({"t": 1000, "set": {"continuous_tasks": [{"type": -1, "uid": 1, "pid": 1}]}})",
+           "set.continuous_tasks[0].type: -1"},
           {R"({"t": 1000, "set": {"device_state": {"one": true}}})", "set.device_state: key \"one\""},
           {R"({"t": 1000, "set": {"allow_list": {"64": "a"}}})", "set.allow_list.64: \"a\""},
           {R"({"t": 1000, "set": {"modem": {"slots": 1000000}}})", "set.modem.slots: 1000000"},
           {R"({"t": 1000, "set": {"movement": {"at": 0}}})", "set.movement: no \"value\""}}) {
         ExpectRefused(std::string(kHeader) + "{\"t\": 1000, \"dump\": []}\n\n# comment\n" + step + "\n", 5, fragment);
     }
-    ExpectRefused(std::string(R"({"trace": 1, "start": 0, "end": 5})") + "\n{\"t\": 6, \"dump\": []}\n", 2, "is after the end");
+    ExpectRefused(std::string(R"({"trace": 1, "start": 0, "end": 5})") + "\n{\"t\": 6, \"dump\": []}\n", 2,
+                  "is after the end");
 }
 
 TEST(BadTrace, ALineThatNobodyWrote) {
     const std::string header = kHeader;
     ExpectRefused(header + "{\"t\": 1000, \"dump\": []} {}\n", 2, "not JSON");
     ExpectRefused(header + "{\"t\": 1000, \"du", 2, "ends in the middle of a line");
-    ExpectRefused(header + std::string("{\"t\": 1000,\0 \"dump\": []}\n", 27), 2, "not JSON");
+    ExpectRefused(header + std::string("{\"t\": 1000,\0 \"dump\": []}\n", 25), 2, "not JSON");
     ExpectRefused(header + std::string("\0\n", 2), 2, "not JSON");
     ExpectRefused(header + "{\"t\": 1000, \"dump\": [\"\xc3\x28\"]}\n", 2, "not JSON");
     ExpectRefused(header + "{\"t\": 1000, \"" + std::string(1'000'000, 'x') + "\": 1}\n", 2, "unknown key \"xxx");
@@ -137,12 +142,15 @@ TEST(BadTrace, ADeeplyNestedValueIsRefusedLikeAnyOther) {
 }
 
 TEST(BadTrace, AnIntegerTooLargeForAMessageIsNotTakenForAFloat) {
-    ExpectRefused(std::string(kHeader) + R"({"t": 1000, "message": {"eventId": 1, "want": {"a": 99999999999999999999}}})" "\n",
+    ExpectRefused(std::string(kHeader) +
+                      R"({"t": 1000, "message": {"eventId": 1, "want": {"a": 99999999999999999999}}})"
+                      "\n",
                   2, "message.want.a");
 }
 
 TEST(GoodTrace, CommentsAndBlankLinesMayStandAnywhere) {
-    const auto trace = Read(std::string("\n# made by hand\n\t # indented\r\n") + kHeader + "\r\n  \n#\n{\"t\": 1500, \"dump\": [\"a\"]}");
+    const auto trace = Read(std::string("\n# made by hand\n\t # indented\r\n") + kHeader +
+                            "\r\n  \n#\n{\"t\": 1500, \"dump\": [\"a\"]}");
     EXPECT_EQ(trace.start, 1000);
     EXPECT_EQ(trace.end, 1500) << "without an end, the last step's time";
     EXPECT_EQ(trace.bootNs, 60'000'000'000);
@@ -151,7 +159,8 @@ TEST(GoodTrace, CommentsAndBlankLinesMayStandAnywhere) {
 }
 
 TEST(GoodTrace, AVeryLongLineIsALine) {
-    const auto trace = Read(std::string(kHeader) + R"({"t": 1000, "dump": [")" + std::string(5'000'000, 'x') + "\"]}\n");
+    const auto trace =
+        Read(std::string(kHeader) + R"({"t": 1000, "dump": [")" + std::string(5'000'000, 'x') + "\"]}\n");
     EXPECT_EQ(std::get<Replay::DumpStep>(trace.steps.at(0).what).words.at(0).size(), 5'000'000U);
 }
 
@@ -174,10 +183,10 @@ TEST(GoodTrace, LocalTimesFollowTheZone) {
           {"<+1245>-12:45", "2026-03-01T22:30:00", "1772358300000"},
           {"CET-1CEST,M3.5.0,M10.5.0/3", "2026-07-01T00:00:00", "1782856800000"},
           {"Europe/Berlin", "2026-03-29T03:00:00", "1774746000000"},
-          {"Europe/Berlin", "2026-10-25T02:30:00", "1792888200000"},   // happens twice: the first
+          {"Europe/Berlin", "2026-10-25T02:30:00", "1792888200000"},  // happens twice: the first
           {"Europe/Dublin", "2026-10-25T01:30:00", "1792888200000"},
           {"America/New_York", "2026-11-01T01:30:00", "1793511000000"},
-          {"Europe/Moscow", "2014-10-26T01:30:00", "1414272600000"},   // twice, without any summer time
+          {"Europe/Moscow", "2014-10-26T01:30:00", "1414272600000"},  // twice, without any summer time
           {"Antarctica/Casey", "2018-03-11T02:30:00", "1520695800000"}}) {
         EXPECT_EQ(StartAt(zone, local), expected) << zone << " " << local;
     }
@@ -194,7 +203,8 @@ TEST(BadTrace, ALocalTimeThatDoesNotExist) {
         EXPECT_THAT(StartAt(zone, local), HasSubstr("night.jsonl:1: start: ")) << zone << " " << local;
         EXPECT_THAT(StartAt(zone, local), HasSubstr("does not exist in this time zone")) << zone << " " << local;
     }
-    for (const char* local : {"2026-03-01 22:30:00", "2026-03-01T22:30", "2026-03-01T22:30:00Z", "2026-03-01T22:30:00.5", "now", ""}) {
+    for (const char* local :
+         {"2026-03-01 22:30:00", "2026-03-01T22:30", "2026-03-01T22:30:00Z", "2026-03-01T22:30:00.5", "now", ""}) {
         EXPECT_THAT(StartAt("UTC", local), HasSubstr("expected a local time such as")) << local;
     }
 }

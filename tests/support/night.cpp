@@ -117,8 +117,8 @@ Night& Night::GoFromTo(int32_t previousState, int32_t state) {
 }
 
 Night& Night::EnterPhase(int32_t state, int32_t phase) {
-    return Message(3, R"({"CURRENT_STATE": )" + std::to_string(state) + R"(, "CURRENT_PHASE": )" +
-                          std::to_string(phase) + "}");
+    return Message(
+        3, R"({"CURRENT_STATE": )" + std::to_string(state) + R"(, "CURRENT_PHASE": )" + std::to_string(phase) + "}");
 }
 
 Night& Night::ChangeCondition(int32_t condition) {

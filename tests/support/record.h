@@ -48,11 +48,11 @@ private:
     friend class RecordingSink;
 
     struct Line {
-        std::string time;    ///< local, HH:MM:SS[.mmm]
-        std::string kind;    ///< level of a log line, else call, deliver, dump
+        std::string time;  ///< local, HH:MM:SS[.mmm]
+        std::string kind;  ///< level of a log line, else call, deliver, dump
         std::string source;
-        std::string text;    ///< what follows kind (and for a log line, source)
-        std::string stamp;   ///< what Timed() puts in front
+        std::string text;   ///< what follows kind (and for a log line, source)
+        std::string stamp;  ///< what Timed() puts in front
     };
 
     template <class Accept, class Render>

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "are.h"
 #include "common_event_listener_ext.h"
 #include "common_event_manager.h"
 #include "freeze_strategy.h"
@@ -14,9 +15,9 @@ namespace TARN::DevStandbyMgr {
 namespace {
 
 using ::testing::Contains;
-using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using Tests::Are;
 using Tests::TestPhone;
 
 StandbyMessage Transition(int32_t previous, int32_t current) {
@@ -101,7 +102,7 @@ TEST(PluginEntry, RegisteringTwiceHandsOverTwoIndependentSetsOfAdapters) {
     EXPECT_TRUE(OnPluginRegister());
     EXPECT_NE(service.GetStateManager(), firstState);
     EXPECT_NE(service.GetConstraintManager(), firstConstraint);
-    EXPECT_THAT(phone.TakeLogs(), ElementsAre("info plugin register succeed", "info plugin register succeed"));
+    EXPECT_THAT(phone.TakeLogs(), Are({"info plugin register succeed", "info plugin register succeed"}));
     service.Init();
     EXPECT_EQ(service.GetStateManager()->TransitToState(StandbyState::DARK), 0U);
     EXPECT_EQ(firstState->GetCurState(), static_cast<uint32_t>(StandbyState::WORKING));
@@ -124,9 +125,9 @@ TEST(CommonEventListener, TellsThatItWasRefused) {
     EXPECT_EQ(listener->StopListener(), 980000916);
     phone.Heal("CommonEventManager.UnSubscribeCommonEvent");
     EXPECT_EQ(listener->StopListener(), 0);
-    EXPECT_THAT(phone.TakeLogs(), ElementsAre("error SubscribeCommonEvent occur exception",
-                                              "error UnsubscribeCommonEvent occur exception",
-                                              "error UnsubscribeCommonEvent occur exception"));
+    EXPECT_THAT(phone.TakeLogs(),
+                Are({"error SubscribeCommonEvent occur exception", "error UnsubscribeCommonEvent occur exception",
+                     "error UnsubscribeCommonEvent occur exception"}));
 }
 
 TEST(ListenerManager, SwallowsARefusalAndDoesNothingAfterUnInit) {
@@ -152,13 +153,14 @@ TEST(CommonEventListener, DropsAnActionThatDiffersInOneLetterOrInLength) {
     OnPluginRegister();
     int delivered = 0;
     service.ObserveDelivery([&delivered](const StandbyMessage&) { ++delivered; });
-    const auto listener = std::make_shared<CommonEventListenerExt>(EventFwk::CommonEventSubscribeInfo(EventFwk::MatchingSkills()));
+    const auto listener =
+        std::make_shared<CommonEventListenerExt>(EventFwk::CommonEventSubscribeInfo(EventFwk::MatchingSkills()));
     phone.TakeLogs();
-    for (const char* action : {"COMMON_EVENT_SCREEN_UNLOCKEd", "COMMON_EVENT_SCREEN_UNLOCKED_", "COMMON_EVENT_SCREEN_UNLOCKE",
-                               "COMMON_EVENT_USER_SLEEP_STATE_CHANGE", ""}) {
+    for (const char* action : {"COMMON_EVENT_SCREEN_UNLOCKEd", "COMMON_EVENT_SCREEN_UNLOCKED_",
+                               "COMMON_EVENT_SCREEN_UNLOCKE", "COMMON_EVENT_USER_SLEEP_STATE_CHANGE", ""}) {
         listener->OnReceiveEvent(EventFwk::CommonEventData(AAFwk::Want().SetAction(action)));
         phone.Run();
-        EXPECT_THAT(phone.TakeLogs(), ElementsAre(std::string("debug receive common event ") + action));
+        EXPECT_THAT(phone.TakeLogs(), Are({std::string("debug receive common event ") + action}));
     }
     EXPECT_EQ(delivered, 0);
     listener->OnReceiveEvent(EventFwk::CommonEventData(AAFwk::Want().SetAction("COMMON_EVENT_SCREEN_UNLOCKED")));
@@ -177,11 +179,11 @@ TEST(Log, ALineCarriesWhereItStandsAndFormatsEveryKindOfArgument) {
         EXPECT_STREQ(line.function, "TestBody");
         EXPECT_GT(line.line, 0);
     };
-    STANDBYSERVICE_LOGW("%{public}d %{public}u %{public}ld %{public}lu %{public}f %{public}s %{public}d.", -1, 4294967295U,
-                        INT64_MIN, UINT64_MAX, 0.5, "text", true);
+    STANDBYSERVICE_LOGW("%{public}d %{public}u %{public}ld %{public}lu %{public}f %{public}s %{public}d.", -1,
+                        4294967295U, INT64_MIN, UINT64_MAX, 0.5, "text", true);
     EXPECT_TRUE(isSeen);
     EXPECT_THAT(phone.TakeLogs(),
-                ElementsAre("warn -1 4294967295 -9223372036854775808 18446744073709551615 0.500000 text 1."));
+                Are({"warn -1 4294967295 -9223372036854775808 18446744073709551615 0.500000 text 1."}));
 }
 
 TEST(Log, ArgumentsOfAnUnwantedLevelAreNotEvaluated) {
@@ -196,7 +198,7 @@ TEST(Log, ArgumentsOfAnUnwantedLevelAreNotEvaluated) {
     EXPECT_EQ(evaluated, 0);
     STANDBYSERVICE_LOGW("%{public}d", count());
     STANDBYSERVICE_LOGE("%{public}d", count());
-    EXPECT_THAT(phone.TakeLogs(), ElementsAre("warn 1", "error 2"));
+    EXPECT_THAT(phone.TakeLogs(), Are({"warn 1", "error 2"}));
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "are.h"
 #include "common_event_support.h"
 #include "open_phone_plugin.h"
 #include "standby_constants.h"
@@ -11,8 +12,8 @@
 namespace TARN::DevStandbyMgr {
 namespace {
 
-using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+using Tests::Are;
 using Tests::TestPhone;
 
 /// A phone under a host with a policy of its own; what the strategies heard, by local time.
@@ -43,7 +44,9 @@ protected:
         service->Init();
     }
 
-    void ScreenOff() { phone->Broadcast(AAFwk::Want().SetAction(std::string(EventFwk::CommonEventSupport::COMMON_EVENT_SCREEN_OFF))); }
+    void ScreenOff() {
+        phone->Broadcast(AAFwk::Want().SetAction(std::string(EventFwk::CommonEventSupport::COMMON_EVENT_SCREEN_OFF)));
+    }
 
     StandbyConfig config;
     TestPhone phone;
@@ -58,10 +61,10 @@ TEST_F(PolicyTest, TheNumbersAreTheConfigurations) {
     Start();
     ScreenOff();
     phone.Run(40'000);
-    EXPECT_THAT(heard, ElementsAre("12:00:00 state 1", "12:00:01 state 2", "12:00:03 state 4", "12:00:03 phase 0",
-                                   "12:00:06 phase 1", "12:00:09 phase 2", "12:00:10 state 3", "12:00:14 state 4",
-                                   "12:00:14 phase 2", "12:00:17 phase 3", "12:00:34 state 3", "12:00:38 state 4",
-                                   "12:00:38 phase 3"))
+    EXPECT_THAT(heard,
+                Are({"12:00:00 state 1", "12:00:01 state 2", "12:00:03 state 4", "12:00:03 phase 0", "12:00:06 phase 1",
+                     "12:00:09 phase 2", "12:00:10 state 3", "12:00:14 state 4", "12:00:14 phase 2", "12:00:17 phase 3",
+                     "12:00:34 state 3", "12:00:38 state 4", "12:00:38 phase 3"}))
         << "a maintenance that comes between two phases holds the next one up";
 }
 
@@ -73,10 +76,10 @@ TEST_F(PolicyTest, ABlockedStateIsKeptUntilItIsUnblocked) {
     service->GetStateManager()->BlockCurrentState();
     EXPECT_NE(service->GetStateManager()->TransitToState(StandbyState::WORKING), 0U);
     phone.Run(kHourMs);
-    EXPECT_THAT(heard, ElementsAre("12:00:00 state 1"));
+    EXPECT_THAT(heard, Are({"12:00:00 state 1"}));
     service->GetStateManager()->UnblockCurrentState();
     phone.Run(60'000);
-    EXPECT_THAT(heard, ElementsAre("12:00:00 state 1", "13:01:00 state 2"));
+    EXPECT_THAT(heard, Are({"12:00:00 state 1", "13:01:00 state 2"}));
     EXPECT_EQ(service->GetStateManager()->GetPreState(), 1U);
     EXPECT_EQ(service->GetStateManager()->GetScreenOffTimeStamp(), phone.Now() - kHourMs - 60'000);
 }
@@ -97,7 +100,7 @@ TEST_F(PolicyTest, ANightWithinOneDayIsThatLong) {
     config.policy.nightEndHour = 15;
     Start();
     phone.Run(24 * kHourMs);
-    EXPECT_THAT(heard, ElementsAre("13:00:00 condition 2", "15:00:00 condition 1"));
+    EXPECT_THAT(heard, Are({"13:00:00 condition 2", "15:00:00 condition 1"}));
 }
 
 TEST_F(PolicyTest, NightHoursThatAreEqualMeanNoNight) {
@@ -117,7 +120,7 @@ TEST_F(SpringPolicyTest, ANightThatBeginsInTheHourLeftOutBeginsAtItsEnd) {
     config.policy.nightEndHour = 5;
     Start();
     phone.Run(12 * kHourMs);
-    EXPECT_THAT(heard, ElementsAre("03:00:00 condition 2", "05:00:00 condition 1"));
+    EXPECT_THAT(heard, Are({"03:00:00 condition 2", "05:00:00 condition 1"}));
 }
 
 class AutumnPolicyTest : public PolicyTest {
@@ -129,7 +132,7 @@ TEST_F(AutumnPolicyTest, ANightThatEndsInTheHourThatHappensTwiceEndsOnce) {
     config.policy.nightEndHour = 2;
     Start();
     phone.Run(9 * kHourMs);
-    EXPECT_THAT(heard, ElementsAre("22:00:00 condition 2", "02:00:00 condition 1"));
+    EXPECT_THAT(heard, Are({"22:00:00 condition 2", "02:00:00 condition 1"}));
     EXPECT_EQ(TimeProvider::GetCondition(-4 * kHourMs), 2U);
 }
 

@@ -7,6 +7,7 @@
 #include <thread>
 #include <vector>
 
+#include "are.h"
 #include "constraint_manager_adapter.h"
 #include "listener_manager_adapter.h"
 #include "state_manager_adapter.h"
@@ -15,8 +16,8 @@
 namespace TARN::Simulated {
 namespace {
 
-using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+using Tests::Are;
 
 /// A clock at 100 whose work writes down its label and when it ran.
 class VirtualTimeTest : public ::testing::Test {
@@ -35,7 +36,7 @@ TEST_F(VirtualTimeTest, WorkRunsByDueTimeAndAmongEqualsByArrival) {
     clock.Post(300, Note("d"));
     clock.Post(200, Note("b"));
     clock.RunThrough(1000);
-    EXPECT_THAT(ran, ElementsAre("a@200", "b@200", "c@300", "d@300"));
+    EXPECT_THAT(ran, Are({"a@200", "b@200", "c@300", "d@300"}));
     EXPECT_EQ(clock.NowMs(), 1000);
 }
 
@@ -44,10 +45,10 @@ TEST_F(VirtualTimeTest, ALimitIsExcludedByRunBeforeAndIncludedByRunThrough) {
     clock.Post(200, Note("b"));
     clock.Post(201, Note("c"));
     clock.RunBefore(200);
-    EXPECT_THAT(ran, ElementsAre("a@199"));
+    EXPECT_THAT(ran, Are({"a@199"}));
     EXPECT_EQ(clock.NowMs(), 200);
     clock.RunThrough(200);
-    EXPECT_THAT(ran, ElementsAre("a@199", "b@200"));
+    EXPECT_THAT(ran, Are({"a@199", "b@200"}));
     EXPECT_EQ(clock.Waiting(), 1U);
 }
 
@@ -57,7 +58,7 @@ TEST_F(VirtualTimeTest, TimeNeverGoesBack) {
     clock.RunBefore(100);
     EXPECT_THAT(ran, IsEmpty()) << "a due time in the past means now, and now is not before now";
     clock.RunThrough(100);
-    EXPECT_THAT(ran, ElementsAre("past@100", "now@100"));
+    EXPECT_THAT(ran, Are({"past@100", "now@100"}));
     clock.RunThrough(20);
     clock.RunBefore(30);
     EXPECT_EQ(clock.NowMs(), 100);
@@ -71,7 +72,7 @@ TEST_F(VirtualTimeTest, WorkMayQueueWorkForItsOwnInstantBehindWhatWaitsAlready) 
     });
     clock.Post(200, Note("second"));
     clock.RunThrough(200);
-    EXPECT_THAT(ran, ElementsAre("first@200", "second@200", "queued@200", "queued for the past@200"));
+    EXPECT_THAT(ran, Are({"first@200", "second@200", "queued@200", "queued for the past@200"}));
 }
 
 TEST_F(VirtualTimeTest, CancelledWorkDoesNotRunAndCannotBeCancelledTwice) {
@@ -80,7 +81,7 @@ TEST_F(VirtualTimeTest, CancelledWorkDoesNotRunAndCannotBeCancelledTwice) {
     EXPECT_TRUE(clock.Cancel(dropped));
     EXPECT_FALSE(clock.Cancel(dropped));
     clock.RunThrough(200);
-    EXPECT_THAT(ran, ElementsAre("kept@200"));
+    EXPECT_THAT(ran, Are({"kept@200"}));
     EXPECT_FALSE(clock.Cancel(kept));
 }
 
@@ -96,20 +97,7 @@ TEST_F(VirtualTimeTest, CancellingANameDropsAllOfThatNameAndNoOther) {
     EXPECT_FALSE(clock.Cancel(ticket));
     clock.Post(200, Note("f"), "loop");
     clock.RunThrough(200);
-    EXPECT_THAT(ran, ElementsAre("c@200", "d@200", "f@200"));
-}
-
-TEST_F(VirtualTimeTest, AWorkThatRunsIsNoLongerCancelledByItsName) {
-    clock.Post(
-        200,
-        [this] {
-            clock.CancelNamed("loop");
-            clock.Post(300, Note("next"), "loop");
-        },
-        "loop");
-    clock.Post(200, Note("dropped"), "loop");
-    clock.RunThrough(400);
-    EXPECT_THAT(ran, ElementsAre("next@300"));
+    EXPECT_THAT(ran, Are({"c@200", "d@200", "f@200"}));
 }
 
 TEST_F(VirtualTimeTest, ClearDropsEverythingEvenFromWithinWork) {
@@ -124,10 +112,13 @@ TEST_F(VirtualTimeTest, ClearDropsEverythingEvenFromWithinWork) {
 TEST_F(VirtualTimeTest, DroppedWorkMayPostWhileItIsDestroyed) {
     struct PostsAtItsEnd {
         VirtualTime& clock;
-        ~PostsAtItsEnd() { clock.Post(500, [] {}); }
+        ~PostsAtItsEnd() {
+            clock.Post(500, [] {});
+        }
     };
     const auto post = [this] {
-        clock.Post(200, [held = std::make_shared<PostsAtItsEnd>(clock)] {}, "named");
+        clock.Post(
+            200, [held = std::make_shared<PostsAtItsEnd>(clock)] {}, "named");
     };
     post();
     clock.CancelNamed("named");
@@ -147,7 +138,8 @@ TEST_F(VirtualTimeTest, AnyThreadMayPostAndCancelWhileOneRunsTheWork) {
         threads.emplace_back([&, name = std::to_string(thread)] {
             for (int i = 0; i < kPosts; ++i) {
                 clock.Post(clock.NowMs() + i % 3, [&done] { ++done; });
-                clock.Post(clock.NowMs() + 1'000'000'000, [&done] { done += 1'000'000; }, name);
+                clock.Post(
+                    clock.NowMs() + 1'000'000'000, [&done] { done += 1'000'000; }, name);
                 clock.CancelNamed(name);
             }
             --posting;
@@ -184,8 +176,9 @@ TEST(StandbyService, DispatchesFromAnyThreadAndDeliversOnOne) {
     Tests::TestPhone phone;
     auto& service = phone.StartService();
     int delivered = 0;
-    service.RegisterPluginInner(new DevStandbyMgr::ConstraintManagerAdapter(), new DevStandbyMgr::ListenerManagerAdapter(),
-                                new CountingStrategies(delivered), new DevStandbyMgr::StateManagerAdapter());
+    service.RegisterPluginInner(new DevStandbyMgr::ConstraintManagerAdapter(),
+                                new DevStandbyMgr::ListenerManagerAdapter(), new CountingStrategies(delivered),
+                                new DevStandbyMgr::StateManagerAdapter());
     std::atomic<int> dispatching{kThreads};
     std::vector<std::thread> threads;
     for (int thread = 0; thread < kThreads; ++thread) {
