@@ -61,7 +61,8 @@ TEST(AutomaticHost, ReportsTheScreenOffForHalfAnHourAndItsEnd) {
     EXPECT_THAT(reports(AutomaticNight().ScreenOff().AdvanceTo("21:20").ScreenOff()), Are({"21:30:00" + yes}));
     EXPECT_THAT(reports(AutomaticNight().Device("plugged", "1").ScreenOff()), Are({"21:30:00" + yes}))
         << "whatever the state";
-    EXPECT_THAT(reports(AutomaticNight().ScreenOff().AdvanceTo("21:20").Restart()), IsEmpty());
+    EXPECT_THAT(reports(AutomaticNight().ScreenOff().AdvanceTo("21:20").Restart()), Are({"21:50:00" + yes}))
+        << "a service that starts again counts anew";
 }
 
 TEST(AutomaticHost, AChargerKeepsThePhoneAwake) {
@@ -217,14 +218,15 @@ TEST(AutomaticHost, HandsOnTheBroadcastsThatStrategiesMatchAndNoOther) {
     EXPECT_THAT(night.PlayUntil("22:00").At("22:00").Deliveries({1}), ::testing::ElementsAreArray(expected));
 }
 
-TEST(AutomaticHost, ARestartBeginsAwakeAndLeavesNoTaskBehind) {
+TEST(AutomaticHost, ARestartInTheNightGoesToSleepAgain) {
     for (const bool isCrash : {false, true}) {
         Night night = AutomaticNight().ScreenOff().AdvanceTo("21:50");
-        (isCrash ? night.Crash() : night.Restart()).AdvanceTo("23:00").ScreenOff();
-        const Record record = night.PlayUntil("23:06");
-        EXPECT_THAT(Steps(record.At("22:")), IsEmpty());
-        EXPECT_THAT(Steps(record.At("23:")), Are({"23:00:00 0-1", "23:05:00 1-2"})) << isCrash;
+        const Record record = (isCrash ? night.Crash() : night.Restart()).PlayUntil("22:26");
+        EXPECT_THAT(Steps(record.At("21:5")), Are({"21:50:00 0-1", "21:55:00 1-2"})) << isCrash;
+        EXPECT_THAT(Steps(record.At("22:")), Are({"22:25:00 2-4", "22:25:00 phase 0"})) << "and no task of before";
     }
+    Night night = AutomaticNight().ScreenOff().AdvanceTo("21:50").ScreenOn().AdvanceTo("21:51");
+    EXPECT_THAT(Steps(night.Crash().PlayUntil("23:00").At("22:")), IsEmpty()) << "the screen is on";
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "facts_reader.h"
 
+#include <cmath>
 #include <limits>
 #include <regex>
 
@@ -135,7 +136,14 @@ Movement ReadMovement(const Json& object, const std::string& name) {
 }
 
 std::optional<float> ReadReading(const Json& value, const std::string& where) {
-    return value.is_null() ? std::nullopt : std::optional(static_cast<float>(ReadNumber(value, where)));
+    if (value.is_null()) {
+        return std::nullopt;
+    }
+    const auto reading = static_cast<float>(ReadNumber(value, where));
+    if (!std::isfinite(reading)) {
+        Refuse(where, Quote(value), "a number in the range of a float");
+    }
+    return reading;
 }
 
 int32_t ReadSlots(const Json& value, const std::string& where) {

@@ -164,8 +164,8 @@ bool IsSkipped(std::string_view line) {
     return first == std::string_view::npos || line[first] == '#';
 }
 
-/// Finds an integer that does not fit 64 bits, which the parser would hand on as a float.
-std::optional<std::string_view> FindHugeInteger(std::string_view json) {
+/// Refuses an integer that does not fit 64 bits and that passed for a float, as the parser hands it on.
+void CheckIntegers(std::string_view json) {
     constexpr std::string_view kNumber = "-+.eE0123456789";
     for (size_t at = 0; at < json.size(); ++at) {
         if (json[at] == '"') {
@@ -182,18 +182,15 @@ std::optional<std::string_view> FindHugeInteger(std::string_view json) {
         int64_t value = 0;
         if (number.find_first_of(".eE") == std::string_view::npos &&
             std::from_chars(number.data(), number.data() + number.size(), value).ec == std::errc::result_out_of_range) {
-            return number;
+            constexpr size_t kMostShown = 40;
+            Refuse("", std::string(number.substr(0, kMostShown)), "integers of 64 bits");
         }
         at += length - 1;
     }
-    return std::nullopt;
 }
 
 Json ParseLine(const std::string& line, bool isCutOff) {
     Json object = Json::parse(line, nullptr, /*allow_exceptions=*/false);
-    if (const auto huge = FindHugeInteger(line); huge && !object.is_discarded()) {
-        Refuse("", std::string(huge->substr(0, 40)), "integers of 64 bits");
-    }
     if (object.is_discarded()) {
         Refuse("", isCutOff ? "the trace ends in the middle of a line" : "not JSON", "one JSON object a line");
     }
@@ -232,10 +229,12 @@ Trace ReadTrace(std::istream& input, const std::string& name) {
             if (!hasHeader) {
                 hasEnd = ReadHeader(object, trace);
                 hasHeader = true;
+                CheckIntegers(line);
                 continue;
             }
             Step step = ReadStep(object, trace.host.mode == HostMode::AUTOMATIC);
             CheckOrder(trace, step, hasEnd);
+            CheckIntegers(line);
             trace.steps.push_back(std::move(step));
         }
         if (input.bad()) {

@@ -21,8 +21,8 @@ struct NetLimitedAppInfo {
 /// policy's trust list reach the network. This class keeps each running application's exemption bits (see
 /// ExemptionFlag) from the allow list, the continuous tasks and the foreground, and the trust list from them.
 ///
-/// In automatic mode it follows changes of those, and leaving SLEEP disables the firewall. In scripted mode it
-/// acts only when told. What it knows of applications and whether the firewall is on is one for all network
+/// In automatic mode it follows changes of those, and leaving SLEEP disables the firewall; only MAINTENANCE leaves
+/// it to derived classes. In scripted mode it acts only when told. What it knows of applications and whether the firewall is on is one for all network
 /// strategies, which therefore stay on one thread. The state and phase fields are for derived classes to keep.
 class BaseNetworkStrategy : public IBaseStrategy {
 public:
@@ -30,6 +30,9 @@ public:
     ErrCode OnCreated() override;
     ErrCode OnDestroy() override;
     void ShellDump(const std::vector<std::string>& args, std::string& result) override;
+
+    /// Forgets what all network strategies share, as when their library is unloaded.
+    static void ForgetShared();
 
     /// Switches the policy itself: on after the trust list is filled, off before it is emptied.
     virtual void HandleDeviceIdlePolicy(bool enableFirewall);
@@ -48,7 +51,7 @@ protected:
     /// one. ERR_STATE_REQ_NOT_MET otherwise, or why it could not.
     virtual ErrCode EnableNetworkFirewall(const StandbyMessage& message);
 
-    /// Disables the firewall when the message says that SLEEP was left. ERR_STATE_REQ_NOT_MET otherwise.
+    /// Disables the firewall when the message says any state but SLEEP. ERR_STATE_REQ_NOT_MET otherwise.
     virtual ErrCode DisableNetworkFirewall(const StandbyMessage& message);
 
     /// BG_TASK_STATUS_CHANGED: an application's exempting task started or stopped.

@@ -5,7 +5,8 @@
 
 namespace TARN::DevStandbyMgr {
 
-/// The firewall of deep standby: in automatic mode it is on in SLEEP, phase DEEP, and off once SLEEP is left.
+/// The firewall of deep standby: in automatic mode it is on in SLEEP, phase DEEP, and off once SLEEP is left, be it
+/// for a MAINTENANCE.
 class NetworkStrategy : public BaseNetworkStrategy {
 public:
     void HandleEvent(const StandbyMessage& message) override;

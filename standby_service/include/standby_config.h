@@ -17,8 +17,8 @@ enum class HostMode : uint8_t { AUTOMATIC, SCRIPTED };
 
 /// The numbers of the host's own policy in automatic mode. Keys of the object "policy" in the configuration.
 struct StandbyPolicy {
-    int64_t napAfterSeconds = 5 * 60;      ///< "nap_after_s": DARK to NAP, and between tries
-    int64_t sleepAfterSeconds = 30 * 60;   ///< "sleep_after_s": NAP to SLEEP
+    int64_t napAfterSeconds = 5 * 60;      ///< "nap_after_s": DARK to NAP, and to the next try
+    int64_t sleepAfterSeconds = 30 * 60;   ///< "sleep_after_s": NAP to SLEEP, and to the next try
     int64_t phaseEverySeconds = 10 * 60;   ///< "phase_every_s": one phase of SLEEP to the next
     int64_t maintenanceSeconds = 5 * 60;   ///< "maintenance_s": length of a MAINTENANCE
     /// "maintenance_after_s": SLEEP before each MAINTENANCE; the last value goes on

@@ -10,7 +10,7 @@ namespace TARN::DevStandbyMgr {
 ///
 /// In automatic mode the screen going off leads to DARK and from there, step by step, deeper; the lengths
 /// of the steps are those of StandbyPolicy, the conditions those of the constraint manager. Screen on and a
-/// plugged charger lead to WORKING at once. SLEEP is interrupted by MAINTENANCE and resumes in the phase it
+/// plugged charger lead to WORKING at once. A service that starts with the screen off starts towards DARK. SLEEP is interrupted by MAINTENANCE and resumes in the phase it
 /// had reached. Each change dispatches one STATE_TRANSIT, each phase one PHASE_TRANSIT.
 /// In scripted mode it stays where it is.
 class StateManagerAdapter : public IStateManagerAdapter {

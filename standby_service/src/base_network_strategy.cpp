@@ -41,13 +41,20 @@ void BaseNetworkStrategy::SetFirewallStatus(bool isEnabled) {
     isFirewallEnabled_ = isEnabled;
 }
 
+void BaseNetworkStrategy::ForgetShared() {
+    isFirewallEnabled_ = false;
+    netLimitedAppInfo_.clear();
+}
+
 void BaseNetworkStrategy::HandleEvent(const StandbyMessage& message) {
     if (!StandbyServiceImpl::GetInstance()->IsAutomatic()) {
         return;
     }
     switch (message.eventId) {
         case StandbyMessageType::STATE_TRANSIT:
-            DisableNetworkFirewall(message);
+            if (message.Params().GetIntParam(CURRENT_STATE, 0) != StandbyState::MAINTENANCE) {
+                DisableNetworkFirewall(message);
+            }
             break;
         case StandbyMessageType::ALLOW_LIST_CHANGED:
             UpdateExemptionList(message);
@@ -89,9 +96,7 @@ ErrCode BaseNetworkStrategy::EnableNetworkFirewall(const StandbyMessage& message
 }
 
 ErrCode BaseNetworkStrategy::DisableNetworkFirewall(const StandbyMessage& message) {
-    const AAFwk::Want& want = message.Params();
-    if (!isFirewallEnabled_ || want.GetIntParam(PREVIOUS_STATE, 0) != StandbyState::SLEEP ||
-        want.GetIntParam(CURRENT_STATE, 0) == StandbyState::SLEEP) {
+    if (!isFirewallEnabled_ || message.Params().GetIntParam(CURRENT_STATE, 0) == StandbyState::SLEEP) {
         return ERR_STATE_REQ_NOT_MET;
     }
     DisableNetworkFirewallInner();

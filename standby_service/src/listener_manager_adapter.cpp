@@ -43,22 +43,30 @@ public:
     }
 };
 
-/// Tells which continuous tasks start and stop.
+/// Tells which continuous tasks run, start and stop.
 class BackgroundTaskListener : public IMesssageListener {
 public:
     ErrCode StartListener() override {
-        BackgroundTaskMgrHelper::ObserveContinuousTasks([](const ContinuousTaskCallbackInfo& task, bool started) {
-            AAFwk::Want want;
-            want.SetParam("typeId", static_cast<int32_t>(task.GetTypeId())).SetParam("started", started);
-            want.SetParam("uid", task.GetCreatorUid());
-            Dispatch(StandbyMessageType::BG_TASK_STATUS_CHANGED, std::move(want));
-        });
+        BackgroundTaskMgrHelper::ObserveContinuousTasks(Report);
+        std::vector<std::shared_ptr<ContinuousTaskCallbackInfo>> running;
+        BackgroundTaskMgrHelper::GetContinuousTaskApps(running);
+        for (const auto& task : running) {
+            Report(*task, true);
+        }
         return ERR_OK;
     }
 
     ErrCode StopListener() override {
         BackgroundTaskMgrHelper::ObserveContinuousTasks(nullptr);
         return ERR_OK;
+    }
+
+private:
+    static void Report(const ContinuousTaskCallbackInfo& task, bool started) {
+        AAFwk::Want want;
+        want.SetParam("typeId", static_cast<int32_t>(task.GetTypeId())).SetParam("started", started);
+        want.SetParam("uid", task.GetCreatorUid());
+        Dispatch(StandbyMessageType::BG_TASK_STATUS_CHANGED, std::move(want));
     }
 };
 

@@ -9,14 +9,18 @@ namespace TARN::DevStandbyMgr {
 
 void NetworkStrategy::HandleEvent(const StandbyMessage& message) {
     const AAFwk::Want& want = message.Params();
+    const bool isAutomatic = StandbyServiceImpl::GetInstance()->IsAutomatic();
     switch (message.eventId) {
         case StandbyMessageType::STATE_TRANSIT:
             curState_ = want.GetIntParam(CURRENT_STATE, 0);
+            if (isAutomatic && curState_ == StandbyState::MAINTENANCE) {
+                DisableNetworkFirewall(message);
+            }
             break;
         case StandbyMessageType::PHASE_TRANSIT:
             curState_ = want.GetIntParam(CURRENT_STATE, 0);
             curPhase_ = want.GetIntParam(CURRENT_PHASE, 0);
-            if (StandbyServiceImpl::GetInstance()->IsAutomatic()) {
+            if (isAutomatic) {
                 EnableNetworkFirewall(message);
             }
             break;

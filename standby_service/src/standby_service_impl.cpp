@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base_network_strategy.h"
 #include "condition_watch.h"
 #include "device.h"
 #include "device_state_cache.h"
@@ -78,6 +79,7 @@ void StandbyServiceImpl::UnloadPlugin() {
     listenerManager_.reset();
     constraintManager_.reset();
     plugin_.reset();
+    BaseNetworkStrategy::ForgetShared();
 }
 
 void StandbyServiceImpl::RegisterPluginInner(IConstraintManagerAdapter* constraintManager,

@@ -6,6 +6,7 @@
 #include "battery_srv_client.h"
 #include "common_event_support.h"
 #include "iconstraint_manager_adapter.h"
+#include "power_mgr_client.h"
 #include "standby_config_manager.h"
 #include "standby_service_impl.h"
 #include "time_service_client.h"
@@ -44,6 +45,9 @@ bool IsPlugged() {
 
 bool StateManagerAdapter::Init() {
     isAutomatic_ = StandbyServiceImpl::GetInstance()->IsAutomatic();
+    if (isAutomatic_ && !PowerMgr::PowerMgrClient::GetInstance().IsScreenOn()) {
+        OnScreenOff();  // the service started again in the middle of the night
+    }
     return true;
 }
 

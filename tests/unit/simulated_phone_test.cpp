@@ -62,7 +62,7 @@ TEST(SimulatedPhone, AFailingOperationAnswersInItsOwnKindAndChangesNothing) {
     EXPECT_EQ(AccountSA::OsAccountManager::QueryActiveOsAccountIds(accounts), 17);
     EXPECT_THAT(accounts, ElementsAre(5));
     std::string value;
-    EXPECT_EQ(phone->Parameters().Get("const.global.locale", value, "none"), 17);
+    EXPECT_EQ(system::GetStringParameter("const.global.locale", value, "none"), 17);
     EXPECT_EQ(value, "none");
     EXPECT_THAT(phone.TakeCalls(),
                 Are({"DisableBt {} -> 17", R"(SetDeviceIdlePolicy {"enable":true} -> 17)",

@@ -7,7 +7,7 @@ namespace TARN::Simulated {
 
 namespace {
 
-constexpr std::array<std::string_view, 66> kOperations = {
+constexpr std::array<std::string_view, 67> kOperations = {
     "AbilityManagerHelper.GetRunningSystemProcess",
     "AppMgrHelper.GetAllRunningProcesses",
     "AppMgrHelper.GetForegroundApplications",
@@ -36,6 +36,7 @@ constexpr std::array<std::string_view, 66> kOperations = {
     "NetPolicyClient.SetDeviceIdleTrustlist",
     "OsAccountManager.QueryActiveOsAccountIds",
     "PowerMgrClient.GetDeviceMode",
+    "PowerMgrClient.IsScreenOn",
     "PowerMgrClient.ProxyRunningLocks",
     "Preferences.FlushSync",
     "Preferences.GetBool",

@@ -46,6 +46,7 @@ public:
     VirtualTime time;
     PhoneFacts facts;
     std::map<std::string, int32_t, std::less<>> faults;
+    bool isScreenOn = true;  ///< as the last screen broadcast said
     PhoneObserver& observer;
 
 private:

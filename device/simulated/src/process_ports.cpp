@@ -125,6 +125,9 @@ void Processes::Index() {
 }
 
 void Processes::Report(const Process& process, bool isForeground) {
+    if (!observer_) {
+        return;
+    }
     core_.time.Post(core_.time.NowMs(),
                     [this, app = AppStateData{process.name, process.pid, process.uid, isForeground}] {
                         if (observer_) {
@@ -173,6 +176,9 @@ void BackgroundTasks::Replace(std::vector<ContinuousTask> tasks) {
 }
 
 void BackgroundTasks::Report(const ContinuousTask& task, bool started) {
+    if (!observer_) {
+        return;
+    }
     core_.time.Post(core_.time.NowMs(), [this, task, started] {
         if (observer_) {
             observer_(ContinuousTaskCallbackInfo(task.type, task.uid, task.pid), started);

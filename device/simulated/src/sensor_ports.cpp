@@ -30,7 +30,11 @@ int32_t SensorHub::GetAll(SensorInfo** sensorInfos, int32_t* count) {
 
 int32_t SensorHub::Subscribe(int32_t sensorTypeId, const SensorUser* user) {
     const int32_t code = Show("SensorAgent.SubscribeSensor", sensorTypeId);
-    subscriptions_[sensorTypeId] = {code == 0 ? user->callback : nullptr, false, code};
+    Subscription& subscription = subscriptions_[sensorTypeId];
+    subscription.refusal = code;
+    if (code == 0) {
+        subscription.callback = user->callback;  // one that is still active stays so
+    }
     return code;
 }
 

@@ -101,6 +101,9 @@ Msdp::MovementData MovementDetector::GetMovementData(Msdp::MovementType type) {
 }
 
 void MovementDetector::Report() {
+    if (!observer_) {
+        return;
+    }
     core_.time.Post(core_.time.NowMs(), [this] {
         if (observer_) {
             observer_(GetMovementData(Msdp::MovementType::TYPE_STILL));
@@ -116,7 +119,7 @@ int32_t NetPolicy::SetDeviceIdleTrustlist(const std::vector<uint32_t>& uids, boo
 
 int32_t NetPolicy::SetDeviceIdlePolicy(bool enable) {
     const int32_t code = core_.Call("NetPolicyClient.SetDeviceIdlePolicy", {{"enable", enable}});
-    if (code == 0 && std::exchange(isIdle_, enable) != enable) {
+    if (code == 0 && std::exchange(isIdle_, enable) != enable && observer_) {
         core_.time.Post(core_.time.NowMs(), [this, enable] {
             if (observer_) {
                 observer_(enable);
@@ -133,6 +136,10 @@ std::optional<std::string> SystemParameters::Find(const std::string& key) const 
 
 int32_t Power::GetDeviceMode() {
     return Answer(core_, "PowerMgrClient.GetDeviceMode", core_.facts.deviceMode);
+}
+
+bool Power::IsScreenOn() {
+    return core_.Fault("PowerMgrClient.IsScreenOn") == 0 && core_.isScreenOn;
 }
 
 int32_t Power::ProxyRunningLocks(bool isProxied, const std::vector<std::pair<int32_t, int32_t>>& processes) {

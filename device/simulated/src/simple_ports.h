@@ -128,6 +128,7 @@ class Power : public PowerMgr::PowerMgrClient {
 public:
     explicit Power(PhoneCore& core) : core_(core) {}
     int32_t GetDeviceMode() override;
+    bool IsScreenOn() override;
     int32_t ProxyRunningLocks(bool isProxied, const std::vector<std::pair<int32_t, int32_t>>& processes) override;
 
 private:

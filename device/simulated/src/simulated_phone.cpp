@@ -5,6 +5,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "common_event_support.h"
 #include "event_ports.h"
 #include "preferences_ports.h"
 #include "private_folder.h"
@@ -15,6 +16,8 @@
 #include "time_ports.h"
 
 namespace TARN::Simulated {
+
+using EventFwk::CommonEventSupport;
 
 /// Everything a phone is made of; the core first, since the others lean on it.
 struct PhonePorts {
@@ -115,6 +118,10 @@ void SimulatedPhone::Apply(const FactsChange& change) {
 }
 
 void SimulatedPhone::Broadcast(AAFwk::Want want) {
+    const std::string& action = want.GetAction();
+    if (action == CommonEventSupport::COMMON_EVENT_SCREEN_ON || action == CommonEventSupport::COMMON_EVENT_SCREEN_OFF) {
+        ports_->core.isScreenOn = action == CommonEventSupport::COMMON_EVENT_SCREEN_ON;
+    }
     ports_->commonEvents.Post(EventFwk::CommonEventData(std::move(want)));
 }
 

@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
+#include <mutex>
 #include <system_error>
 #include <utility>
 
@@ -95,8 +96,9 @@ bool LoadFile(const std::string& path, std::string& content) {
 
 bool ReplaceFile(const std::string& path, const std::string& content) {
     const std::filesystem::path target = Device::Current().FileRoot() + path;
-    // two threads may replace a file at once: each has a temporary of its own
-    const std::string temporary = target.string() + ".tmp" + std::to_string(::gettid());
+    const std::string temporary = target.string() + ".tmp";
+    static std::mutex oneAtATime;  // two threads may replace the same file
+    const std::lock_guard lock(oneAtATime);
     std::error_code ignored;  // a folder that cannot be made shows when the file is opened
     std::filesystem::create_directories(target.parent_path(), ignored);
     if (!WriteAndFlush(temporary, content) || std::rename(temporary.c_str(), target.c_str()) != 0) {

@@ -19,6 +19,9 @@ public:
     /// The device mode: 600 normal, other values are power-save modes of the manager's own.
     virtual int32_t GetDeviceMode() = 0;
 
+    /// Whether the screen is on.
+    virtual bool IsScreenOn() = 0;
+
     /// Proxies (true) or restores (false) the running locks of each process, a pair of pid and uid in the
     /// order in which the caller hands them. Returns 0 on success.
     virtual int32_t ProxyRunningLocks(bool isProxied, const std::vector<std::pair<int32_t, int32_t>>& processes) = 0;
