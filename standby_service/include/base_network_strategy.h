@@ -34,7 +34,8 @@ public:
     /// Forgets what all network strategies share, as when their library is unloaded.
     static void ForgetShared();
 
-    /// Switches the policy itself: on after the trust list is filled, off before it is emptied.
+    /// Switches the policy itself: on after the trust list of a firewall that is off is filled, off before the
+    /// list is emptied.
     virtual void HandleDeviceIdlePolicy(bool enableFirewall);
 
 protected:

@@ -117,7 +117,7 @@ void BaseNetworkStrategy::DisableNetworkFirewallInner() {
 }
 
 void BaseNetworkStrategy::HandleDeviceIdlePolicy(bool enableFirewall) {
-    if (enableFirewall) {
+    if (enableFirewall && !isFirewallEnabled_) {
         SetNetAllowApps(true);
     }
     idlePolicyStatus_ = DelayedSingleton<NetPolicyClient>::GetInstance()->SetDeviceIdlePolicy(enableFirewall);
