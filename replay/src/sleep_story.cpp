@@ -56,9 +56,8 @@ std::string SleepStory::WhyAwake() const {
         return std::string(activeUse_);
     }
     if (baseline_ == 1 && isWakeupNear_) {
-        return std::string(IsWakeupByAlarm(record_) ? "the alarm is near, wake-up expected at "
-                                                    : "the usual wake-up is near, ") +
-               Clock(wakeup_);
+        return std::string(IsWakeupByAlarm(record_) ? "the wake-up by the alarm, " : "the usual wake-up, ") +
+               Clock(wakeup_) + (record_.t < wakeup_ ? ", is near" : ", has passed");
     }
     return baseline_ == 1 ? "the stricter rule that holds for now does not agree"
                           : WhyNotAsleep(record_, rememberedAlarm_).text;

@@ -122,7 +122,7 @@ void TimelinePage::Print(const Entry& entry, size_t repeats, int64_t last) {
     const std::string_view all = entry.tone == Tone::FAILURE ? kRed : entry.tone == Tone::QUIET ? kDim : "";
     const auto paint = [this](std::string_view color) { output_ << (isColored_ ? color : ""); };
     paint(all);
-    paint(isSameTime ? kDim : "");
+    paint(isSameTime && all.empty() ? kDim : "");
     output_ << time << "  ";
     paint(isSameTime && all.empty() ? kReset : "");
     paint(all.empty() ? look.color : "");
