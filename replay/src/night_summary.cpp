@@ -13,6 +13,8 @@ constexpr int64_t kHourMs = 3'600'000;
 constexpr int64_t kDayMs = 24 * kHourMs;
 /// A trace longer than this holds more than one night.
 constexpr int64_t kOneNightMs = 36 * kHourMs;
+/// A trace longer than this holds more nights than anybody reads.
+constexpr int64_t kMostNightsMs = 62 * kDayMs;
 /// More stretches than these are told as a number.
 constexpr size_t kMostSpans = 3;
 constexpr char kNothing[] = "–";
@@ -97,7 +99,7 @@ void NightSummary::Freeze(int64_t t, int32_t pid, bool isFrozen) {
 
 std::vector<NightSummary::Line> NightSummary::Asleep(int64_t start, int64_t end) const {
     const std::vector<Spans::Span> spans = asleep.Until(end);
-    if (end - start <= kOneNightMs) {
+    if (end - start <= kOneNightMs || end - start > kMostNightsMs) {
         return {{"asleep", spans.empty() ? "not asleep" : Tell(asleep, end)}};
     }
     std::vector<Night> nights = NightsBetween(start, end);

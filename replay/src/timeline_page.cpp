@@ -74,14 +74,22 @@ constexpr size_t kSubjectColumn = 11;
 constexpr char kDayFormat[] = "%a %-d %b %Y";
 constexpr char kTimeFormat[] = "%H:%M:%S";
 
+/// Text that a terminal shows and does not obey: names come from traces.
+std::string Tame(std::string_view text) {
+    std::string tame(text);
+    std::replace_if(
+        tame.begin(), tame.end(), [](char c) { return (static_cast<unsigned char>(c) < ' ') || c == '\x7f'; }, '?');
+    return tame;
+}
+
 }  // namespace
 
 void TimelinePage::Title(std::string_view text) {
-    output_ << (isColored_ ? kBold : "") << text << (isColored_ ? kReset : "") << '\n';
+    output_ << (isColored_ ? kBold : "") << Tame(text) << (isColored_ ? kReset : "") << '\n';
 }
 
 void TimelinePage::Plain(std::string_view text) {
-    output_ << text << '\n';
+    output_ << Tame(text) << '\n';
 }
 
 void TimelinePage::Write(const Entry& entry) {
@@ -128,7 +136,7 @@ void TimelinePage::Print(const Entry& entry, size_t repeats, int64_t last) {
     paint(all.empty() ? look.color : "");
     output_ << look.name << std::string(kSubjectColumn - std::min(kSubjectColumn, look.name.size()), ' ');
     paint(all.empty() && !look.color.empty() ? kReset : "");
-    output_ << entry.text;
+    output_ << Tame(entry.text);
     if (repeats > 0) {
         output_ << " (" << Times(static_cast<int64_t>(repeats) + 1) << " until " << TimeZone::Format(last, kTimeFormat)
                 << ')';
