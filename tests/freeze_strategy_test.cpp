@@ -95,6 +95,12 @@ TEST(FreezeStrategy, LeavingSleepThawsOnce) {
     }
 }
 
+TEST(FreezeStrategy, AGroupThatWasLeftIsNotThawedAgain) {
+    const Record record =
+        FreezingNight().GoToDeepSleep().AdvanceTo("22:00").WakeUp().AdvanceTo("23:00").ChangeCondition(2).Play();
+    EXPECT_THAT(Commands(record.At("23:00")), Are({"freeze camera:21 nfc:31 -> [0,0]"}));
+}
+
 TEST(FreezeStrategy, OtherTransitionsWhileFrozenThawNothing) {
     for (const auto& [previous, current] : {std::pair{4, 4}, {2, 4}, {3, 3}, {1, 0}, {3, 0}}) {
         const Record record = FreezingNight().GoToDeepSleep().AdvanceTo("22:00").GoFromTo(previous, current).Play();
