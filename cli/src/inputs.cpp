@@ -6,12 +6,11 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
-#include <sstream>
-
-#include <nlohmann/json.hpp>
+#include <system_error>
 
 #include "exit_status.h"
 #include "json_fields.h"
+#include "standby_config.h"
 
 namespace TARN::Cli {
 
@@ -22,51 +21,19 @@ using DevStandbyMgr::Refuse;
 
 constexpr char kStandardInput[] = "-";
 
-/// Opens a file for reading. Throws InputError when it cannot be opened.
-std::ifstream Open(const std::string& name, const char* expected) {
-    if (std::error_code error; std::filesystem::is_directory(name, error)) {
-        Refuse(name, "is a directory", expected);
-    }
-    errno = 0;
-    std::ifstream file(name);
-    if (!file.is_open()) {
-        Refuse(name, std::strerror(errno), expected);
-    }
-    return file;
-}
-
-/// A host configuration that is laid over what a trace says. Read once, so that it may come from a pipe.
-class ConfigFile {
-public:
-    explicit ConfigFile(const std::string& name) : name_(name) {
-        std::ostringstream text;
-        text << Open(name, "a JSON file").rdbuf();
-        object_ = nlohmann::json::parse(text.str(), nullptr, /*allow_exceptions=*/false, /*ignore_comments=*/true);
-        if (object_.is_discarded()) {
-            Refuse(name, "not JSON", "one object");
-        }
-        DevStandbyMgr::StandbyConfig tried;
-        LayOver(tried);
-    }
-
-    void LayOver(DevStandbyMgr::StandbyConfig& host) const {
-        try {
-            host.Merge(object_, {}, /*withPolicy=*/true);
-        } catch (const InputError& error) {
-            throw InputError(name_ + ": " + error.what());
-        }
-    }
-
-private:
-    std::string name_;
-    nlohmann::json object_;
-};
-
 Replay::Trace Read(const std::string& name) {
     if (name == kStandardInput) {
         return Replay::ReadTrace(std::cin, "standard input");
     }
-    std::ifstream file = Open(name, "a trace");
+    constexpr char kExpected[] = "a trace";
+    if (std::error_code error; std::filesystem::is_directory(name, error)) {
+        Refuse(name, "is a directory", kExpected);
+    }
+    errno = 0;
+    std::ifstream file(name);
+    if (!file.is_open()) {
+        Refuse(name, std::strerror(errno), kExpected);
+    }
     return Replay::ReadTrace(file, name);
 }
 
@@ -82,7 +49,7 @@ std::optional<std::vector<Replay::Trace>> ReadInputs(const std::vector<std::stri
         Complain(text);
         isRight = false;
     };
-    std::optional<ConfigFile> overrides;
+    std::optional<DevStandbyMgr::StandbyConfigFile> overrides;
     try {
         if (!config.empty()) {
             overrides.emplace(config);

@@ -17,7 +17,7 @@ CommonEventListenerExt::CommonEventListenerExt(const EventFwk::CommonEventSubscr
       handler_(StandbyServiceImpl::GetInstance()->GetHandler()) {}
 
 void CommonEventListenerExt::OnReceiveEvent(const EventFwk::CommonEventData& data) {
-    const AAFwk::Want want = data.GetWant();
+    const AAFwk::Want& want = data.GetWant();
     const std::string& action = want.GetAction();
     STANDBYSERVICE_LOGD("receive common event %{public}s", action.c_str());
     if (action == CommonEventSupport::COMMON_EVENT_SCREEN_UNLOCKED) {

@@ -27,7 +27,6 @@ public:
 
 private:
     void WaitForChange();
-    [[nodiscard]] int64_t NextChangeMs(int64_t nowMs) const;
 
     StandbyPolicy policy_;
     bool isAutomatic_;

@@ -17,15 +17,15 @@ enum class HostMode : uint8_t { AUTOMATIC, SCRIPTED };
 
 /// The numbers of the host's own policy in automatic mode. Keys of the object "policy" in the configuration.
 struct StandbyPolicy {
-    int64_t napAfterSeconds = 5 * 60;      ///< "nap_after_s": DARK to NAP, and to the next try
-    int64_t sleepAfterSeconds = 30 * 60;   ///< "sleep_after_s": NAP to SLEEP, and to the next try
-    int64_t phaseEverySeconds = 10 * 60;   ///< "phase_every_s": one phase of SLEEP to the next
-    int64_t maintenanceSeconds = 5 * 60;   ///< "maintenance_s": length of a MAINTENANCE
+    int64_t napAfterSeconds = 300;    ///< "nap_after_s": DARK to NAP, and to the next try
+    int64_t sleepAfterSeconds = 1800;  ///< "sleep_after_s": NAP to SLEEP, and to the next try
+    int64_t phaseEverySeconds = 600;  ///< "phase_every_s": one phase of SLEEP to the next
+    int64_t maintenanceSeconds = 300;  ///< "maintenance_s": length of a MAINTENANCE
     /// "maintenance_after_s": SLEEP before each MAINTENANCE; the last value goes on
-    std::vector<int64_t> maintenanceAfterSeconds = {3600, 2 * 3600, 4 * 3600};
-    int64_t halfHourSeconds = 30 * 60;     ///< "half_hour_s": screen off until it is reported
-    int32_t nightStartHour = 22;           ///< "night_start_hour": local hour at which condition 2 begins
-    int32_t nightEndHour = 7;              ///< "night_end_hour": local hour at which condition 1 begins
+    std::vector<int64_t> maintenanceAfterSeconds = {3600, 7200, 14'400};
+    int64_t halfHourSeconds = 1800;  ///< "half_hour_s": screen off until it is reported
+    int32_t nightStartHour = 22;  ///< "night_start_hour": local hour at which condition 2 begins
+    int32_t nightEndHour = 7;  ///< "night_end_hour": local hour at which condition 1 begins
 };
 
 /// One entry of a resource-control configuration: names that are allowed, or not.
@@ -50,9 +50,24 @@ struct StandbyConfig {
     /// Replaces each key that `object` names. `name` is the object's own, empty for none, in the
     /// message of the InputError that an unknown key or a wrong type throws. The key "policy" is known only if `withPolicy`.
     void Merge(const nlohmann::json& object, const std::string& name, bool withPolicy);
+};
 
-    /// Merges the JSON file at `path`. Throws InputError when it cannot be read or is not such an object.
-    void MergeFile(const std::string& path);
+/// A configuration file: a JSON object with the keys of StandbyConfig, comments allowed. Read once, so that it may
+/// come from a pipe and still be laid over many configurations.
+class StandbyConfigFile {
+public:
+    /// Throws InputError, in the file's name, when it cannot be read or is not such an object.
+    explicit StandbyConfigFile(const std::string& path);
+    ~StandbyConfigFile();
+    StandbyConfigFile(StandbyConfigFile&&) noexcept;
+    StandbyConfigFile& operator=(StandbyConfigFile&&) noexcept;
+
+    /// Replaces each key of `config` that the file names.
+    void LayOver(StandbyConfig& config) const;
+
+private:
+    std::string path_;
+    std::unique_ptr<nlohmann::json> object_;
 };
 
 }  // namespace TARN::DevStandbyMgr

@@ -2,8 +2,10 @@
 
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <system_error>
 
 #include "json_fields.h"
 
@@ -125,21 +127,45 @@ void StandbyConfig::Merge(const Json& object, const std::string& name, bool with
     fields.Finish();
 }
 
-void StandbyConfig::MergeFile(const std::string& path) {
-    errno = 0;
-    std::ifstream file(path);
-    std::ostringstream text;
-    if (!file.is_open() || !(text << file.rdbuf())) {
-        Refuse(path, errno != 0 ? std::strerror(errno) : "empty", "a JSON file");
+namespace {
+
+std::string ReadWhole(const std::string& path) {
+    constexpr char kExpected[] = "a JSON file";
+    if (std::error_code error; std::filesystem::is_directory(path, error)) {
+        Refuse(path, "is a directory", kExpected);
     }
-    const Json object = Json::parse(text.str(), nullptr, /*allow_exceptions=*/false, /*ignore_comments=*/true);
-    if (object.is_discarded()) {
+    errno = 0;
+    const std::ifstream file(path);
+    if (!file.is_open()) {
+        Refuse(path, std::strerror(errno), kExpected);
+    }
+    std::ostringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
+}  // namespace
+
+StandbyConfigFile::StandbyConfigFile(const std::string& path)
+    : path_(path),
+      object_(std::make_unique<Json>(
+          Json::parse(ReadWhole(path), nullptr, /*allow_exceptions=*/false, /*ignore_comments=*/true))) {
+    if (object_->is_discarded()) {
         Refuse(path, "not JSON", "one object");
     }
+    StandbyConfig tried;
+    LayOver(tried);
+}
+
+StandbyConfigFile::~StandbyConfigFile() = default;
+StandbyConfigFile::StandbyConfigFile(StandbyConfigFile&&) noexcept = default;
+StandbyConfigFile& StandbyConfigFile::operator=(StandbyConfigFile&&) noexcept = default;
+
+void StandbyConfigFile::LayOver(StandbyConfig& config) const {
     try {
-        Merge(object, {}, /*withPolicy=*/true);
+        config.Merge(*object_, {}, /*withPolicy=*/true);
     } catch (const InputError& error) {
-        throw InputError(path + ": " + error.what());
+        throw InputError(path_ + ": " + error.what());
     }
 }
 

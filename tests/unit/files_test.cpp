@@ -167,7 +167,7 @@ TEST_F(Files, AConfigurationFileChangesOnlyWhatItNames) {
     Write("/config.json", R"(// a site's own numbers
         {"mode": "scripted", "params": {"a": 7}, "policy": {"nap_after_s": 1, "maintenance_after_s": [5], "night_end_hour": 0}})");
     DevStandbyMgr::StandbyConfig config;
-    config.MergeFile(Under("/config.json"));
+    DevStandbyMgr::StandbyConfigFile(Under("/config.json")).LayOver(config);
     EXPECT_EQ(config.mode, DevStandbyMgr::HostMode::SCRIPTED);
     EXPECT_EQ(config.params.at("a"), 7);
     EXPECT_EQ(config.strategies.size(), 7U);
@@ -196,7 +196,7 @@ TEST_F(Files, ABadConfigurationFileIsRefusedInOneLine) {
                                       {R"({"policy": {"nap_after": 1}})", "policy: unknown key \"nap_after\""}}) {
         Write("/config.json", text);
         try {
-            DevStandbyMgr::StandbyConfig().MergeFile(Under("/config.json"));
+            const DevStandbyMgr::StandbyConfigFile file(Under("/config.json"));
             ADD_FAILURE() << "accepted " << text;
         } catch (const DevStandbyMgr::InputError& error) {
             EXPECT_THAT(error.what(), StartsWith(Under("/config.json").string() + ": "));
@@ -205,8 +205,8 @@ TEST_F(Files, ABadConfigurationFileIsRefusedInOneLine) {
             EXPECT_THAT(error.what(), ::testing::Not(HasSubstr("\n")));
         }
     }
-    EXPECT_THROW(DevStandbyMgr::StandbyConfig().MergeFile("/nowhere/config.json"), DevStandbyMgr::InputError);
-    EXPECT_THROW(DevStandbyMgr::StandbyConfig().MergeFile(phone->FileRoot()), DevStandbyMgr::InputError);
+    EXPECT_THROW(DevStandbyMgr::StandbyConfigFile("/nowhere/config.json"), DevStandbyMgr::InputError);
+    EXPECT_THROW(const DevStandbyMgr::StandbyConfigFile file(phone->FileRoot()), DevStandbyMgr::InputError);
 }
 
 }  // namespace
