@@ -59,8 +59,10 @@ std::string SleepStory::WhyAwake() const {
         return std::string(IsWakeupByAlarm(record_) ? "the wake-up by the alarm, " : "the usual wake-up, ") +
                Clock(wakeup_) + (record_.t < wakeup_ ? ", is near" : ", has passed");
     }
-    return baseline_ == 1 ? "the stricter rule that holds for now does not agree"
-                          : WhyNotAsleep(record_, rememberedAlarm_).text;
+    if (baseline_ != 1) {
+        return WhyNotAsleep(record_, rememberedAlarm_).text;
+    }
+    return IsScreenLit() ? "the screen is lit" : "the stricter rule that holds for now does not agree";
 }
 
 void SleepStory::TellAsleep(int64_t wakeup) {
@@ -119,6 +121,7 @@ void SleepStory::Settle() {
     const std::string_view kind = !activeUse_.empty() ? activeUse_
                                   : baseline_ != 1    ? WhyNotAsleep(record_, rememberedAlarm_).kind
                                   : isWakeupNear_     ? "wake-up near"
+                                  : IsScreenLit()     ? "screen lit"
                                                       : "stricter rule";
     if (kind != toldKind_) {
         toldKind_ = kind;

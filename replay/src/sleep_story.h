@@ -48,6 +48,7 @@ private:
     void TellAsleep(int64_t wakeup);
     void TellAwake();
     [[nodiscard]] std::string WhyAwake() const;
+    [[nodiscard]] bool IsScreenLit() const { return record_.screenOffS == 0; }
 
     Teller& teller_;
     NightSummary& night_;
