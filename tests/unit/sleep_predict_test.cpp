@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <sstream>
 #include <string>
 
 #include "standby_constants.h"
@@ -63,74 +64,43 @@ TEST(SleepBaseline, NobodySleepsInTheHourAfterTheRememberedAlarm) {
 }
 
 TEST(SleepBaseline, EachTimeOfDayHasItsRule) {
-    struct Case {
-        const char* now;
-        SleepDataRecord record;
-        int32_t verdict;
-    };
-    for (const Case& c : {
-             Case{"00:00", Rest(3601, 0, 0), 1},  // the night's rule
-             {"05:59:59.999", Rest(3601, 0, 0), 1},
-             {"06:00", Rest(3601, 0, 0), 0},
-             {"23:59:59.999", Rest(3601, 0, 0), 0},
-             {"06:00", Rest(14'401, 0, 3601), 1},  // the morning's
-             {"11:59:59.999", Rest(14'401, 0, 3601), 1},
-             {"12:00", kDeepRest, 0},
-             {"13:00", kDeepRest, 0},
-             {"20:59:59.999", kDeepRest, 0},
-             {"07:00", Rest(14'401, 20'000, 3600), 0},
-             {"07:00", Rest(14'400, 1800, 3601), 0},
-             {"07:00", Rest(1801, 1801, 3601), 1},
-             {"07:00", Rest(1800, 1801, 3601), 0},
-             {"07:00", Rest(1801, 1800, 3601), 0},
-             {"21:00", Rest(3000, 3000, 0), 1},  // the evening's
-             {"21:00", Rest(2999, 3000, 0), 0},
-             {"21:00", Rest(3000, 2999, 0), 0},
-             {"22:30", Rest(2100, 2100, 0), 1},
-             {"22:30", Rest(2099, 2100, 0), 0},
-             {"22:30", Rest(2100, 2099, 0), 0},
-             {"23:00", Rest(1800, 1800, 0), 1},
-             {"23:00", Rest(1799, 1799, 0), 0},
-             {"23:59:59", Rest(1200, 1200, 0), 1},
-             {"23:59:59", Rest(1199, 1200, 0), 0},
-             {"23:59:59", Rest(1200, 1199, 0), 0},
-         }) {
-        EXPECT_EQ(PredictAt(At(c.now), c.record), c.verdict)
-            << c.now << " " << c.record.mUserStationaryDuration << " " << c.record.mLightDarkDuration;
+    // still, dark, off and the verdict
+    for (const char* row :
+         {"00:00 3601 0 0 1", "05:59:59.999 3601 0 0 1", "06:00 3601 0 0 0", "23:59:59.999 3601 0 0 0",
+          // the morning
+          "06:00 14401 0 3601 1", "11:59:59.999 14401 0 3601 1", "12:00 20000 20000 20000 0",
+          "13:00 20000 20000 20000 0", "20:59:59.999 20000 20000 20000 0", "07:00 14401 9000 3600 0",
+          "07:00 14400 1800 3601 0", "07:00 1801 1801 3601 1", "07:00 1800 1801 3601 0", "07:00 1801 1800 3601 0",
+          // the evening
+          "21:00 3000 3000 0 1", "21:00 2999 3000 0 0", "21:00 3000 2999 0 0", "22:30 2100 2100 0 1",
+          "22:30 2099 2100 0 0", "22:30 2100 2099 0 0", "23:00 1800 1800 0 1", "23:00 1799 1799 0 0",
+          "23:59:59 1200 1200 0 1", "23:59:59 1199 1200 0 0", "23:59:59 1200 1199 0 0"}) {
+        std::istringstream words(row);
+        std::string now;
+        int32_t still = 0;
+        int32_t dark = 0;
+        int32_t off = 0;
+        int32_t verdict = -1;
+        ASSERT_TRUE(words >> now >> still >> dark >> off >> verdict) << row;
+        EXPECT_EQ(PredictAt(At(now), Rest(still, dark, off)), verdict) << row;
     }
 }
 
 TEST(NightRule, OneRecordAloneTellsSleep) {
-    struct Case {
-        float light, proximity;
-        int32_t still, dark, off;
-        bool isAsleep;
-    };
-    for (const Case& c : {
-             Case{50.01F, 0, 7200, 20'000, 20'000, false},
-             {50.01F, 0, 7201, 0, 0, true},
-             {50.01F, 0, -1, 20'000, 20'000, false},
-             {50, 5, 3601, 0, 0, true},
-             {50, 5, 3600, 1200, 20'000, false},
-             {50, 5, 3600, 1201, 0, true},
-             {50, 5, 1201, 1201, 0, true},
-             {50, 5, 1200, 20'000, 20'000, false},
-             {0.01F, 0.01F, 1800, 0, 0, true},
-             {0.01F, 0.01F, 1799, 0, 20'000, false},
-             {0.011F, 0.01F, 1800, 0, 20'000, false},
-             {0.01F, 0.011F, 1800, 0, 20'000, false},
-             {-1, -1, 1800, 0, 0, true},
-             {50, 5, -1, 1800, 1800, true},
-             {50, 5, -1, 1799, 1800, false},
-             {50, 5, -1, 1800, 1799, false},
-             {50, 5, 0, 1800, 1800, true},
-             {50, 5, 1, 1200, 1800, false},
-         }) {
-        SleepDataRecord cur = Rest(c.still, c.dark, c.off);
-        cur.mLight = c.light;
-        cur.mProximity = c.proximity;
-        EXPECT_EQ(UserSleepPredict(-1).IsSleepBaselineDurZeroToSixClock({}, cur), c.isAsleep)
-            << c.light << " " << c.proximity << " " << c.still << " " << c.dark << " " << c.off;
+    // light, proximity, still, dark, off and the verdict
+    for (const char* row :
+         {"50.01 0 7200 20000 20000 0", "50.01 0 7201 0 0 1", "50.01 0 -1 20000 20000 0", "50 5 3601 0 0 1",
+          "50 5 3600 1200 20000 0", "50 5 3600 1201 0 1", "50 5 1201 1201 0 1", "50 5 1200 20000 20000 0",
+          "0.01 0.01 1800 0 0 1", "0.01 0.01 1799 0 20000 0", "0.011 0.01 1800 0 20000 0", "0.01 0.011 1800 0 20000 0",
+          "-1 -1 1800 0 0 1", "50 5 -1 1800 1800 1", "50 5 -1 1799 1800 0", "50 5 -1 1800 1799 0", "50 5 0 1800 1800 1",
+          "50 5 1 1800 1800 0"}) {
+        std::istringstream words(row);
+        SleepDataRecord cur;
+        bool isAsleep = false;
+        ASSERT_TRUE(words >> cur.mLight >> cur.mProximity >> cur.mUserStationaryDuration >> cur.mLightDarkDuration >>
+                    cur.mScrOffDuration >> isAsleep)
+            << row;
+        EXPECT_EQ(UserSleepPredict(-1).IsSleepBaselineDurZeroToSixClock({}, cur), isAsleep) << row;
     }
 }
 
@@ -147,26 +117,24 @@ TEST(NightRule, ASleeperSleepsOnThroughWhatDoesNotWake) {
         int64_t unlock = 77;
         bool isAsleep = true;
     };
-    for (const Case& c : {
-             Case{.what = "a long stay"},
-             {.what = "judged awake before", .lastResult = 0, .isAsleep = false},
-             {.what = "overruled before", .lastResult = -2, .isAsleep = false},
-             {.what = "nothing before", .lastResult = -1, .isAsleep = false},
-             {.what = "a short stay", .dark = 1000, .off = 10'799, .isAsleep = false},
-             {.what = "a short stay in a growing dark", .dark = 1001, .off = 10'799},
-             {.what = "the light jumps", .lastLight = 10, .dark = 1000, .isAsleep = false},
-             {.what = "the light jumps in a growing dark", .lastLight = 10, .dark = 1001},
-             {.what = "the light jumps by less", .lastLight = 10.01F},
-             {.what = "the light does not double", .lastLight = 50, .light = 100},
-             {.what = "the light doubles", .lastLight = 49.98F, .light = 100, .isAsleep = false},
-             {.what = "unlocked since", .unlock = 78, .isAsleep = false},
-             {.what = "lit up once", .screenOns = 1},
-             {.what = "lit up twice", .screenOns = 2, .isAsleep = false},
-             {.what = "hardly still", .still = 1},
-             {.what = "moved", .still = 0, .isAsleep = false},
-             {.what = "stillness unknown", .still = -1, .isAsleep = false},
-             {.what = "lit up twice and still for two hours", .still = 7201, .screenOns = 2},
-         }) {
+    for (const Case& c : {Case{.what = "a long stay"},
+                          {.what = "judged awake before", .lastResult = 0, .isAsleep = false},
+                          {.what = "overruled before", .lastResult = -2, .isAsleep = false},
+                          {.what = "nothing before", .lastResult = -1, .isAsleep = false},
+                          {.what = "a short stay", .dark = 1000, .off = 10'799, .isAsleep = false},
+                          {.what = "a short stay in a growing dark", .dark = 1001, .off = 10'799},
+                          {.what = "the light jumps", .lastLight = 10, .dark = 1000, .isAsleep = false},
+                          {.what = "the light jumps in a growing dark", .lastLight = 10, .dark = 1001},
+                          {.what = "the light jumps by less", .lastLight = 10.01F},
+                          {.what = "the light does not double", .lastLight = 50, .light = 100},
+                          {.what = "the light doubles", .lastLight = 49.98F, .light = 100, .isAsleep = false},
+                          {.what = "unlocked since", .unlock = 78, .isAsleep = false},
+                          {.what = "lit up once", .screenOns = 1},
+                          {.what = "lit up twice", .screenOns = 2, .isAsleep = false},
+                          {.what = "hardly still", .still = 1},
+                          {.what = "moved", .still = 0, .isAsleep = false},
+                          {.what = "stillness unknown", .still = -1, .isAsleep = false},
+                          {.what = "lit up twice and still for two hours", .still = 7201, .screenOns = 2}}) {
         SleepDataRecord last;
         last.mBaselineResult = c.lastResult;
         last.mLight = c.lastLight;
@@ -192,27 +160,25 @@ TEST(WakeUp, IsTheNextEarlyAlarmOrTheUsualTimeWithTheMinutesOfTheCollectionOnTop
     };
     const int64_t evening = At("23:40");
     const int64_t night = At("01:20");
-    for (const Case& c : {
-             Case{"no alarm, phone", 0, night, -1, At("06:35")},
-             {"no alarm, tablet", 1, night, -1, At("08:35")},
-             {"no alarm, other phone", 2, night, -1, At("06:35")},
-             {"no alarm, watch", 3, night, -1, At("06:35")},
-             {"across midnight", 0, evening, -1, At("06:55") + kDayMs},
-             {"the seconds are carried too", 0, At("01:20:30.250"), -1, At("06:35:30.250")},
-             {"noon is of this day", 0, At("12:00"), -1, At("06:15")},
-             {"a second after noon is not", 0, At("12:00:01"), -1, At("06:15:01") + kDayMs},
-             {"an alarm", 0, night, At("07:00"), At("07:20")},
-             {"an alarm, tablet", 1, night, At("07:00"), At("07:20")},
-             {"an alarm tomorrow", 0, evening, At("07:00") + kDayMs, At("07:40") + kDayMs},
-             {"the last early alarm", 0, night, At("08:59:59.999"), At("09:19:59")},
-             {"too late in the morning", 0, night, At("09:00"), At("06:35")},
-             {"nine hours ahead", 0, At("22:00"), At("07:00") + kDayMs, At("06:15") + kDayMs},
-             {"just within nine hours", 0, At("22:00"), At("07:00") + kDayMs - 1, At("06:59:59") + kDayMs},
-             {"this instant", 0, night, night, At("01:40")},
-             {"past", 0, night, night - 1, At("06:35")},
-             {"in the evening", 0, At("20:00"), At("21:00"), At("06:15") + kDayMs},
-             {"zero", 0, 0, 0, 22'500'000},
-         }) {
+    for (const Case& c : {Case{"no alarm, phone", 0, night, -1, At("06:35")},
+                          {"no alarm, tablet", 1, night, -1, At("08:35")},
+                          {"no alarm, other phone", 2, night, -1, At("06:35")},
+                          {"no alarm, watch", 3, night, -1, At("06:35")},
+                          {"across midnight", 0, evening, -1, At("06:55") + kDayMs},
+                          {"the seconds are carried too", 0, At("01:20:30.250"), -1, At("06:35:30.250")},
+                          {"noon is of this day", 0, At("12:00"), -1, At("06:15")},
+                          {"a second after noon is not", 0, At("12:00:01"), -1, At("06:15:01") + kDayMs},
+                          {"an alarm", 0, night, At("07:00"), At("07:20")},
+                          {"an alarm, tablet", 1, night, At("07:00"), At("07:20")},
+                          {"an alarm tomorrow", 0, evening, At("07:00") + kDayMs, At("07:40") + kDayMs},
+                          {"the last early alarm", 0, night, At("08:59:59.999"), At("09:19:59")},
+                          {"too late in the morning", 0, night, At("09:00"), At("06:35")},
+                          {"nine hours ahead", 0, At("22:00"), At("07:00") + kDayMs, At("06:15") + kDayMs},
+                          {"just within nine hours", 0, At("22:00"), At("07:00") + kDayMs - 1, At("06:59:59") + kDayMs},
+                          {"this instant", 0, night, night, At("01:40")},
+                          {"past", 0, night, night - 1, At("06:35")},
+                          {"in the evening", 0, At("20:00"), At("21:00"), At("06:15") + kDayMs},
+                          {"zero", 0, 0, 0, 22'500'000}}) {
         STANDBT_MODE = c.mode;
         SleepDataRecord record;
         record.mTimestamp = c.collected;

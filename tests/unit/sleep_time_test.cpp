@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <sstream>
 
 #include "are.h"
 #include "sleep_shared_pref.h"
@@ -16,43 +17,30 @@ using Tests::Are;
 using Tests::TestPhone;
 
 TEST(SleepTime, IsTheLocalTimeOfDayInWholeSeconds) {
-    constexpr int64_t kNoon = 1'772'366'400'000;  // 2026-03-01T12:00:00Z
-    constexpr int64_t kSpring = 1'774'746'000'000;
-    constexpr int64_t kAutumn = 1'792'890'000'000;
-    struct Case {
-        const char* zone;
-        int64_t ms;
-        int32_t hour, minute, second;
-    };
-    for (const Case& c : {
-             Case{"UTC", kNoon, 12, 0, 0},
-             {"UTC", kNoon - 1, 11, 59, 59},
-             {"UTC", kNoon - 16'200'000, 7, 30, 0},
-             {"UTC", kNoon + 43'199'999, 23, 59, 59},
-             {"UTC", kNoon + 43'200'000, 0, 0, 0},
-             {"Asia/Kathmandu", kNoon, 17, 45, 0},
-             {"America/St_Johns", kNoon, 8, 30, 0},
-             {"Pacific/Kiritimati", kNoon, 2, 0, 0},
-             {"Europe/Berlin", kSpring - 1, 1, 59, 59},
-             {"Europe/Berlin", kSpring, 3, 0, 0},
-             {"Europe/Berlin", kAutumn - 1, 2, 59, 59},
-             {"Europe/Berlin", kAutumn, 2, 0, 0},
-             {"UTC", 0, 0, 0, 0},
-             {"UTC", -999, 0, 0, 0},
-             {"UTC", -1000, 23, 59, 59},
-             {"UTC", -1999, 23, 59, 59},
-             {"UTC", -2000, 23, 59, 58},
-             {"Asia/Kathmandu", -1, 5, 30, 0},
-         }) {
-        Replay::TimeZone(c.zone).Use();
-        EXPECT_EQ(TimeProviderExt::TimestampToDaySecond(c.ms), c.hour * 3600 + c.minute * 60 + c.second)
-            << c.zone << " " << c.ms;
-        EXPECT_NEAR(TimeProviderExt::TimestampToDayHour(c.ms), c.hour + c.minute / 60.0 + c.second / 3600.0, 2e-6)
-            << c.zone << " " << c.ms;
+    for (const char* row : {"UTC 1772366400000 12:00:00", "UTC 1772366399999 11:59:59", "UTC 1772409599999 23:59:59",
+                            "UTC 1772409600000 00:00:00", "Asia/Kathmandu 1772366400000 17:45:00",
+                            "America/St_Johns 1772366400000 08:30:00", "Pacific/Kiritimati 1772366400000 02:00:00",
+                            // the clocks change
+                            "Europe/Berlin 1774745999999 01:59:59", "Europe/Berlin 1774746000000 03:00:00",
+                            "Europe/Berlin 1792889999999 02:59:59", "Europe/Berlin 1792890000000 02:00:00",
+                            // before 1970, towards zero
+                            "UTC -999 00:00:00", "UTC -1000 23:59:59", "UTC -1999 23:59:59", "UTC -2000 23:59:58",
+                            "Asia/Kathmandu -1 05:30:00"}) {
+        std::istringstream words(row);
+        std::string zone;
+        int64_t ms = 0;
+        int32_t hour = 0;
+        int32_t minute = 0;
+        int32_t second = 0;
+        char colon = 0;
+        ASSERT_TRUE(words >> zone >> ms >> hour >> colon >> minute >> colon >> second) << row;
+        Replay::TimeZone(zone).Use();
+        EXPECT_EQ(TimeProviderExt::TimestampToDaySecond(ms), hour * 3600 + minute * 60 + second) << row;
+        EXPECT_NEAR(TimeProviderExt::TimestampToDayHour(ms), hour + minute / 60.0 + second / 3600.0, 2e-6) << row;
     }
     Replay::TimeZone("UTC").Use();
-    EXPECT_EQ(TimeProviderExt::TimestampToDayHour(kNoon + 34'200'000), 21.5F);
-    EXPECT_LT(TimeProviderExt::TimestampToDayHour(kNoon + 43'199'999), 24.0F) << "the last second stays below midnight";
+    EXPECT_EQ(TimeProviderExt::TimestampToDayHour(1'772'350'200'999), 7.5F);
+    EXPECT_LT(TimeProviderExt::TimestampToDayHour(1'772'409'599'999), 24.0F) << "the last second stays below midnight";
 }
 
 TEST(SleepTime, ClocksAreThoseOfTheTimeServiceEvenWhenItFails) {
@@ -86,9 +74,9 @@ TEST_F(SleepPreferences, AFlagIsInTheFileAndNowhereElse) {
     EXPECT_FALSE(SleepSharedPref::GetBoolSettings("another", false)) << "other flags are not touched";
     Put(false);
     EXPECT_FALSE(Get(true));
-    EXPECT_THAT(phone.TakeLogs(), Are({"info Get Bool Settings: 0", "info Get Bool Settings: 1",
-                                       "info Get Bool Settings: 1", "info Get Bool Settings: 0",
-                                       "info Get Bool Settings: 0"}));
+    EXPECT_THAT(phone.TakeLogs(),
+                Are({"info Get Bool Settings: 0", "info Get Bool Settings: 1", "info Get Bool Settings: 1",
+                     "info Get Bool Settings: 0", "info Get Bool Settings: 0"}));
 
     ASSERT_TRUE(std::filesystem::remove(phone->FileRoot() + kPath)) << "written before anybody asks again";
     EXPECT_TRUE(Get(true)) << "what was read before is not kept";
@@ -100,8 +88,7 @@ TEST_F(SleepPreferences, AStoreThatDoesNotOpenIsFalseAndTakesNothing) {
     phone.Fail("PreferencesHelper.GetPreferences", 15);
     EXPECT_FALSE(Get(true)) << "not the default";
     Put(false);
-    EXPECT_THAT(phone.TakeLogs(),
-                Are({"error pref is nullptr,  errCode: 15", "error pref is nullptr,  errCode: 15"}));
+    EXPECT_THAT(phone.TakeLogs(), Are({"error pref is nullptr,  errCode: 15", "error pref is nullptr,  errCode: 15"}));
     phone.Heal("PreferencesHelper.GetPreferences");
     EXPECT_TRUE(Get(false));
 }
