@@ -190,8 +190,8 @@ TEST(SleepDetection, TheEnhancedModelWantsHalfAnHourAndTheHoursBeforeSix) {
 TEST(SleepDetection, AnOverruledVerdictIsNoSleepToContinue) {
     for (const bool isOverruled : {true, false}) {
         Night night = Enhanced();
+        Tell(night, {"00:29:00 audio +"});  // active use applies no verdict, but the record counts
         Collected(night.AdvanceTo("00:30"), Ms("00:30:00"), "light", isOverruled ? "" : R"(, "mScrOffDuration": 1800)");
-        Tell(night, {"00:30:00 audio +"});  // active use applies no verdict, but the record counts
         Collected(night.AdvanceTo("00:40"), Ms("00:40:00"), "light",
                   R"(, "mLightDarkDuration": 0, "mScrOffDuration": 10800)");
         EXPECT_THAT(night.Play().At("00:40").LogsOf(kSource),
