@@ -1,0 +1,159 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "are.h"
+#include "night.h"
+
+namespace TARN::Tests {
+namespace {
+
+using ::testing::Contains;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+constexpr char kHalfHour[] = R"({"SCR_OFF_HALF_HOUR_STATUS": true})";
+
+/// Bluetooth is to go off at 22:00; the settings say `value` of airplane mode, a JSON text or null.
+Record BedtimeWithAirplaneMode(const std::string& value, const std::string& failing = {}) {
+    Night night;
+    night.Device("condition", "2")
+        .Device("settings", R"({"SETTINGSDATA": {"airplane_mode": "1", "settings.telephony.airplanemode": )" + value +
+                                R"(}, "USER_SETTINGSDATA_SECURE_100": {"settings.telephony.airplanemode": "1"}})");
+    if (!failing.empty()) {
+        night.Fail(failing);
+    }
+    return night.AdvanceTo("22:00").Message(6, kHalfHour).PlayUntil("22:10").At("22:00");
+}
+
+TEST(AirplaneMode, IsOnForTheTextOneAlone) {
+    const Record on = BedtimeWithAirplaneMode(R"("1")");
+    EXPECT_THAT(on.Calls("BluetoothHost"), IsEmpty());
+    EXPECT_THAT(on.Of({"power_off_strategy", "standby_datashare_helper"}),
+                Are({HasSubstr("revceived message 6"),
+                     "info standby_datashare_helper: CreateDataShareHelper creator. systemAbilityId:1914",
+                     "info standby_datashare_helper: StandbyDataShareHelper query success,value[1]",
+                     "info power_off_strategy: airplaneMode is 1",
+                     "warn power_off_strategy: current is airplane mode, do not need process"}));
+    for (const char* value : {"0", "", "1 ", " 1", "01", "11", "true"}) {
+        const Record off = BedtimeWithAirplaneMode('"' + std::string(value) + '"');
+        EXPECT_THAT(off.Calls("BluetoothHost"), Are({"BluetoothHost.DisableBt {} -> 0"})) << value;
+        EXPECT_THAT(off.LogsOf("power_off_strategy"), Contains("info airplaneMode is " + std::string(value)));
+        EXPECT_THAT(off.LogsOf("power_off_strategy"), Contains("info current is not airplane mode"));
+    }
+}
+
+TEST(AirplaneMode, CountsAsOffWhenTheSettingsFail) {
+    const std::string created = "info CreateDataShareHelper creator. systemAbilityId:1914";
+    const std::string noHelper = "error StandbyDataShareHelper query error, dataShareHelper_ is nullptr";
+    const std::string noRow = "error StandbyDataShareHelper query failed,go to first row error";
+    const struct {
+        const char* operation;
+        const char* value;
+        Record::Texts lines;
+        std::string answer;
+    } cases[] = {
+        {"SystemAbilityManagerClient.GetSystemAbilityManager",
+         R"("1")",
+         {"error CreateDataShareHelper GetSystemAbilityManager failed.", noHelper},
+         "error query airplaneMode failed"},
+        {"SystemAbilityManager.GetSystemAbility",
+         R"("1")",
+         {"error CreateDataShareHelper GetSystemAbility Service failed.", noHelper},
+         "error query airplaneMode failed"},
+        {"DataShareHelper.Creator", R"("1")", {created, noHelper}, "error query airplaneMode failed"},
+        {"DataShareHelper.Query",
+         R"("1")",
+         {created, "error StandbyDataShareHelper query error, result is null"},
+         "error query airplaneMode failed"},
+        {"DataShareResultSet.GoToFirstRow", R"("1")", {created, noRow}, "error query airplaneMode failed"},
+        {"", "null", {created, noRow}, "error query airplaneMode failed"},
+        {"DataShareResultSet.GetString",
+         R"("1")",
+         {created, "info StandbyDataShareHelper query success,value[]"},
+         "info airplaneMode is "},
+        {"DataShareResultSet.GetColumnIndex",
+         R"("1")",
+         {created, "info StandbyDataShareHelper query success,value[settings.telephony.airplanemode]"},
+         "info airplaneMode is settings.telephony.airplanemode"},
+    };
+    for (const auto& [operation, value, lines, answer] : cases) {
+        const Record record = BedtimeWithAirplaneMode(value, operation);
+        EXPECT_THAT(record.LogsOf("standby_datashare_helper"), ::testing::ElementsAreArray(lines)) << operation;
+        EXPECT_THAT(record.LogsOf("power_off_strategy"), Contains(answer)) << operation;
+        EXPECT_THAT(record.Calls("BluetoothHost"), Are({"BluetoothHost.DisableBt {} -> 0"})) << operation;
+    }
+}
+
+constexpr char kControl[] =
+    R"(CommonEventManager.PublishCommonEvent {"action":"COMMON_EVENT_DEVICE_IDLE_CTRL_NETWORK",)"
+    R"("want":{"ctrl_network_status":true},"permissions":[]} -> true)";
+constexpr char kRestore[] =
+    R"(CommonEventManager.PublishCommonEvent {"action":"COMMON_EVENT_DEVICE_IDLE_CTRL_NETWORK",)"
+    R"("want":{"restore_network_status":true},"permissions":[]} -> true)";
+
+/// A phone whose only named strategy is the one that tells of network control, at 22:00.
+Night Pushing() {
+    return Night().Strategies(R"(["PUSH"])").AdvanceTo("22:00");
+}
+
+Record::Texts Published(const Record& record) {
+    return record.Calls("CommonEventManager.Publish");
+}
+
+TEST(Push, TellsWhenTheNetworkIsControlledAndWhenItIsGivenBack) {
+    const Record record = Pushing()
+                              .Message(12, R"({"NET_IDLE_POLICY_STATUS": true})")
+                              .Message(12, R"({"NET_IDLE_POLICY_STATUS": false})")
+                              .Message(12, R"({"NET_IDLE_POLICY_STATUS": 1})")
+                              .Message(12)
+                              .MessageWithoutWant(12)
+                              .Message(11, R"({"NET_IDLE_POLICY_STATUS": true})")
+                              .Play();
+    EXPECT_THAT(Published(record), Are({kRestore, kControl, kRestore, kRestore, kRestore, kRestore}))
+        << "the first when it is created; none when it ends";
+    EXPECT_THAT(record.At("21:00").LogsOf("push_strategy"),
+                Are({"info PushStrategy is now OnCreated",
+                     "debug PublishCommonEvent for restore_network_status succeed"}));
+    EXPECT_THAT(record.At("22:00").LogsOf("push_strategy").back(), "info PushStrategy is now OnDestroy");
+}
+
+TEST(Push, FollowsThePolicyOfAnAutomaticPhone) {
+    const Record record = Pushing()
+                              .Automatic()
+                              .Broadcast("COMMON_EVENT_USER_SLEEP_STATE_CHANGED", R"({"isSleep": true})")
+                              .AdvanceTo("22:10")
+                              .Broadcast("COMMON_EVENT_USER_SLEEP_STATE_CHANGED")
+                              .PlayUntil("22:20");
+    EXPECT_THAT(Published(record.At("22:00")), Are({kControl}));
+    EXPECT_THAT(Published(record.At("22:10")), Are({kRestore}));
+}
+
+TEST(Push, KnowsTwoDumpWordsInTheSecondPlace) {
+    const Record record = Pushing()
+                              .Dump(R"(["x", "--ctrlnetwork"])")
+                              .Dump(R"(["", "--restorectrlnetwork", "x"])")
+                              .Dump(R"(["--ctrlnetwork"])")
+                              .Dump(R"(["x", "--ctrlnetworks"])")
+                              .Dump("[]")
+                              .Play();
+    EXPECT_THAT(Published(record.At("22:00")), Are({kControl, kRestore}));
+    EXPECT_THAT(record.Dumps(), ::testing::Each("\"userSleepState: 0\n\""))
+        << "which another strategy says; this one says nothing";
+}
+
+TEST(Push, ABroadcastThatFailsIsNotRepeated) {
+    const Record record = Pushing()
+                              .Fail("CommonEventManager.PublishCommonEvent")
+                              .Message(12, R"({"NET_IDLE_POLICY_STATUS": true})")
+                              .Message(12)
+                              .AdvanceTo("22:10")
+                              .Heal("CommonEventManager.PublishCommonEvent")
+                              .PlayUntil("23:00");
+    EXPECT_THAT(Published(record.At("22:")), Are({HasSubstr("-> false"), HasSubstr("-> false")}));
+    EXPECT_THAT(record.At("22:").LogsOf("push_strategy"),
+                Are({HasSubstr("eventId is 12"), "error PublishCommonEvent for ctrl_network_status failed",
+                     HasSubstr("eventId is 12"), "error PublishCommonEvent for restore_network_status failed"}));
+}
+
+}  // namespace
+}  // namespace TARN::Tests
