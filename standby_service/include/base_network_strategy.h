@@ -95,6 +95,7 @@ private:
     /// Sets or clears bits of the applications that match, and carries the change to the trust list.
     void ChangeFlags(const std::function<bool(uint32_t, const NetLimitedAppInfo&)>& matches, uint8_t flag, bool isSet);
     void AddTaskAndForegroundFlags();
+    void EmptyFirewallAllowList();
 };
 
 }  // namespace TARN::DevStandbyMgr

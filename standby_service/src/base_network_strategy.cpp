@@ -109,6 +109,9 @@ ErrCode BaseNetworkStrategy::EnableNetworkFirewallInner() {
         return status;
     }
     HandleDeviceIdlePolicy(true);
+    if (idlePolicyStatus_ != ERR_OK) {
+        EmptyFirewallAllowList();
+    }
     return idlePolicyStatus_;
 }
 
@@ -125,16 +128,21 @@ void BaseNetworkStrategy::HandleDeviceIdlePolicy(bool enableFirewall) {
         STANDBYSERVICE_LOGW("the device-idle policy was refused, err code is %{public}d", idlePolicyStatus_);
     }
     if (!enableFirewall) {
-        SetNetAllowApps(false);
+        EmptyFirewallAllowList();
     }
 }
 
-void BaseNetworkStrategy::UpdateFirewallAllowList() {
-    std::set<uint32_t> before;
+// Every application, not only those that are allowed now: the rule may have changed since they were put on.
+void BaseNetworkStrategy::EmptyFirewallAllowList() {
+    std::vector<uint32_t> uids;
     for (const auto& [uid, app] : netLimitedAppInfo_) {
-        before.insert(uid);
+        uids.push_back(uid);
     }
-    SetFirewallAllowedList({before.begin(), before.end()}, false);
+    SetFirewallAllowedList(uids, false);
+}
+
+void BaseNetworkStrategy::UpdateFirewallAllowList() {
+    EmptyFirewallAllowList();
     if (InitNetLimitedAppInfo() == ERR_OK) {
         SetNetAllowApps(true);
     }
