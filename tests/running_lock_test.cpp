@@ -1,0 +1,97 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "are.h"
+#include "night.h"
+
+namespace TARN::Tests {
+namespace {
+
+using ::testing::IsEmpty;
+
+/// "daemon" and "idle" are to be held back; "app" by nothing but having no bit. In phase 2 at 21:55, in MAINTENANCE
+/// from 22:35 to 22:40.
+Night LockNight() {
+    Night night;
+    night.Automatic().Strategies(R"(["RUNNING_LOCK"])");
+    night.Device("processes", R"([{"pid": 11, "uid": 1, "name": "daemon", "native": true, "system": true},
+        {"pid": 12, "uid": 2, "name": "free", "native": true, "system": true}, {"pid": 21, "uid": 3, "name": "app"},
+        {"pid": 22, "uid": 4, "name": "system", "system": true}])");
+    night.Device("restrict_set", R"({"2": ["daemon"], "1": ["free"], "64": ["free"]})");
+    return night.ScreenOff();
+}
+
+/// What the power manager was told: `21:55:00 proxy [[21,3]]`; empty lists, which change nothing, are left out.
+Record::Texts Locks(const Record& record) {
+    Record::Texts locks;
+    for (const std::string& call : record.Timed().Calls("PowerMgrClient.ProxyRunningLocks")) {
+        const size_t list = call.find(R"("processes":)") + 12;
+        const std::string processes = call.substr(list, call.rfind("} -> ") - list);
+        if (processes != "[]") {
+            locks.push_back(call.substr(0, call.find(' ')) +
+                            (call.find(R"("proxied":true)") != std::string::npos ? " proxy " : " restore ") +
+                            processes);
+        }
+    }
+    return locks;
+}
+
+TEST(RunningLocks, IdleAppsAndRestrictedNativesAreHeldBackFromTheSecondPhaseUntilSleepIsLeft) {
+    EXPECT_THAT(Locks(LockNight().AdvanceTo("23:00").ScreenOn().PlayUntil("23:30")),
+                Are({"21:55:00 proxy [[21,3]]", "21:55:00 proxy [[11,1]]", "22:35:00 restore [[21,3]]",
+                     "22:35:00 restore [[11,1]]", "22:40:00 proxy [[21,3]]", "22:40:00 proxy [[11,1]]",
+                     "23:00:00 restore [[21,3]]", "23:00:00 restore [[11,1]]"}));
+    EXPECT_THAT(Locks(LockNight().AdvanceTo("21:54:59").ScreenOn().PlayUntil("22:30")), IsEmpty());
+    EXPECT_THAT(Locks(LockNight().PlayUntil("22:00").At("22:00")),
+                Are({"22:00:00 restore [[21,3]]", "22:00:00 restore [[11,1]]"}))
+        << "the service that stops restores them";
+}
+
+TEST(RunningLocks, TheAllowListContinuousTasksAndTheForegroundExempt) {
+    const auto at2155 = [](const char* facts) { return Locks(LockNight().Set(facts).PlayUntil("21:56").At("21:55")); };
+    EXPECT_THAT(at2155(R"({"allow_list": {"2": ["app"]}})"), Are({"21:55:00 proxy [[11,1]]"}));
+    EXPECT_THAT(at2155(R"({"allow_list": {"1": ["app"]}})"),
+                Are({"21:55:00 proxy [[21,3]]", "21:55:00 proxy [[11,1]]"}))
+        << "that is the network's";
+    EXPECT_THAT(at2155(R"({"continuous_tasks": [{"type": 2, "uid": 3, "pid": 21}]})"),
+                Are({"21:55:00 proxy [[11,1]]"}));
+    EXPECT_THAT(at2155(R"({"restrict_set": {"2": ["system", "free"]},
+                           "processes": [{"pid": 12, "uid": 2, "name": "free", "native": true},
+                                         {"pid": 21, "uid": 3, "name": "app", "foreground": true},
+                                         {"pid": 22, "uid": 4, "name": "system", "system": true}]})"),
+                Are({"21:55:00 proxy [[22,4]]", "21:55:00 proxy [[12,2]]"}));
+}
+
+TEST(RunningLocks, ChangesTakeEffectWhileTheyAreInForce) {
+    Night night = LockNight().AdvanceTo("22:10").Set(R"({"allow_list": {"2": ["daemon", "app"]}})");
+    night.AdvanceTo("22:11").Set(R"({"continuous_tasks": [{"type": 2, "uid": 3, "pid": 21}]})");
+    night.AdvanceTo("22:12").Set(R"({"allow_list": {"2": []}})").AdvanceTo("22:13").Set(R"({"continuous_tasks": []})");
+    night.AdvanceTo("22:14").Set(R"({"continuous_tasks": [{"type": 2, "uid": 1, "pid": 11}]})");
+    EXPECT_THAT(Locks(night.PlayUntil("22:15").At("22:1")),
+                Are({"22:10:00 restore [[21,3]]", "22:10:00 restore [[1,11]]", "22:12:00 proxy [[1,11]]",
+                     "22:13:00 proxy [[21,3]]", "22:15:00 restore [[21,3]]", "22:15:00 restore [[11,1]]"}))
+        << "a native process is named uid first, and a task exempts applications only";
+}
+
+TEST(RunningLocks, WhatCannotBeFetchedIsNotHeldBack) {
+    const char* natives = "AbilityManagerHelper.GetRunningSystemProcess";
+    const Record record = LockNight().Fail(natives).PlayUntil("21:56");
+    EXPECT_THAT(Locks(record.At("21:55")), Are({"21:55:00 proxy [[21,3]]"}));
+    EXPECT_THAT(record.LogsOf("running_lock_strategy_ext"), Are({"error connect to app ability service failed"}));
+    for (const char* operation : {"AppMgrHelper.GetAllRunningProcesses", "StandbyServiceImpl.GetAllowList",
+                                  "StandbyServiceImpl.GetEligiableRestrictSet"}) {
+        Night night = LockNight().Fail(operation).AdvanceTo("22:00").Heal(operation);
+        EXPECT_THAT(Locks(night.PlayUntil("22:06")), Are({"22:05:00 proxy [[21,3]]", "22:05:00 proxy [[11,1]]",
+                                                          "22:06:00 restore [[21,3]]", "22:06:00 restore [[11,1]]"}))
+            << operation << ": tried again with the next phase";
+    }
+}
+
+TEST(RunningLocks, AScriptedHostDrivesNothing) {
+    Night night;
+    night.Strategies(R"(["RUNNING_LOCK"])").GoToDeepSleep().EnterPhase(4, 2).EnterPhase(4, 3).WakeUp();
+    EXPECT_THAT(night.Play().Calls("PowerMgrClient"), IsEmpty());
+}
+
+}  // namespace
+}  // namespace TARN::Tests
