@@ -53,6 +53,7 @@ private:
     void StartProxy();
     void StopProxy();
     ErrCode InitProxiedAppInfo();
+    void ExemptAllowedNatives();
     void UpdateExemptionList(const StandbyMessage& message);
     void ChangeFlag(int32_t uid, const std::string& name, uint8_t flag, bool isSet);
     void ChangeFlagOfUid(const StandbyMessage& message, uint8_t flag, bool isSet);

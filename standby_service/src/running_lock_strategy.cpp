@@ -24,6 +24,14 @@ const std::string& AppName(const RunningProcessInfo& process) {
     return process.bundleNames.empty() ? process.processName_ : process.bundleNames.front();
 }
 
+std::list<SystemProcessInfo> RunningNatives() {
+    std::list<SystemProcessInfo> natives;
+    if (!AbilityManagerHelper::GetInstance()->GetRunningSystemProcess(natives)) {
+        STANDBYSERVICE_LOGW("the native processes could not be fetched");
+    }
+    return natives;
+}
+
 }  // namespace
 
 std::string RunningLockStrategy::KeyOf(int32_t uid, const std::string& name) {
@@ -78,7 +86,24 @@ void RunningLockStrategy::StartProxy() {
     }
     InitNativeProcInfo();
     isProxied_ = true;
+    ExemptAllowedNatives();
     ProxyAppAndProcess(true);
+}
+
+void RunningLockStrategy::ExemptAllowedNatives() {
+    std::vector<AllowInfo> allowInfos;
+    if (StandbyServiceImpl::GetInstance()->GetAllowList(AllowType::RUNNING_LOCK, allowInfos, 0) != ERR_OK) {
+        return;
+    }
+    std::set<std::string> allowed;
+    for (const AllowInfo& info : allowInfos) {
+        allowed.insert(info.GetName());
+    }
+    for (const SystemProcessInfo& process : RunningNatives()) {
+        if (allowed.count(process.processName) != 0) {
+            AddExemptionFlag(process.uid, process.processName, ExemptionFlag::EXEMPTION);
+        }
+    }
 }
 
 void RunningLockStrategy::StopProxy() {
@@ -201,11 +226,7 @@ void RunningLockStrategy::UpdateExemptionList(const StandbyMessage& message) {
             uids.insert(info.uid);
         }
     }
-    std::list<SystemProcessInfo> natives;
-    if (!AbilityManagerHelper::GetInstance()->GetRunningSystemProcess(natives)) {
-        STANDBYSERVICE_LOGW("the native processes could not be fetched");
-    }
-    for (const SystemProcessInfo& process : natives) {
+    for (const SystemProcessInfo& process : RunningNatives()) {
         if (process.processName == name) {
             uids.insert(process.uid);
         }
