@@ -130,7 +130,7 @@ TEST(Network, WhileTheUserSleepsOnlyConfiguredExemptionsCountAndMaintenanceOpens
     Night night = Phone("12:00").AdvanceTo("12:50");
     FallAsleep(night).AdvanceTo("14:00");
     const Record record = WakeUser(night.ScreenOn()).PlayUntil("14:30");
-    for (const char* time : {"12:50", "13:05", "13:35", "13:40"}) {
+    for (const char* time : {"12:50:00", "13:05:00", "13:35:00", "13:35:05", "13:40:00"}) {
         EXPECT_EQ(Reach(record, time), "12 15 17 19") << time;
     }
     EXPECT_EQ(Reach(record, "14:00"), kAllOpen);
