@@ -141,6 +141,15 @@ TEST(Network, WhileTheUserSleepsOnlyConfiguredExemptionsCountAndMaintenanceOpens
                      "info secceed SetFirewallAllowedList"}));
 }
 
+TEST(Network, WhatBeginsWhileTheUserSleepsCountsOnlyIfItIsConfigured) {
+    Night night = Phone("12:00").AdvanceTo("12:50");
+    FallAsleep(night).AdvanceTo("12:52").Set(R"({"allow_list": {"1": ["listed", "both", "idle"]}})");
+    night.AdvanceTo("12:54").Set(R"({"continuous_tasks": [{"type": 2, "uid": 18, "pid": 8}]})");
+    const Record record = night.PlayUntil("13:00");
+    EXPECT_EQ(Reach(record, "12:52"), "11 12 15 17 19");
+    EXPECT_EQ(Reach(record, "12:54"), "11 12 15 17 19");
+}
+
 TEST(Network, AStateChangeLiftsTheFirewallOfUserSleepForFiveSeconds) {
     Night night = Phone("12:00").AdvanceTo("12:04");
     const Record record = FallAsleep(night).AdvanceTo("12:20").ScreenOn().PlayUntil("12:30");
@@ -148,6 +157,14 @@ TEST(Network, AStateChangeLiftsTheFirewallOfUserSleepForFiveSeconds) {
     EXPECT_EQ(Reach(record, "12:05:04"), kAllOpen);
     EXPECT_EQ(Reach(record, "12:05:05"), "12 15 17 19");
     EXPECT_EQ(Reach(record, "12:20:05"), "12 15 17 19") << "the user still sleeps";
+}
+
+TEST(Network, AFirewallOfUserSleepThatWasPutUpAgainFollowsWhatChanges) {
+    Night night = Phone("12:00").AdvanceTo("12:04");
+    FallAsleep(night).AdvanceTo("12:10").Set(R"({"allow_list": {"1": ["listed", "both", "idle"]}})");
+    const Record record = night.PlayUntil("12:20");
+    EXPECT_EQ(Reach(record, "12:05:05"), "12 15 17 19");
+    EXPECT_EQ(Reach(record, "12:10"), "11 12 15 17 19");
 }
 
 TEST(Network, AUserWhoWakesInTheDeepestPhaseGetsTheFirewallOfStandbyUntilSleepIsLeft) {

@@ -270,8 +270,7 @@ TEST(PowerOff, AConnectionThatTheRecordNamesKeepsTheBroadcastBack) {
     EXPECT_THAT(held.Calls("CommonEventManager.Publish"), IsEmpty());
     EXPECT_THAT(held.LogsOf("power_off_strategy"),
                 Contains("debug network connection is still existing, can not send network ctrl common event"));
-    EXPECT_THAT(saved(R"("{\"cellular_data_off\": 2}")").Calls("CommonEventManager.Publish"),
-                ::testing::SizeIs(1))
+    EXPECT_THAT(saved(R"("{\"cellular_data_off\": 2}")").Calls("CommonEventManager.Publish"), ::testing::SizeIs(1))
         << "2 is no connection";
 }
 
