@@ -38,10 +38,10 @@ BENCHMARK(MessageThatNobodyHandles);
 void IdleHourOfTheSleepLoop(benchmark::State& state) {
     BenchPhone bench("none");
     std::string dumped;
-    bench.Service().ShellDump({std::string(DUMP_SIMULATE_SENSOR), std::string(DUMP_STRATGY_DETAIL), "-ST", "--SetMode", "1"},
-                              dumped);
-    bench.Service().DispatchEvent(
-        StandbyMessage(StandbyMessageType::COMMON_EVENT, std::string(EventFwk::CommonEventSupport::COMMON_EVENT_SCREEN_OFF)));
+    bench.Service().ShellDump(
+        {std::string(DUMP_SIMULATE_SENSOR), std::string(DUMP_STRATGY_DETAIL), "-ST", "--SetMode", "1"}, dumped);
+    bench.Service().DispatchEvent(StandbyMessage(StandbyMessageType::COMMON_EVENT,
+                                                 std::string(EventFwk::CommonEventSupport::COMMON_EVENT_SCREEN_OFF)));
     Simulated::VirtualTime& clock = bench.Phone().Clock();
     const uint64_t before = Allocations();
     for (auto _ : state) {
@@ -84,7 +84,12 @@ void FreezeAndThaw(benchmark::State& state) {
     }
     state.SetComplexityN(state.range(0));
 }
-BENCHMARK(FreezeAndThaw)->Arg(1000)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMillisecond)->Complexity(benchmark::oN);
+BENCHMARK(FreezeAndThaw)
+    ->Arg(1000)
+    ->Arg(10'000)
+    ->Arg(100'000)
+    ->Unit(benchmark::kMillisecond)
+    ->Complexity(benchmark::oN);
 
 /// Killing every one of N applications at once, as in device mode 603.
 void CleanApplications(benchmark::State& state) {
@@ -103,7 +108,12 @@ void CleanApplications(benchmark::State& state) {
     }
     state.SetComplexityN(state.range(0));
 }
-BENCHMARK(CleanApplications)->Arg(1000)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMillisecond)->Complexity(benchmark::oN);
+BENCHMARK(CleanApplications)
+    ->Arg(1000)
+    ->Arg(10'000)
+    ->Arg(100'000)
+    ->Unit(benchmark::kMillisecond)
+    ->Complexity(benchmark::oN);
 
 }  // namespace
 

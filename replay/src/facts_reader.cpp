@@ -147,8 +147,7 @@ std::optional<float> ReadReading(const Json& value, const std::string& where) {
 }
 
 int32_t ReadSlots(const Json& value, const std::string& where) {
-    return static_cast<int32_t>(
-        ReadInteger(value, where, std::numeric_limits<int32_t>::min(), kMostSimSlots));
+    return static_cast<int32_t>(ReadInteger(value, where, std::numeric_limits<int32_t>::min(), kMostSimSlots));
 }
 
 void ReadRadios(JsonFields& fields, FactsChange& change) {
@@ -199,7 +198,9 @@ SetStep ReadFacts(const Json& object, const std::string& name, bool isAutomatic)
     const auto fact = [&fields](const std::string& key, auto& target, const auto& read) {
         fields.Optional(key, [&](const Json& value, const std::string& where) { target = read(value, where); });
     };
-    const auto readInts = [](const Json& value, const std::string& where) { return ReadArray(value, where, ReadInt32); };
+    const auto readInts = [](const Json& value, const std::string& where) {
+        return ReadArray(value, where, ReadInt32);
+    };
     fact("parameters", phone.parameters, [](const Json& value, const std::string& where) {
         return ReadMembers<std::string>(value, where, ReadString);
     });

@@ -124,7 +124,8 @@ Step ReadStep(const Json& object, bool isAutomatic) {
     kind("file", ReadFile);
     fields.Finish();
     if (count != 1) {
-        Refuse("", std::to_string(count) + " kinds of step", "exactly one of set, message, broadcast, dump, restart, file");
+        Refuse("", std::to_string(count) + " kinds of step",
+               "exactly one of set, message, broadcast, dump, restart, file");
     }
     return step;
 }

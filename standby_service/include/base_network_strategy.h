@@ -22,8 +22,9 @@ struct NetLimitedAppInfo {
 /// ExemptionFlag) from the allow list, the continuous tasks and the foreground, and the trust list from them.
 ///
 /// In automatic mode it follows changes of those, and leaving SLEEP disables the firewall; only MAINTENANCE leaves
-/// it to derived classes. In scripted mode it acts only when told. What it knows of applications and whether the firewall is on is one for all network
-/// strategies, which therefore stay on one thread. The state and phase fields are for derived classes to keep.
+/// it to derived classes. In scripted mode it acts only when told. What it knows of applications and whether the
+/// firewall is on is one for all network strategies, which therefore stay on one thread. The state and phase fields are
+/// for derived classes to keep.
 class BaseNetworkStrategy : public IBaseStrategy {
 public:
     void HandleEvent(const StandbyMessage& message) override;
@@ -82,8 +83,8 @@ protected:
     ErrCode EnableNetworkFirewallInner();
     void DisableNetworkFirewallInner();
 
-    int32_t idlePolicyStatus_ = 0;        ///< what the policy service answered last
-    int32_t exemptedTaskType_ = 278;      ///< continuous tasks that exempt, bit 1 << type: 1, 2, 4, 8
+    int32_t idlePolicyStatus_ = 0;    ///< what the policy service answered last
+    int32_t exemptedTaskType_ = 278;  ///< continuous tasks that exempt, bit 1 << type: 1, 2, 4, 8
     int32_t condition_ = 0;
     int32_t curState_ = 0;
     int32_t curPhase_ = 0;
@@ -92,6 +93,8 @@ protected:
     static std::unordered_map<uint32_t, NetLimitedAppInfo> netLimitedAppInfo_;  ///< by uid
 
 private:
+    static bool isUseExempting_;  ///< continuous tasks and the foreground count, not only the configuration
+
     /// Sets or clears bits of the applications that match, and carries the change to the trust list.
     void ChangeFlags(const std::function<bool(uint32_t, const NetLimitedAppInfo&)>& matches, uint8_t flag, bool isSet);
     void AddTaskAndForegroundFlags();

@@ -17,15 +17,15 @@ enum class HostMode : uint8_t { AUTOMATIC, SCRIPTED };
 
 /// The numbers of the host's own policy in automatic mode. Keys of the object "policy" in the configuration.
 struct StandbyPolicy {
-    int64_t napAfterSeconds = 300;    ///< "nap_after_s": DARK to NAP, and to the next try
+    int64_t napAfterSeconds = 300;     ///< "nap_after_s": DARK to NAP, and to the next try
     int64_t sleepAfterSeconds = 1800;  ///< "sleep_after_s": NAP to SLEEP, and to the next try
-    int64_t phaseEverySeconds = 600;  ///< "phase_every_s": one phase of SLEEP to the next
+    int64_t phaseEverySeconds = 600;   ///< "phase_every_s": one phase of SLEEP to the next
     int64_t maintenanceSeconds = 300;  ///< "maintenance_s": length of a MAINTENANCE
     /// "maintenance_after_s": SLEEP before each MAINTENANCE; the last value goes on
     std::vector<int64_t> maintenanceAfterSeconds = {3600, 7200, 14'400};
     int64_t halfHourSeconds = 1800;  ///< "half_hour_s": screen off until it is reported
-    int32_t nightStartHour = 22;  ///< "night_start_hour": local hour at which condition 2 begins
-    int32_t nightEndHour = 7;  ///< "night_end_hour": local hour at which condition 1 begins
+    int32_t nightStartHour = 22;     ///< "night_start_hour": local hour at which condition 2 begins
+    int32_t nightEndHour = 7;        ///< "night_end_hour": local hour at which condition 1 begins
 };
 
 /// One entry of a resource-control configuration: names that are allowed, or not.
@@ -48,7 +48,8 @@ struct StandbyConfig {
     StandbyPolicy policy;
 
     /// Replaces each key that `object` names. `name` is the object's own, empty for none, in the
-    /// message of the InputError that an unknown key or a wrong type throws. The key "policy" is known only if `withPolicy`.
+    /// message of the InputError that an unknown key or a wrong type throws. The key "policy" is known only if
+    /// `withPolicy`.
     void Merge(const nlohmann::json& object, const std::string& name, bool withPolicy);
 };
 

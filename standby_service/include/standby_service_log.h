@@ -16,13 +16,13 @@
 #define STANDBYSERVICE_LOGI_FROM(file, ...) STANDBYSERVICE_LOG(file, ::TARN::LogLevel::INFO, __VA_ARGS__)
 #define STANDBYSERVICE_LOGE_FROM(file, ...) STANDBYSERVICE_LOG(file, ::TARN::LogLevel::ERROR, __VA_ARGS__)
 
-#define STANDBYSERVICE_LOG(file, level, ...)                                                                        \
-    do {                                                                                                            \
-        if (::TARN::Log::IsLoggable(level)) {                                                                       \
-            ::TARN::Log::Print({level, ::TARN::DevStandbyMgr::kLogDomain, ::TARN::DevStandbyMgr::kLogTag, file,     \
-                                static_cast<const char*>(__func__), __LINE__},                                      \
-                               __VA_ARGS__);                                                                        \
-        }                                                                                                           \
+#define STANDBYSERVICE_LOG(file, level, ...)                                                                    \
+    do {                                                                                                        \
+        if (::TARN::Log::IsLoggable(level)) {                                                                   \
+            ::TARN::Log::Print({level, ::TARN::DevStandbyMgr::kLogDomain, ::TARN::DevStandbyMgr::kLogTag, file, \
+                                static_cast<const char*>(__func__), __LINE__},                                  \
+                               __VA_ARGS__);                                                                    \
+        }                                                                                                       \
     } while (false)
 
 namespace TARN::DevStandbyMgr {

@@ -10,9 +10,9 @@ namespace TARN::DevStandbyMgr {
 ///
 /// In automatic mode the screen going off leads to DARK and from there, step by step, deeper; the lengths
 /// of the steps are those of StandbyPolicy, the conditions those of the constraint manager. Screen on and a
-/// plugged charger lead to WORKING at once. A service that starts with the screen off starts towards DARK. SLEEP is interrupted by MAINTENANCE and resumes in the phase it
-/// had reached. Each change dispatches one STATE_TRANSIT, each phase one PHASE_TRANSIT.
-/// In scripted mode it stays where it is.
+/// plugged charger lead to WORKING at once. A service that starts with the screen off starts towards DARK. SLEEP is
+/// interrupted by MAINTENANCE and resumes in the phase it had reached. Each change dispatches one STATE_TRANSIT, each
+/// phase one PHASE_TRANSIT. In scripted mode it stays where it is.
 class StateManagerAdapter : public IStateManagerAdapter {
 public:
     bool Init() override;
@@ -49,9 +49,9 @@ private:
     bool isScreenOn_ = true;
     bool scrOffHalfHourCtrl_ = false;
     int64_t screenOffTimeStamp_ = 0;
-    int64_t sleepStartMs_ = 0;      ///< when SLEEP was last entered, also after MAINTENANCE
-    int64_t phaseStartMs_ = 0;      ///< when the current phase began, moved on by MAINTENANCE
-    size_t maintenanceCount_ = 0;   ///< interruptions of this stretch of SLEEP so far
+    int64_t sleepStartMs_ = 0;     ///< when SLEEP was last entered, also after MAINTENANCE
+    int64_t phaseStartMs_ = 0;     ///< when the current phase began, moved on by MAINTENANCE
+    size_t maintenanceCount_ = 0;  ///< interruptions of this stretch of SLEEP so far
 };
 
 }  // namespace TARN::DevStandbyMgr

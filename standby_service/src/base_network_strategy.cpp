@@ -37,12 +37,15 @@ const std::string& AppName(const RunningProcessInfo& process) {
 bool BaseNetworkStrategy::isFirewallEnabled_ = false;
 std::unordered_map<uint32_t, NetLimitedAppInfo> BaseNetworkStrategy::netLimitedAppInfo_;
 
+bool BaseNetworkStrategy::isUseExempting_ = false;
+
 void BaseNetworkStrategy::SetFirewallStatus(bool isEnabled) {
     isFirewallEnabled_ = isEnabled;
 }
 
 void BaseNetworkStrategy::ForgetShared() {
     isFirewallEnabled_ = false;
+    isUseExempting_ = false;
     netLimitedAppInfo_.clear();
 }
 
@@ -109,9 +112,6 @@ ErrCode BaseNetworkStrategy::EnableNetworkFirewallInner() {
         return status;
     }
     HandleDeviceIdlePolicy(true);
-    if (idlePolicyStatus_ != ERR_OK) {
-        EmptyFirewallAllowList();
-    }
     return idlePolicyStatus_;
 }
 
@@ -127,8 +127,10 @@ void BaseNetworkStrategy::HandleDeviceIdlePolicy(bool enableFirewall) {
     if (idlePolicyStatus_ != ERR_OK) {
         STANDBYSERVICE_LOGW("the device-idle policy was refused, err code is %{public}d", idlePolicyStatus_);
     }
-    if (!enableFirewall) {
+    if (!enableFirewall || idlePolicyStatus_ != ERR_OK) {
         EmptyFirewallAllowList();
+    } else {
+        isFirewallEnabled_ = true;
     }
 }
 
@@ -182,6 +184,7 @@ ErrCode BaseNetworkStrategy::InitNetLimitedAppInfo() {
         return ERR_RUNNING_PROCESSES_UNAVAILABLE;
     }
     AddTaskAndForegroundFlags();
+    isUseExempting_ = true;
     return ERR_OK;
 }
 
@@ -192,6 +195,7 @@ ErrCode BaseNetworkStrategy::GetAllRunningAppInfo() {
         return ERR_RUNNING_PROCESSES_UNAVAILABLE;
     }
     netLimitedAppInfo_.clear();
+    isUseExempting_ = false;
     for (const RunningProcessInfo& process : processes) {
         const auto [entry, isNew] = netLimitedAppInfo_.try_emplace(static_cast<uint32_t>(process.uid_));
         if (!isNew) {
@@ -264,13 +268,16 @@ void BaseNetworkStrategy::UpdateExemptionList(const StandbyMessage& message) {
 void BaseNetworkStrategy::UpdateBgTaskAppStatus(const StandbyMessage& message) {
     const AAFwk::Want& want = message.Params();
     const auto changed = static_cast<uint32_t>(want.GetIntParam("uid", -1));
-    if (IsExempting(static_cast<uint32_t>(want.GetIntParam("typeId", -1)), exemptedTaskType_)) {
+    if (isUseExempting_ && IsExempting(static_cast<uint32_t>(want.GetIntParam("typeId", -1)), exemptedTaskType_)) {
         ChangeFlags([changed](uint32_t uid, const NetLimitedAppInfo& /*app*/) { return uid == changed; },
                     ExemptionFlag::CONTINUOUS_TASK, want.GetBoolParam("started", false));
     }
 }
 
 void BaseNetworkStrategy::HandleProcessStatusChanged(const StandbyMessage& message) {
+    if (!isUseExempting_) {
+        return;
+    }
     const AAFwk::Want& want = message.Params();
     const auto changed = static_cast<uint32_t>(want.GetIntParam("uid", -1));
     const bool isForeground = want.GetBoolParam("isForeground", false);

@@ -82,8 +82,8 @@ int64_t ReadInteger(const nlohmann::json& value, const std::string& where, int64
 }
 
 int32_t ReadInt32(const nlohmann::json& value, const std::string& where) {
-    return static_cast<int32_t>(ReadInteger(value, where, std::numeric_limits<int32_t>::min(),
-                                            std::numeric_limits<int32_t>::max()));
+    return static_cast<int32_t>(
+        ReadInteger(value, where, std::numeric_limits<int32_t>::min(), std::numeric_limits<int32_t>::max()));
 }
 
 double ReadNumber(const nlohmann::json& value, const std::string& where) {

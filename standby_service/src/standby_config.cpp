@@ -87,8 +87,8 @@ void MergePolicy(StandbyPolicy& policy, const Json& object, const std::string& p
         ExpectArray(value, where);
         std::vector<int64_t> stretches;
         for (const Json& element : value) {
-            stretches.push_back(ReadInteger(element, where + "[" + std::to_string(stretches.size()) + "]", 1,
-                                            kMostSeconds));
+            stretches.push_back(
+                ReadInteger(element, where + "[" + std::to_string(stretches.size()) + "]", 1, kMostSeconds));
         }
         if (stretches.empty()) {
             Refuse(where, "[]", "at least one length");
@@ -120,9 +120,8 @@ void StandbyConfig::Merge(const Json& object, const std::string& name, bool with
         resCtrl = ReadMap<decltype(resCtrl)>(value, where, ReadResCtrl);
     });
     if (withPolicy) {
-        fields.Optional("policy", [this](const Json& value, const std::string& where) {
-            MergePolicy(policy, value, where);
-        });
+        fields.Optional("policy",
+                        [this](const Json& value, const std::string& where) { MergePolicy(policy, value, where); });
     }
     fields.Finish();
 }

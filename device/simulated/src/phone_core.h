@@ -30,7 +30,8 @@ public:
     }
 
     /// Shows an operation that answers a status, made to fail or not. Returns the status.
-    int32_t Call(std::string_view operation, const nlohmann::ordered_json& arguments = nlohmann::ordered_json::object()) {
+    int32_t Call(std::string_view operation,
+                 const nlohmann::ordered_json& arguments = nlohmann::ordered_json::object()) {
         const int32_t code = Fault(operation);
         observer.OnCall(operation, arguments, code);
         return code;

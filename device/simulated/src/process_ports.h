@@ -55,8 +55,7 @@ public:
     void DropObserver() { observer_ = nullptr; }
 
 protected:
-    int32_t ContinuousTasks(
-        std::vector<std::shared_ptr<BackgroundTaskMgr::ContinuousTaskCallbackInfo>>& list) override;
+    int32_t ContinuousTasks(std::vector<std::shared_ptr<BackgroundTaskMgr::ContinuousTaskCallbackInfo>>& list) override;
     void Observe(ContinuousTaskObserver observer) override { observer_ = std::move(observer); }
 
 private:

@@ -138,7 +138,8 @@ private:
 class Freezer : public SuspendManager::SuspendManagerClient {
 public:
     explicit Freezer(PhoneCore& core) : core_(core) {}
-    std::vector<int32_t> OperateNativeProcesses(const std::vector<SuspendManager::NativeProcessInfo>& processes) override;
+    std::vector<int32_t> OperateNativeProcesses(
+        const std::vector<SuspendManager::NativeProcessInfo>& processes) override;
 
 private:
     PhoneCore& core_;

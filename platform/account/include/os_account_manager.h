@@ -14,7 +14,9 @@ public:
     virtual ~OsAccountManager() = default;
 
     /// Fills `ids` with the active accounts, first one first. Returns 0 on success.
-    static int32_t QueryActiveOsAccountIds(std::vector<int>& ids) { return Device::Current().Accounts().QueryActive(ids); }
+    static int32_t QueryActiveOsAccountIds(std::vector<int>& ids) {
+        return Device::Current().Accounts().QueryActive(ids);
+    }
 
 protected:
     virtual int32_t QueryActive(std::vector<int>& ids) = 0;

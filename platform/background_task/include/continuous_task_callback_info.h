@@ -1,8 +1,8 @@
 #ifndef PLATFORM_CONTINUOUS_TASK_CALLBACK_INFO_H
 #define PLATFORM_CONTINUOUS_TASK_CALLBACK_INFO_H
 
-#include <cstdint>
 #include <sys/types.h>
+#include <cstdint>
 
 namespace TARN::BackgroundTaskMgr {
 

@@ -42,8 +42,7 @@ public:
 };
 
 inline std::shared_ptr<DataShareHelper> DataShareHelper::Creator(const std::shared_ptr<IRemoteObject>& remote,
-                                                                 const std::string& uri,
-                                                                 const std::string& extUri) {
+                                                                 const std::string& uri, const std::string& extUri) {
     return Device::Current().Settings().Connect(remote, uri, extUri);
 }
 

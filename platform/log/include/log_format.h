@@ -18,8 +18,8 @@ namespace TARN {
 class LogArgument {
 public:
     template <class T>
-        requires std::is_integral_v<T>
-    LogArgument(T value) : integer_(static_cast<uint64_t>(static_cast<int64_t>(value))) {}
+    requires std::is_integral_v<T> LogArgument(T value)
+        : integer_(static_cast<uint64_t>(static_cast<int64_t>(value))) {}
     LogArgument(double value) : real_(value) {}
     LogArgument(const char* value) : text_(value) {}
 
@@ -54,13 +54,12 @@ constexpr Conversion NextConversion(std::string_view& rest, std::string_view& pl
         return Conversion::BAD;
     }
     rest.remove_prefix(kMark.size());
-    constexpr std::array<std::pair<std::string_view, Conversion>, 6> kConversions = {
-        {{"d", Conversion::INT},
-         {"u", Conversion::UNSIGNED},
-         {"ld", Conversion::LONG},
-         {"lu", Conversion::UNSIGNED_LONG},
-         {"f", Conversion::REAL},
-         {"s", Conversion::TEXT}}};
+    constexpr std::array<std::pair<std::string_view, Conversion>, 6> kConversions = {{{"d", Conversion::INT},
+                                                                                      {"u", Conversion::UNSIGNED},
+                                                                                      {"ld", Conversion::LONG},
+                                                                                      {"lu", Conversion::UNSIGNED_LONG},
+                                                                                      {"f", Conversion::REAL},
+                                                                                      {"s", Conversion::TEXT}}};
     for (const auto& [letters, conversion] : kConversions) {
         if (rest.starts_with(letters)) {
             rest.remove_prefix(letters.size());

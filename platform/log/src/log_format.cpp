@@ -50,8 +50,7 @@ void Log::Write(const LogSite& site, std::string_view format, std::span<const Lo
         Append(text, conversion, argument);
     }
     text += format;
-    Device::Current().Log().Write(
-        {site.level, site.domain, site.tag, site.file, site.function, site.line, text});
+    Device::Current().Log().Write({site.level, site.domain, site.tag, site.file, site.function, site.line, text});
 }
 
 }  // namespace TARN

@@ -227,7 +227,8 @@ void FreezeStrategy::SendFreezeInfo(bool isFreeze) {
     for (NativeProcessInfo& info : freezedNativeProcess_) {
         info.SetFreeze(isFreeze);
     }
-    const std::vector<int32_t> results = SuspendManagerClient::GetInstance().OperateNativeProcesses(freezedNativeProcess_);
+    const std::vector<int32_t> results =
+        SuspendManagerClient::GetInstance().OperateNativeProcesses(freezedNativeProcess_);
     const auto succeeded = static_cast<int32_t>(std::count(results.begin(), results.end(), ERR_OK));
     STANDBYSERVICE_LOGI("%{public}s, list size is %{public}lu, %{public}s successd list is %{public}d", label,
                         freezedNativeProcess_.size(), label, succeeded);

@@ -144,8 +144,8 @@ void PowerOffStrategy::EcmPowerOff() {
         return;
     }
     // A new timer each time: the old one is stopped at screen-on, never destroyed.
-    ecmTimerId_ = TimedTask::CreateTimer(false, 0, false, false,
-                                         [strategy = shared_from_this()] { strategy->OnEcmTimer(); });
+    ecmTimerId_ =
+        TimedTask::CreateTimer(false, 0, false, false, [strategy = shared_from_this()] { strategy->OnEcmTimer(); });
     const int64_t triggerMs = TimeServiceClient::GetInstance()->GetWallTimeMs() + kEcmDelayMs;
     if (ecmTimerId_ == 0 ||
         !TimeServiceClient::GetInstance()->StartTimer(ecmTimerId_, static_cast<uint64_t>(triggerMs))) {
@@ -371,10 +371,11 @@ bool PowerOffStrategy::LoadPowerOffRecord() {
         STANDBYSERVICE_LOGE("load power off record failed");
         return false;
     }
-    const std::array<std::pair<const char*, Relaxed<int32_t>*>, 4> members = {{{"wifi_off", &wifiStatus_},
-                                                                               {"modem_off", &modemStatus_},
-                                                                               {"cellular_data_off", &cellularDataStatus_},
-                                                                               {"bluetooth_off", &bluetoothStatus_}}};
+    const std::array<std::pair<const char*, Relaxed<int32_t>*>, 4> members = {
+        {{"wifi_off", &wifiStatus_},
+         {"modem_off", &modemStatus_},
+         {"cellular_data_off", &cellularDataStatus_},
+         {"bluetooth_off", &bluetoothStatus_}}};
     if (!record.is_object()) {
         return true;
     }

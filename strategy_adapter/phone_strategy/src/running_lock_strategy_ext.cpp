@@ -25,8 +25,8 @@ ErrCode RunningLockStrategyExt::UpdateNativeProcesses() {
     STANDBYSERVICE_LOGI("running native processes size is %{public}lu", processes.size());
     for (const SystemProcessInfo& process : processes) {
         // overwrites what was known, flag bits included; entries of processes that ended stay
-        proxiedNativeProcessMap_[KeyOf(process.uid, process.processName)] = {
-            process.processName, process.uid, process.pid, ExemptionFlag::UNRESTRICTED};
+        proxiedNativeProcessMap_[KeyOf(process.uid, process.processName)] = {process.processName, process.uid,
+                                                                             process.pid, ExemptionFlag::UNRESTRICTED};
     }
     return ERR_OK;
 }

@@ -77,7 +77,8 @@ void SleepDataCollecter::InitSensorUserMap() {
             STANDBYSERVICE_LOGE("get all sensors failed, sensors are not available");
             continue;
         }
-        if (std::any_of(sensors, sensors + count, [type](const SensorInfo& info) { return info.sensorTypeId == type; })) {
+        if (std::any_of(sensors, sensors + count,
+                        [type](const SensorInfo& info) { return info.sensorTypeId == type; })) {
             sensorUserMap_[type] = SensorUser{};
         }
     }

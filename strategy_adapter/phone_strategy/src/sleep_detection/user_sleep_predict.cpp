@@ -13,12 +13,12 @@ namespace {
 constexpr int32_t kAsleep = 1;
 constexpr int32_t kAwake = 0;
 
-constexpr uint64_t kAlarmNearMs = 900'000;        // 15 minutes either side of the next alarm
-constexpr uint64_t kAfterAlarmMs = 3'600'000;     // the hour after the remembered alarm
-constexpr uint64_t kLatestAlarmMs = 32'400'000;   // an alarm within 9 hours wakes
-constexpr int32_t kLatestAlarmSecond = 32'400;    // and before 09:00
-constexpr int32_t kTabletWakeupSecond = 29'700;   // 08:15
-constexpr int32_t kPhoneWakeupSecond = 22'500;    // 06:15
+constexpr uint64_t kAlarmNearMs = 900'000;       // 15 minutes either side of the next alarm
+constexpr uint64_t kAfterAlarmMs = 3'600'000;    // the hour after the remembered alarm
+constexpr uint64_t kLatestAlarmMs = 32'400'000;  // an alarm within 9 hours wakes
+constexpr int32_t kLatestAlarmSecond = 32'400;   // and before 09:00
+constexpr int32_t kTabletWakeupSecond = 29'700;  // 08:15
+constexpr int32_t kPhoneWakeupSecond = 22'500;   // 06:15
 constexpr int32_t kTabletMode = 1;
 
 constexpr float kSixOClock = 6.0F;
