@@ -50,11 +50,12 @@ struct Word {
     T meaning;
 };
 
-constexpr std::array kFormats = {Word{"text", Format::TEXT}, Word{"jsonl", Format::JSONL}};
-constexpr std::array kColors = {Word{"auto", ColorChoice::AUTO}, Word{"always", ColorChoice::ALWAYS},
-                                Word{"never", ColorChoice::NEVER}};
-constexpr std::array kLevels = {Word{"debug", LogLevel::DEBUG}, Word{"info", LogLevel::INFO},
-                                Word{"warn", LogLevel::WARN}, Word{"error", LogLevel::ERROR}};
+constexpr std::array kFormats = {Word<Format>{"text", Format::TEXT}, Word<Format>{"jsonl", Format::JSONL}};
+constexpr std::array kColors = {Word<ColorChoice>{"auto", ColorChoice::AUTO},
+                                Word<ColorChoice>{"always", ColorChoice::ALWAYS},
+                                Word<ColorChoice>{"never", ColorChoice::NEVER}};
+constexpr std::array kLevels = {Word<LogLevel>{"debug", LogLevel::DEBUG}, Word<LogLevel>{"info", LogLevel::INFO},
+                                Word<LogLevel>{"warn", LogLevel::WARN}, Word<LogLevel>{"error", LogLevel::ERROR}};
 
 /// An option that takes one of `words`.
 template <class Words, class Target>

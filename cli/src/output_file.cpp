@@ -12,7 +12,7 @@
 namespace TARN::Cli {
 
 namespace {
-constexpr size_t kPieceBytes = 256 * 1024;
+constexpr size_t kPieceBytes = size_t{256} * 1024;
 }
 
 void KeepStandardStreams() {

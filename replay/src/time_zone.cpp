@@ -59,7 +59,7 @@ bool ShowsSame(const std::tm& a, const std::tm& b) {
 /// The first epoch second at which the local clock shows `local`; nothing when it never does. The zone's offsets
 /// of the day before and the day after are all that can hold then.
 std::optional<std::time_t> EpochOf(const std::tm& local) {
-    constexpr std::time_t kDay = 24 * 3600;
+    constexpr std::time_t kDay = 86'400;
     std::tm fields = local;
     const std::time_t asUtc = timegm(&fields);
     std::optional<std::time_t> first;

@@ -15,7 +15,7 @@ constexpr std::string_view kReset = "\033[0m";
 constexpr std::string_view kBold = "\033[1m";
 constexpr std::string_view kDim = "\033[2m";
 constexpr std::string_view kRed = "\033[31m";
-constexpr std::string_view kHand = "";             // what the person and the world do
+constexpr std::string_view kHand;                  // what the person and the world do
 constexpr std::string_view kHost = "\033[34m";     // what the host decides
 constexpr std::string_view kSleep = "\033[1;32m";  // the user's sleep
 constexpr std::string_view kProcess = "\033[36m";

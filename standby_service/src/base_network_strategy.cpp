@@ -137,6 +137,7 @@ void BaseNetworkStrategy::HandleDeviceIdlePolicy(bool enableFirewall) {
 // Every application, not only those that are allowed now: the rule may have changed since they were put on.
 void BaseNetworkStrategy::EmptyFirewallAllowList() {
     std::vector<uint32_t> uids;
+    uids.reserve(netLimitedAppInfo_.size());
     for (const auto& [uid, app] : netLimitedAppInfo_) {
         uids.push_back(uid);
     }
