@@ -28,7 +28,7 @@ std::string NetworkStory::WhoGetsThrough() const {
     if (trusted_.empty()) {
         return "on: no app reaches the network";
     }
-    const std::string text = "on: only " + Count(static_cast<int64_t>(trusted_.size()), "app") +
+    std::string text = "on: only " + Count(static_cast<int64_t>(trusted_.size()), "app") +
                              (trusted_.size() == 1 ? " reaches" : " reach") + " the network";
     if (trusted_.size() > kFewNames) {
         return text;
