@@ -2,6 +2,7 @@
 #define STANDBY_SERVICE_APP_MGR_HELPER_H
 
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "app_state_data.h"
@@ -16,6 +17,11 @@ public:
 
     /// Replaces `allAppProcessInfos` with the running application processes. False when they cannot be fetched.
     [[nodiscard]] bool GetAllRunningProcesses(std::vector<AppExecFwk::RunningProcessInfo>& allAppProcessInfos);
+
+    /// The name by which allow lists and restrict sets know an application: its first bundle's, else the process's.
+    [[nodiscard]] static const std::string& NameOf(const AppExecFwk::RunningProcessInfo& process) {
+        return process.bundleNames.empty() ? process.processName_ : process.bundleNames.front();
+    }
 
     /// Replaces `fgApps` with the applications in the foreground. False when they cannot be fetched.
     [[nodiscard]] bool GetForegroundApplications(std::vector<AppExecFwk::AppStateData>& fgApps);

@@ -28,10 +28,6 @@ bool IsExempting(uint32_t taskType, int32_t mask) {
     return taskType < kTaskTypes && ((static_cast<uint32_t>(mask) >> taskType) & 1U) != 0;
 }
 
-const std::string& AppName(const RunningProcessInfo& process) {
-    return process.bundleNames.empty() ? process.processName_ : process.bundleNames.front();
-}
-
 }  // namespace
 
 bool BaseNetworkStrategy::isFirewallEnabled_ = false;
@@ -204,7 +200,7 @@ ErrCode BaseNetworkStrategy::GetAllRunningAppInfo() {
         }
         bool isSystemApp = false;
         const bool isKnown = BundleManagerHelper::GetInstance()->CheckIsSystemAppByUid(process.uid_, isSystemApp);
-        entry->second.name = AppName(process);
+        entry->second.name = AppMgrHelper::NameOf(process);
         entry->second.exemptionFlags = isKnown && isSystemApp ? ExemptionFlag::UNRESTRICTED : uint8_t{0};
     }
     return ERR_OK;

@@ -20,10 +20,6 @@ namespace {
 
 using AppExecFwk::RunningProcessInfo;
 
-const std::string& AppName(const RunningProcessInfo& process) {
-    return process.bundleNames.empty() ? process.processName_ : process.bundleNames.front();
-}
-
 std::list<SystemProcessInfo> RunningNatives() {
     std::list<SystemProcessInfo> natives;
     if (!AbilityManagerHelper::GetInstance()->GetRunningSystemProcess(natives)) {
@@ -148,7 +144,7 @@ ErrCode RunningLockStrategy::InitProxiedAppInfo() {
     }
     proxiedAppInfo_.clear();
     for (const RunningProcessInfo& process : processes) {
-        const std::string& name = AppName(process);
+        const std::string& name = AppMgrHelper::NameOf(process);
         bool isSystemApp = false;
         const bool isKnown = BundleManagerHelper::GetInstance()->CheckIsSystemAppByUid(process.uid_, isSystemApp);
         uint8_t flag = 0;

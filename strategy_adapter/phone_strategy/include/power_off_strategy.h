@@ -70,7 +70,7 @@ private:
     void DisableModemInner();
     void StopPowerOffStatusInner();
     void SendNetworkCtrlCommonEvent() const;
-    static void DumpShowDetailInfo(std::string& result, int32_t bluetoothStatus);
+    void DumpShowDetailInfo(std::string& result) const;
     void DumpPowerOffStratgy();
 
     Relaxed<bool> isScreenOn_ = false;

@@ -391,17 +391,17 @@ bool PowerOffStrategy::LoadPowerOffRecord() {
 void PowerOffStrategy::ShellDump(const std::vector<std::string>& args, std::string& result) {
     if (IsDumpWord(args, DUMP_FIRST_PARAM, DUMP_DETAIL_INFO) &&
         IsDumpWord(args, DUMP_SECOND_PARAM, DUMP_STRATGY_DETAIL)) {
-        DumpShowDetailInfo(result, bluetoothStatus_);
+        DumpShowDetailInfo(result);
     } else if (IsDumpWord(args, DUMP_SECOND_PARAM, DUMP_POWEROFF_STRATEGY)) {
         DumpPowerOffStratgy();
     }
 }
 
-void PowerOffStrategy::DumpShowDetailInfo(std::string& result, int32_t bluetoothStatus) {
+void PowerOffStrategy::DumpShowDetailInfo(std::string& result) const {
     result += "=================PowerOff=========================\n";
     result += "power off strategy\n";
     result += "isPowerOff: " + std::to_string(static_cast<int>(GetPowerOffState()));
-    result += "\nbluetoothStatus_: " + std::to_string(bluetoothStatus);
+    result += "\nbluetoothStatus_: " + std::to_string(static_cast<int32_t>(bluetoothStatus_));
 }
 
 // A simulated power-off for tests on a phone: it skips every check.
