@@ -7,6 +7,7 @@
 #include "event_handler.h"
 #include "imesssage_listener.h"
 #include "istate_manager_adapter.h"
+#include "phone_standby_status.h"
 
 namespace TARN::DevStandbyMgr {
 
@@ -22,10 +23,10 @@ public:
     /// Arrives on the common-event service's thread; only hands a message to the service.
     void OnReceiveEvent(const EventFwk::CommonEventData& data) override;
 
-    /// ERR_COMMON_EVENT_SUBSCRIBE when the platform refuses.
+    /// COMMON_EVENT_SUBSCRIBE when the platform refuses.
     ErrCode StartListener() override;
 
-    /// ERR_COMMON_EVENT_UNSUBSCRIBE when the platform refuses.
+    /// COMMON_EVENT_UNSUBSCRIBE when the platform refuses.
     ErrCode StopListener() override;
 
 private:

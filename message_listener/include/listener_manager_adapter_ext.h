@@ -2,6 +2,7 @@
 #define MESSAGE_LISTENER_LISTENER_MANAGER_ADAPTER_EXT_H
 
 #include "listener_manager_adapter.h"
+#include "phone_standby_status.h"
 
 namespace TARN::DevStandbyMgr {
 
@@ -13,7 +14,7 @@ public:
     bool Init() override;
     bool UnInit() override;
 
-    /// Start and stop every listener; what a listener answers is not passed on: ERR_OK always.
+    /// Start and stop every listener; what a listener answers is not passed on: OK always.
     ErrCode StartListener() override;
     ErrCode StopListener() override;
 };

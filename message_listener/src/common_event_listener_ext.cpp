@@ -2,6 +2,7 @@
 
 #include "common_event_manager.h"
 #include "common_event_support.h"
+#include "phone_standby_message.h"
 #include "phone_standby_vocabulary.h"
 #include "standby_service_impl.h"
 #include "standby_service_log.h"
@@ -21,27 +22,27 @@ void CommonEventListenerExt::OnReceiveEvent(const EventFwk::CommonEventData& dat
     const std::string& action = want.GetAction();
     STANDBYSERVICE_LOGD("receive common event %{public}s", action.c_str());
     if (action == CommonEventSupport::COMMON_EVENT_SCREEN_UNLOCKED) {
-        StandbyServiceImpl::GetInstance()->DispatchEvent(StandbyMessage(StandbyMessageType::COMMON_EVENT, action));
+        StandbyServiceImpl::GetInstance()->DispatchEvent(MakeMessage(StandbyMessageType::COMMON_EVENT, action));
     } else if (action == COMMON_EVENT_USER_SLEEP_STATE_CHANGED) {
         StandbyServiceImpl::GetInstance()->DispatchEvent(
-            StandbyMessage(StandbyMessageType::USER_SLEEP_STATE_CHANGED, {}, want));
+            MakeMessage(StandbyMessageType::USER_SLEEP_STATE_CHANGED, {}, want));
     }
 }
 
 ErrCode CommonEventListenerExt::StartListener() {
     if (!CommonEventManager::SubscribeCommonEvent(shared_from_this())) {
         STANDBYSERVICE_LOGE("SubscribeCommonEvent occur exception");
-        return ERR_COMMON_EVENT_SUBSCRIBE;
+        return PhoneStatus::COMMON_EVENT_SUBSCRIBE;
     }
-    return ERR_OK;
+    return PhoneStatus::OK;
 }
 
 ErrCode CommonEventListenerExt::StopListener() {
     if (!CommonEventManager::UnSubscribeCommonEvent(shared_from_this())) {
         STANDBYSERVICE_LOGE("UnsubscribeCommonEvent occur exception");
-        return ERR_COMMON_EVENT_UNSUBSCRIBE;
+        return PhoneStatus::COMMON_EVENT_UNSUBSCRIBE;
     }
-    return ERR_OK;
+    return PhoneStatus::OK;
 }
 
 }  // namespace TARN::DevStandbyMgr

@@ -1,6 +1,7 @@
 #include "listener_manager_adapter_ext.h"
 
 #include <memory>
+#include <utility>
 
 #include "common_event_listener_ext.h"
 #include "common_event_support.h"
@@ -12,7 +13,7 @@ namespace TARN::DevStandbyMgr {
 
 bool ListenerManagerAdapterExt::Init() {
     constexpr int32_t kLastListeningMode = 2;
-    ListenerManagerAdapter::Init();
+    static_cast<void>(ListenerManagerAdapter::Init());
     EventFwk::MatchingSkills skills;
     if (STANDBT_MODE > kLastListeningMode) {
         STANDBYSERVICE_LOGD("listener manager plugin initialization failed");
@@ -26,23 +27,23 @@ bool ListenerManagerAdapterExt::Init() {
 }
 
 bool ListenerManagerAdapterExt::UnInit() {
-    StopListener();
+    static_cast<void>(StopListener());
     messageListenerList_.clear();
     return true;
 }
 
 ErrCode ListenerManagerAdapterExt::StartListener() {
     for (const auto& listener : messageListenerList_) {
-        listener->StartListener();
+        static_cast<void>(listener->StartListener());
     }
-    return ERR_OK;
+    return PhoneStatus::OK;
 }
 
 ErrCode ListenerManagerAdapterExt::StopListener() {
     for (const auto& listener : messageListenerList_) {
-        listener->StopListener();
+        static_cast<void>(listener->StopListener());
     }
-    return ERR_OK;
+    return PhoneStatus::OK;
 }
 
 }  // namespace TARN::DevStandbyMgr

@@ -1,6 +1,10 @@
 #ifndef STRATEGY_ADAPTER_PHONE_STRATEGY_MANAGER_ADAPTER_EXT_H
 #define STRATEGY_ADAPTER_PHONE_STRATEGY_MANAGER_ADAPTER_EXT_H
 
+#include <memory>
+#include <string>
+#include <vector>
+
 #include "istrategy_manager_adapter.h"
 
 namespace TARN::DevStandbyMgr {

@@ -1,9 +1,11 @@
 #include "phone_strategy_manager_adapter_ext.h"
 
 #include <map>
+#include <memory>
 
 #include "freeze_strategy.h"
 #include "phone_network_strategy.h"
+#include "phone_standby_status.h"
 #include "power_off_strategy.h"
 #include "power_save_clean_strategy.h"
 #include "push_strategy.h"
@@ -57,7 +59,8 @@ void PhoneStrategyManagerAdapterExt::RegisterPolicy(const std::vector<std::strin
     Admit(std::make_shared<SleepDetectionStrategy>());
     for (const std::string& name : strategies) {
         const auto entry = g_strategyTable.find(name);
-        if (entry == g_strategyTable.end() || entry->second == nullptr || entry->second->OnCreated() != ERR_OK) {
+        if (entry == g_strategyTable.end() || entry->second == nullptr ||
+            entry->second->OnCreated() != PhoneStatus::OK) {
             continue;  // an unknown name and a strategy that refuses are skipped without a word
         }
         STANDBYSERVICE_LOGI("phone strategy manager init %{public}s", name.c_str());
@@ -67,7 +70,7 @@ void PhoneStrategyManagerAdapterExt::RegisterPolicy(const std::vector<std::strin
 }
 
 void PhoneStrategyManagerAdapterExt::Admit(const std::shared_ptr<IBaseStrategy>& strategy) {
-    if (strategy->OnCreated() == ERR_OK) {
+    if (strategy->OnCreated() == PhoneStatus::OK) {
         strategyList_.push_back(strategy);
     }
 }
@@ -86,7 +89,7 @@ void PhoneStrategyManagerAdapterExt::ShellDump(const std::vector<std::string>& a
 
 bool PhoneStrategyManagerAdapterExt::UnInit() {
     for (const auto& strategy : strategyList_) {
-        strategy->OnDestroy();
+        static_cast<void>(strategy->OnDestroy());
     }
     strategyList_.clear();
     return true;

@@ -108,7 +108,7 @@ TEST_F(PowerOffRecord, AMemberThatIsNoIntegerKeepsWhatTheStrategyKnows) {
     PowerOffStrategy strategy;
     for (const char* text :
          {R"({"bluetooth_off": "0"})", R"({"bluetooth_off": 0.0})", "{}", R"({"bluetooth_off": 0})"}) {
-        strategy.StartPowerOffStatus();
+        EXPECT_EQ(strategy.StartPowerOffStatus(), 0);
         phone.TakeCalls();
         phone->WriteFile(kName, text);
         EXPECT_EQ(strategy.StopPowerOffStatus(), 0);
@@ -256,7 +256,7 @@ TEST(PowerOffTimer, ItsCallbackMayRunOnAnotherThread) {
     for (int i = 0; i < 50; ++i) {
         hear(CommonEventSupport::COMMON_EVENT_SCREEN_ON);
         hear(CommonEventSupport::COMMON_EVENT_SCREEN_OFF);
-        strategy->StartPowerOffStatus();
+        static_cast<void>(strategy->StartPowerOffStatus());
         strategy->HandleEvent(StandbyMessage(StandbyMessageType::DEVICE_STATE_CHANGED));
     }
     timerThread.join();

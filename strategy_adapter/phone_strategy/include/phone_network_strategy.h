@@ -2,6 +2,7 @@
 #define PHONE_STRATEGY_PHONE_NETWORK_STRATEGY_H
 
 #include "network_strategy.h"
+#include "phone_standby_status.h"
 
 namespace TARN::DevStandbyMgr {
 
@@ -14,10 +15,10 @@ public:
     ErrCode OnDestroy() override;
 
 protected:
-    /// ERR_STATE_REQ_NOT_MET when the firewall is off; ERR_OK, and nothing done, while the user sleeps.
+    /// STATE_REQ_NOT_MET when the firewall is off; OK, and nothing done, while the user sleeps.
     ErrCode DisableNetworkFirewall(const StandbyMessage& message) override;
 
-    /// While the user sleeps only the configured exemptions count. ERR_RUNNING_PROCESSES_UNAVAILABLE.
+    /// While the user sleeps only the configured exemptions count. RUNNING_PROCESSES_UNAVAILABLE.
     ErrCode InitNetLimitedAppInfo() override;
 
     /// As the base, but under condition 2 an application needs more than 0x10, and 0x40 excludes it.

@@ -8,6 +8,7 @@
 
 #include "event_handler.h"
 #include "ibase_strategy.h"
+#include "phone_standby_status.h"
 #include "relaxed.h"
 
 namespace TARN::DevStandbyMgr {
@@ -29,16 +30,16 @@ public:
     void ShellDump(const std::vector<std::string>& args, std::string& result) override;
     ~PowerOffStrategy() override = default;
 
-    /// Switches Bluetooth off. ERR_ALREADY_IN_STATE, ERR_AIRPLANE_MODE or ERR_OK; ERR_OK also when Bluetooth
+    /// Switches Bluetooth off. ALREADY_IN_STATE, AIRPLANE_MODE or OK; OK also when Bluetooth
     /// had to stay on.
-    ErrCode StartPowerOffStatus();
+    [[nodiscard]] ErrCode StartPowerOffStatus();
 
-    /// Switches on what the record names and ends the power-off state. ERR_ALREADY_IN_STATE when there is
-    /// none, ERR_RECORD_UNAVAILABLE when the record cannot be read; then the state stays, for a later try.
-    ErrCode StopPowerOffStatus();
+    /// Switches on what the record names and ends the power-off state. ALREADY_IN_STATE when there is
+    /// none, RECORD_UNAVAILABLE when the record cannot be read; then the state stays, for a later try.
+    [[nodiscard]] ErrCode StopPowerOffStatus();
 
-    /// Switches on what the record names, whatever the power-off state, which stays. ERR_RECORD_UNAVAILABLE.
-    ErrCode ResetPowerOffStatus();
+    /// Switches on what the record names, whatever the power-off state, which stays. RECORD_UNAVAILABLE.
+    [[nodiscard]] ErrCode ResetPowerOffStatus();
 
     /// Whether this plugin switched radios off and owes a restore: one for the process, shared with
     /// UserSleepPowerOffStrategy.
@@ -47,16 +48,16 @@ public:
 
 protected:
     /// False, with the reason logged, when Bluetooth stays as it is.
-    bool DisableBlueTooth();
-    bool EnableBlueTooth();
+    [[nodiscard]] bool DisableBlueTooth();
+    [[nodiscard]] bool EnableBlueTooth();
     [[nodiscard]] bool IsAirPlaneMode() const;
 
     /// Writes the four statuses to the record.
-    bool SavePowerOffRecord() const;
+    [[nodiscard]] bool SavePowerOffRecord() const;
 
     /// Takes from the record the statuses that are integers in it; false, and nothing changed, when it cannot
     /// be read or is not JSON.
-    bool LoadPowerOffRecord();
+    [[nodiscard]] bool LoadPowerOffRecord();
 
 private:
     void HandleCommonEvent(const StandbyMessage& message);
@@ -64,8 +65,8 @@ private:
     void OnEcmTimer();
     void OnStateChanged(const StandbyMessage& message);
     void OnDeviceStateChanged();
-    bool EnableWifiComponent();
-    bool EnableModem();
+    [[nodiscard]] bool EnableWifiComponent();
+    [[nodiscard]] bool EnableModem();
     void DisableWifiComponentInner();
     void DisableModemInner();
     void StopPowerOffStatusInner();

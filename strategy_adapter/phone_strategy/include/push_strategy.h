@@ -1,9 +1,11 @@
 #ifndef PHONE_STRATEGY_PUSH_STRATEGY_H
 #define PHONE_STRATEGY_PUSH_STRATEGY_H
 
-#include <string_view>
+#include <string>
+#include <vector>
 
 #include "ibase_strategy.h"
+#include "phone_standby_status.h"
 
 namespace TARN::DevStandbyMgr {
 
@@ -24,10 +26,10 @@ public:
 private:
     void OnNetIdlePolicyTransit(const StandbyMessage& message);
 
-    /// ERR_COMMON_EVENT_PUBLISH when the broadcast is refused.
-    ErrCode ReportCtrlNetworkStatus(bool isCtrl);
-    ErrCode ReportRestoreNetworkStatus();
-    static bool Publish(std::string_view parameter, bool value);
+    /// COMMON_EVENT_PUBLISH when the broadcast is refused.
+    [[nodiscard]] ErrCode ReportCtrlNetworkStatus(bool isCtrl);
+    [[nodiscard]] ErrCode ReportRestoreNetworkStatus();
+    [[nodiscard]] static bool Publish(const std::string& parameter, bool value);
 };
 
 }  // namespace TARN::DevStandbyMgr

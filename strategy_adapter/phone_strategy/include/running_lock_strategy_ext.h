@@ -1,9 +1,12 @@
 #ifndef PHONE_STRATEGY_RUNNING_LOCK_STRATEGY_EXT_H
 #define PHONE_STRATEGY_RUNNING_LOCK_STRATEGY_EXT_H
 
+#include <cstdint>
 #include <string>
 #include <unordered_map>
+#include <vector>
 
+#include "phone_standby_status.h"
 #include "running_lock_strategy.h"
 
 namespace TARN::DevStandbyMgr {
@@ -18,7 +21,7 @@ public:
     void ShellDump(const std::vector<std::string>& args, std::string& result) override;
     ~RunningLockStrategyExt() override = default;
 
-    /// ERR_RUNNING_PROCESSES_UNAVAILABLE when the native processes could not be read; then nothing changes.
+    /// RUNNING_PROCESSES_UNAVAILABLE when the native processes could not be read; then nothing changes.
     ErrCode InitNativeProcInfo() override;
 
     /// Does nothing at all, not even in the base, while proxying is not in force.
@@ -30,7 +33,7 @@ public:
     void ClearProxyRecord() override;
 
 private:
-    ErrCode UpdateNativeProcesses();
+    [[nodiscard]] ErrCode UpdateNativeProcesses();
     void DumpShowDetailInfo(const std::vector<std::string>& args, std::string& result);
 
     std::unordered_map<std::string, ProxiedAppInfo> proxiedNativeProcessMap_;  ///< by uid, "_" and name

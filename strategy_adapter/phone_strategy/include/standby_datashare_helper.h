@@ -5,7 +5,7 @@
 #include <string>
 
 #include "datashare_helper.h"
-#include "standby_service_errors.h"
+#include "phone_standby_status.h"
 #include "uri.h"
 
 namespace TARN::DevStandbyMgr {
@@ -17,7 +17,7 @@ public:
     explicit StandbyDataShareHelper(int systemAbilityId);
 
     /// Reads into `value` the "VALUE" of the first row of `uri` whose "KEYWORD" is `key`.
-    /// ERR_DATA_SHARE_UNAVAILABLE without a connection, ERR_DATA_SHARE_QUERY without a result set or a row;
+    /// DATA_SHARE_UNAVAILABLE without a connection, DATA_SHARE_QUERY without a result set or a row;
     /// then `value` is as it was.
     [[nodiscard]] ErrCode Query(Uri& uri, const std::string& key, std::string& value);
 

@@ -5,8 +5,10 @@
 #include <mutex>
 #include <string>
 #include <unordered_set>
+#include <vector>
 
 #include "ibase_strategy.h"
+#include "phone_standby_status.h"
 
 namespace TARN::DevStandbyMgr {
 

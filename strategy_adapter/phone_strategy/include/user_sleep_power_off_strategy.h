@@ -3,8 +3,11 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "event_handler.h"
+#include "phone_standby_status.h"
 #include "power_off_strategy.h"
 #include "power_save_network_strategy.h"
 
@@ -25,8 +28,8 @@ public:
     ~UserSleepPowerOffStrategy() override = default;
 
     /// As the base's, for Bluetooth only; the stop ends the power-off state before it switches on.
-    ErrCode StartPowerOffStatus();
-    ErrCode StopPowerOffStatus();
+    [[nodiscard]] ErrCode StartPowerOffStatus();
+    [[nodiscard]] ErrCode StopPowerOffStatus();
 
 private:
     void OnStateChanged(const StandbyMessage& message);

@@ -1,8 +1,9 @@
 #include "phone_network_strategy.h"
 
-#include "exemption_flag.h"
+#include <vector>
+
+#include "exemption_bits.h"
 #include "phone_standby_vocabulary.h"
-#include "standby_constants.h"
 #include "standby_service_log.h"
 #include "time_provider.h"
 
@@ -14,8 +15,8 @@ constexpr int32_t kNightExemptedTaskType = 340;
 
 /// At night an application that is exempted by UNRESTRICTED alone loses the network.
 bool IsAllowedAtNight(uint8_t flags) {
-    return (flags & ExemptionFlag::EXEMPTION) != 0 ||
-           ((flags & ~ExemptionFlag::UNRESTRICTED) != 0 && (flags & ExemptionFlag::RESTRICTED) == 0);
+    return (flags & ExemptionBit::EXEMPTED) != 0 ||
+           ((flags & ~ExemptionBit::UNRESTRICTED) != 0 && (flags & ExemptionBit::RESTRICTED) == 0);
 }
 
 }  // namespace
@@ -25,52 +26,53 @@ ErrCode PhoneNetWorkStrategy::OnCreated() {
     ResetFirewallAllowList();
     SetFirewallStatus(false);
     condition_ = static_cast<int32_t>(TimeProvider::GetCondition(0));
-    if (condition_ == ConditionType::NIGHT_STANDBY) {
+    if (condition_ == PhoneCondition::NIGHT) {
         exemptedTaskType_ = kNightExemptedTaskType;
     }
-    return ERR_OK;
+    return PhoneStatus::OK;
 }
 
 ErrCode PhoneNetWorkStrategy::OnDestroy() {
     STANDBYSERVICE_LOGI("PhoneNetWorkStrategy is now OnDestroy");
     ResetFirewallAllowList();
-    return ERR_OK;
+    return PhoneStatus::OK;
 }
 
 ErrCode PhoneNetWorkStrategy::DisableNetworkFirewall(const StandbyMessage& message) {
     if (!isFirewallEnabled_) {
-        return ERR_STATE_REQ_NOT_MET;
+        return PhoneStatus::STATE_REQ_NOT_MET;
     }
     if (userSleepState) {
         STANDBYSERVICE_LOGW("current is AI sleeping, do nothing");
-        return ERR_OK;
+        return PhoneStatus::OK;
     }
     return NetworkStrategy::DisableNetworkFirewall(message);
 }
 
 ErrCode PhoneNetWorkStrategy::InitNetLimitedAppInfo() {
-    if (GetAllRunningAppInfo() != ERR_OK) {
-        return ERR_RUNNING_PROCESSES_UNAVAILABLE;
+    if (GetAllRunningAppInfo() != PhoneStatus::OK) {
+        return PhoneStatus::RUNNING_PROCESSES_UNAVAILABLE;
     }
     if (!userSleepState) {
         return NetworkStrategy::InitNetLimitedAppInfo();
     }
-    if (GetExemptionConfig() != ERR_OK) {
+    if (GetExemptionConfig() != PhoneStatus::OK) {
         STANDBYSERVICE_LOGE("get exemption config err");
-        return ERR_RUNNING_PROCESSES_UNAVAILABLE;
+        return PhoneStatus::RUNNING_PROCESSES_UNAVAILABLE;
     }
-    return ERR_OK;
+    return PhoneStatus::OK;
 }
 
 void PhoneNetWorkStrategy::SetNetAllowApps(bool isAllow) {
     std::vector<uint32_t> uids;
     for (const auto& [uid, app] : netLimitedAppInfo_) {
-        const bool isNight = condition_ == ConditionType::NIGHT_STANDBY;
-        if (!IsExempted(app.exemptionFlags) || (isNight && !IsAllowedAtNight(app.exemptionFlags))) {
+        const auto& [name, flags] = app;
+        const bool isNight = condition_ == PhoneCondition::NIGHT;
+        if (IsHeldBack(flags) || (isNight && !IsAllowedAtNight(flags))) {
             continue;
         }
         uids.push_back(uid);
-        STANDBYSERVICE_LOGD("uid: %{public}d, name: %{public}s, isAllow: %{public}d", uid, app.name.c_str(), isAllow);
+        STANDBYSERVICE_LOGD("uid: %{public}d, name: %{public}s, isAllow: %{public}d", uid, name.c_str(), isAllow);
     }
     STANDBYSERVICE_LOGD("all application size: %{public}lu, network allow: %{public}lu", netLimitedAppInfo_.size(),
                         uids.size());

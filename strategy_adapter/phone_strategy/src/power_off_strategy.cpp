@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <string>
 #include <utility>
 
 #include <nlohmann/json.hpp>
@@ -12,6 +13,8 @@
 #include "core_service_client.h"
 #include "device_state_cache.h"
 #include "json_utils.h"
+#include "phone_dump_words.h"
+#include "phone_standby_message.h"
 #include "phone_standby_vocabulary.h"
 #include "power_mgr_client.h"
 #include "standby_constants.h"
@@ -47,6 +50,9 @@ constexpr int32_t kBtTurningOff = 2;
 constexpr int32_t kBtOff = 3;
 constexpr int32_t kBtDisconnected = 3;
 
+constexpr int32_t kDistributedComponentState = 0;
+constexpr int32_t kCallState = 1;
+
 constexpr int32_t kWifiAbilityId = 1120;
 constexpr int32_t kWifiInstance = 0;
 constexpr int64_t kEcmDelayMs = 600'000;
@@ -64,7 +70,7 @@ std::shared_ptr<WifiDevice> Wifi() {
 void SwitchModem(bool isOn) {
     const int32_t slots = std::min(CoreServiceClient::GetInstance().GetMaxSimCount(), kMostSimSlots);
     for (int32_t slot = 0; slot < slots; ++slot) {
-        CoreServiceClient::GetInstance().SetRadioState(slot, isOn, nullptr);
+        static_cast<void>(CoreServiceClient::GetInstance().SetRadioState(slot, isOn, nullptr));
     }
 }
 
@@ -91,14 +97,14 @@ void PowerOffStrategy::HandleEvent(const StandbyMessage& message) {
             OnStateChanged(message);
             break;
         case StandbyMessageType::RES_CTRL_CONDITION_CHANGED:
-            if (message.Params().GetIntParam(RES_CTRL_CONDITION, 0) == ConditionType::DAY_STANDBY) {
-                StopPowerOffStatus();
+            if (ParamsOf(message).GetIntParam(RES_CTRL_CONDITION, 0) == PhoneCondition::DAY) {
+                static_cast<void>(StopPowerOffStatus());
             }
             break;
         case StandbyMessageType::SCREEN_OFF_HALF_HOUR:
-            scrOffHalfHour_ = message.Params().GetBoolParam(SCR_OFF_HALF_HOUR_STATUS, false);
-            if (scrOffHalfHour_ && TimeProvider::GetCondition(0) == ConditionType::NIGHT_STANDBY) {
-                StartPowerOffStatus();
+            scrOffHalfHour_ = ParamsOf(message).GetBoolParam(SCR_OFF_HALF_HOUR_STATUS, false);
+            if (scrOffHalfHour_ && TimeProvider::GetCondition(0) == PhoneCondition::NIGHT) {
+                static_cast<void>(StartPowerOffStatus());
             }
             break;
         case StandbyMessageType::DEVICE_STATE_CHANGED:
@@ -111,14 +117,14 @@ void PowerOffStrategy::HandleEvent(const StandbyMessage& message) {
 
 ErrCode PowerOffStrategy::OnCreated() {
     STANDBYSERVICE_LOGI("PowerOffStrategy is OnCreated now");
-    ResetPowerOffStatus();
-    return ERR_OK;
+    static_cast<void>(ResetPowerOffStatus());
+    return PhoneStatus::OK;
 }
 
 ErrCode PowerOffStrategy::OnDestroy() {
     STANDBYSERVICE_LOGI("PowerOffStrategy is OnDestroy now");
-    StopPowerOffStatus();
-    return ERR_OK;
+    static_cast<void>(StopPowerOffStatus());
+    return PhoneStatus::OK;
 }
 
 void PowerOffStrategy::HandleCommonEvent(const StandbyMessage& message) {
@@ -135,9 +141,9 @@ void PowerOffStrategy::HandleCommonEvent(const StandbyMessage& message) {
 void PowerOffStrategy::EcmPowerOff() {
     if (isScreenOn_) {
         if (ecmTimerId_ != 0) {
-            TimeServiceClient::GetInstance()->StopTimer(ecmTimerId_);
+            static_cast<void>(TimeServiceClient::GetInstance()->StopTimer(ecmTimerId_));
         }
-        ResetPowerOffStatus();
+        static_cast<void>(ResetPowerOffStatus());
         return;
     }
     if (PowerMgrClient::GetInstance().GetDeviceMode() != DEVICE_MODE_ECM) {
@@ -158,22 +164,21 @@ void PowerOffStrategy::OnEcmTimer() {
         STANDBYSERVICE_LOGI("power off net because of ecm");
         DisableWifiComponentInner();
         DisableModemInner();
-        SavePowerOffRecord();
+        static_cast<void>(SavePowerOffRecord());
     }
 }
 
 void PowerOffStrategy::OnStateChanged(const StandbyMessage& message) {
-    const int32_t previous = message.Params().GetIntParam(PREVIOUS_STATE, 0);
-    const int32_t current = message.Params().GetIntParam(CURRENT_STATE, 0);
+    const int32_t previous = ParamsOf(message).GetIntParam(PREVIOUS_STATE, 0);
+    const int32_t current = ParamsOf(message).GetIntParam(CURRENT_STATE, 0);
     if (previous == StandbyState::SLEEP) {
-        StopPowerOffStatus();
+        static_cast<void>(StopPowerOffStatus());
         return;
     }
-    if (current == StandbyState::SLEEP && scrOffHalfHour_ &&
-        TimeProvider::GetCondition(0) == ConditionType::NIGHT_STANDBY) {
+    if (current == StandbyState::SLEEP && scrOffHalfHour_ && TimeProvider::GetCondition(0) == PhoneCondition::NIGHT) {
         STANDBYSERVICE_LOGI("start power off, current is %{public}d, scrOffHalfHour is %{public}d", current,
                             scrOffHalfHour_);
-        StartPowerOffStatus();
+        static_cast<void>(StartPowerOffStatus());
     }
 }
 
@@ -183,55 +188,55 @@ void PowerOffStrategy::OnDeviceStateChanged() {
         return;
     }
     if (DisableBlueTooth()) {
-        SavePowerOffRecord();
+        static_cast<void>(SavePowerOffRecord());
     }
 }
 
 ErrCode PowerOffStrategy::StartPowerOffStatus() {
     if (GetPowerOffState()) {
         STANDBYSERVICE_LOGW("has already been power off state, do not need to stop");
-        return ERR_ALREADY_IN_STATE;
+        return PhoneStatus::ALREADY_IN_STATE;
     }
     if (IsAirPlaneMode()) {
         STANDBYSERVICE_LOGW("current is airplane mode, do not need process");
-        return ERR_AIRPLANE_MODE;
+        return PhoneStatus::AIRPLANE_MODE;
     }
     STANDBYSERVICE_LOGI("current is not airplane mode");
     SetPowerOffState(true);
-    DisableBlueTooth();  // Wi-Fi and the modem are left alone here
-    SavePowerOffRecord();
-    return ERR_OK;
+    static_cast<void>(DisableBlueTooth());  // Wi-Fi and the modem are left alone here
+    static_cast<void>(SavePowerOffRecord());
+    return PhoneStatus::OK;
 }
 
 ErrCode PowerOffStrategy::StopPowerOffStatus() {
     if (!GetPowerOffState()) {
         STANDBYSERVICE_LOGI("already power on, do not need to stop");
-        return ERR_ALREADY_IN_STATE;
+        return PhoneStatus::ALREADY_IN_STATE;
     }
     if (!LoadPowerOffRecord()) {
         STANDBYSERVICE_LOGI("failed to load allow record from file");
-        return ERR_RECORD_UNAVAILABLE;
+        return PhoneStatus::RECORD_UNAVAILABLE;
     }
     StopPowerOffStatusInner();
     SetPowerOffState(false);
-    SavePowerOffRecord();
-    return ERR_OK;
+    static_cast<void>(SavePowerOffRecord());
+    return PhoneStatus::OK;
 }
 
 ErrCode PowerOffStrategy::ResetPowerOffStatus() {
     if (!LoadPowerOffRecord()) {
         STANDBYSERVICE_LOGI("failed to load allow record from file");
-        return ERR_RECORD_UNAVAILABLE;
+        return PhoneStatus::RECORD_UNAVAILABLE;
     }
     StopPowerOffStatusInner();
-    SavePowerOffRecord();
-    return ERR_OK;
+    static_cast<void>(SavePowerOffRecord());
+    return PhoneStatus::OK;
 }
 
 void PowerOffStrategy::StopPowerOffStatusInner() {
-    EnableBlueTooth();
-    EnableWifiComponent();
-    EnableModem();
+    static_cast<void>(EnableBlueTooth());
+    static_cast<void>(EnableWifiComponent());
+    static_cast<void>(EnableModem());
 }
 
 bool PowerOffStrategy::DisableBlueTooth() {
@@ -248,15 +253,15 @@ bool PowerOffStrategy::DisableBlueTooth() {
         STANDBYSERVICE_LOGI("bluetooth is in connecting state, can not disable");
         return false;
     }
-    if (DeviceStateCache::GetInstance()->GetDeviceState(DeviceStateCache::TELEPHONE_STATE_CHANGE)) {
+    if (DeviceStateCache::GetInstance()->GetDeviceState(kCallState)) {
         STANDBYSERVICE_LOGI("telephone is calling, can not disable");
         return false;
     }
-    if (DeviceStateCache::GetInstance()->GetDeviceState(DeviceStateCache::DIS_COMP_CHANGE)) {
+    if (DeviceStateCache::GetInstance()->GetDeviceState(kDistributedComponentState)) {
         STANDBYSERVICE_LOGI("discomponent is connecting, can not disable");
         return false;
     }
-    if (host.DisableBt() != ERR_OK) {
+    if (host.DisableBt() != PhoneStatus::OK) {
         STANDBYSERVICE_LOGW("failed to disable classic bluetooth");
     }
     // recorded as off although the call may have failed, so that the restore is tried
@@ -271,7 +276,7 @@ bool PowerOffStrategy::EnableBlueTooth() {
         return false;
     }
     bluetoothStatus_ = kNothingToRestore;
-    if (BluetoothHost::GetDefaultHost().EnableBle() != ERR_OK) {  // the low-energy enable brings back both
+    if (BluetoothHost::GetDefaultHost().EnableBle() != PhoneStatus::OK) {  // the low-energy enable brings back both
         STANDBYSERVICE_LOGW("failed to enable ble bluetooth");
     }
     STANDBYSERVICE_LOGI("succeed in enabling bluetooth");
@@ -289,7 +294,7 @@ bool PowerOffStrategy::EnableWifiComponent() {
         STANDBYSERVICE_LOGW("can not get wifiDevice");
         return false;
     }
-    if (wifi->Enable() != ERR_OK) {
+    if (wifi->Enable() != PhoneStatus::OK) {
         STANDBYSERVICE_LOGW("failed enable wifi");
         return false;
     }
@@ -312,7 +317,7 @@ bool PowerOffStrategy::EnableModem() {
 void PowerOffStrategy::DisableWifiComponentInner() {
     STANDBYSERVICE_LOGI("start disable wifi");
     const auto wifi = Wifi();
-    if (wifi != nullptr && wifi->Disable() == ERR_OK) {
+    if (wifi != nullptr && wifi->Disable() == PhoneStatus::OK) {
         STANDBYSERVICE_LOGI("succeed disable wifi");
     } else {
         STANDBYSERVICE_LOGW("can not get wifiDevice or failed to disable wifi");
@@ -333,7 +338,8 @@ void PowerOffStrategy::SendNetworkCtrlCommonEvent() const {
         return;
     }
     AAFwk::Want want;
-    want.SetAction(std::string(COMMON_EVENT_DEVICE_IDLE_CTRL_NETWORK)).SetParam("ctrl_network_status", false);
+    want.SetAction(COMMON_EVENT_DEVICE_IDLE_CTRL_NETWORK);
+    want.SetParam("ctrl_network_status", false);
     if (EventFwk::CommonEventManager::PublishCommonEvent(EventFwk::CommonEventData(std::move(want)))) {
         STANDBYSERVICE_LOGD("PublishCommonEvent for ctrl network succeed");
     } else {
@@ -345,7 +351,7 @@ bool PowerOffStrategy::IsAirPlaneMode() const {
     const auto helper = std::make_shared<StandbyDataShareHelper>(SETTINGS_DATA_ABILITY_ID);
     Uri uri(kAirplaneUri);
     std::string value;
-    if (helper->Query(uri, kAirplaneKey, value) != ERR_OK) {
+    if (helper->Query(uri, kAirplaneKey, value) != PhoneStatus::OK) {
         STANDBYSERVICE_LOGE("query airplaneMode failed");
         return false;
     }
@@ -389,10 +395,9 @@ bool PowerOffStrategy::LoadPowerOffRecord() {
 }
 
 void PowerOffStrategy::ShellDump(const std::vector<std::string>& args, std::string& result) {
-    if (IsDumpWord(args, DUMP_FIRST_PARAM, DUMP_DETAIL_INFO) &&
-        IsDumpWord(args, DUMP_SECOND_PARAM, DUMP_STRATGY_DETAIL)) {
+    if (AsksForDetails(args)) {
         DumpShowDetailInfo(result);
-    } else if (IsDumpWord(args, DUMP_SECOND_PARAM, DUMP_POWEROFF_STRATEGY)) {
+    } else if (IsWordAt(args, DUMP_SECOND_PARAM, DUMP_POWEROFF_STRATEGY)) {
         DumpPowerOffStratgy();
     }
 }
@@ -408,12 +413,12 @@ void PowerOffStrategy::DumpShowDetailInfo(std::string& result) const {
 void PowerOffStrategy::DumpPowerOffStratgy() {
     STANDBYSERVICE_LOGI("start power save off, after %{public}d callback", powerOffCallbackCount_);
     SetPowerOffState(true);
-    if (BluetoothHost::GetDefaultHost().DisableBt() != ERR_OK) {
+    if (BluetoothHost::GetDefaultHost().DisableBt() != PhoneStatus::OK) {
         STANDBYSERVICE_LOGW("failed to disable classic bluetooth");
     }
     STANDBYSERVICE_LOGW("succeed in disabling bluetooth");
     bluetoothStatus_ = kSwitchedOff;
-    SavePowerOffRecord();
+    static_cast<void>(SavePowerOffRecord());
 }
 
 }  // namespace TARN::DevStandbyMgr

@@ -1,6 +1,7 @@
 #include "power_save_network_strategy.h"
 
 #include "net_policy_client.h"
+#include "phone_dump_words.h"
 #include "phone_standby_vocabulary.h"
 #include "standby_constants.h"
 #include "standby_service_log.h"
@@ -10,20 +11,23 @@ namespace TARN::DevStandbyMgr {
 
 using NetManagerStandard::NetPolicyClient;
 
+namespace {
+constexpr int32_t kDeepestPhase = 3;
+}
+
 ErrCode PowerSaveNetStrategy::OnCreated() {
     ResetFirewallAllowList();
     isFirewallEnabled_ = false;
-    return ERR_OK;
+    return PhoneStatus::OK;
 }
 
 ErrCode PowerSaveNetStrategy::OnDestroy() {
     ResetFirewallAllowList();
-    return ERR_OK;
+    return PhoneStatus::OK;
 }
 
 void PowerSaveNetStrategy::ShellDump(const std::vector<std::string>& args, std::string& result) {
-    if (IsDumpWord(args, DUMP_FIRST_PARAM, DUMP_DETAIL_INFO) &&
-        IsDumpWord(args, DUMP_SECOND_PARAM, DUMP_STRATGY_DETAIL)) {
+    if (AsksForDetails(args)) {
         result += "=================PowerSaveFireWall=======================\n";
         BaseNetworkStrategy::ShellDump(args, result);
     }
@@ -35,7 +39,7 @@ void PowerSaveNetStrategy::SetFirewallAllowedList(const std::vector<uint32_t>& u
         return;
     }
     const int32_t status = DelayedSingleton<NetPolicyClient>::GetInstance()->SetDeviceIdleTrustlist(uids, isAdded);
-    if (status != ERR_OK) {
+    if (status != PhoneStatus::OK) {
         STANDBYSERVICE_LOGW("failed to SetFirewallAllowedList, err code is %{public}d", status);
     } else {
         STANDBYSERVICE_LOGI("secceed SetFirewallAllowedList");
@@ -46,32 +50,32 @@ ErrCode PowerSaveNetStrategy::InitNetLimitedAppInfo() {
     if (!userSleepState) {
         return BaseNetworkStrategy::InitNetLimitedAppInfo();
     }
-    if (GetAllRunningAppInfo() != ERR_OK) {
-        return ERR_RUNNING_PROCESSES_UNAVAILABLE;
+    if (GetAllRunningAppInfo() != PhoneStatus::OK) {
+        return PhoneStatus::RUNNING_PROCESSES_UNAVAILABLE;
     }
-    if (GetExemptionConfig() != ERR_OK) {
+    if (GetExemptionConfig() != PhoneStatus::OK) {
         STANDBYSERVICE_LOGE("get exemption config err");
-        return ERR_RUNNING_PROCESSES_UNAVAILABLE;
+        return PhoneStatus::RUNNING_PROCESSES_UNAVAILABLE;
     }
-    return ERR_OK;
+    return PhoneStatus::OK;
 }
 
 ErrCode PowerSaveNetStrategy::UpdatePowerSaveFirewall(bool enable) {
     STANDBYSERVICE_LOGD("current_state is %{public}d ,current_phase is %{public}d, conditionType is %{public}d",
                         curState_, curPhase_, TimeProvider::GetCondition(0));
-    const bool isDeepest = curState_ == StandbyState::SLEEP && curPhase_ == StandbyPhase::DEEP;
+    const bool isDeepest = curState_ == StandbyState::SLEEP && curPhase_ == kDeepestPhase;
     if (!enable && !isDeepest) {
         DisableNetworkFirewallInner();
         isFirewallEnabled_ = false;
-        return ERR_OK;
+        return PhoneStatus::OK;
     }
     if (isFirewallEnabled_) {
         UpdateFirewallAllowList();
         STANDBYSERVICE_LOGD("update firewall list end");
-    } else if (EnableNetworkFirewallInner() == ERR_OK) {
+    } else if (EnableNetworkFirewallInner() == PhoneStatus::OK) {
         isFirewallEnabled_ = true;
     }
-    return ERR_OK;
+    return PhoneStatus::OK;
 }
 
 }  // namespace TARN::DevStandbyMgr

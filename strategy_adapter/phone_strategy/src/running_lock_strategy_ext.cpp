@@ -6,55 +6,66 @@
 #include <vector>
 
 #include "ability_manager_helper.h"
-#include "standby_constants.h"
+#include "exemption_bits.h"
+#include "phone_dump_words.h"
+#include "phone_standby_vocabulary.h"
 #include "standby_service_impl.h"
 #include "standby_service_log.h"
 
 namespace TARN::DevStandbyMgr {
 
 namespace {
+
 constexpr char kStrategyName[] = "RUNNING_LOCK";
+
+std::string NativeKey(int32_t uid, const std::string& name) {
+    return std::to_string(uid) + "_" + name;
 }
 
+}  // namespace
+
 ErrCode RunningLockStrategyExt::UpdateNativeProcesses() {
-    std::list<SystemProcessInfo> processes;
+    std::list<AppExecFwk::SystemProcessInfo> processes;
     if (!AbilityManagerHelper::GetInstance()->GetRunningSystemProcess(processes)) {
         STANDBYSERVICE_LOGE("connect to app ability service failed");
-        return ERR_RUNNING_PROCESSES_UNAVAILABLE;
+        return PhoneStatus::RUNNING_PROCESSES_UNAVAILABLE;
     }
     STANDBYSERVICE_LOGI("running native processes size is %{public}lu", processes.size());
-    for (const SystemProcessInfo& process : processes) {
+    for (const auto& process : processes) {
         // overwrites what was known, flag bits included; entries of processes that ended stay
-        proxiedNativeProcessMap_[KeyOf(process.uid, process.processName)] = {process.processName, process.uid,
-                                                                             process.pid, ExemptionFlag::UNRESTRICTED};
+        proxiedNativeProcessMap_[NativeKey(process.uid, process.processName)] = {
+            process.processName, process.uid, process.pid, ExemptionBit::UNRESTRICTED};
     }
-    return ERR_OK;
+    return PhoneStatus::OK;
 }
 
 ErrCode RunningLockStrategyExt::InitNativeProcInfo() {
-    if (UpdateNativeProcesses() != ERR_OK) {
-        return ERR_RUNNING_PROCESSES_UNAVAILABLE;
+    if (UpdateNativeProcesses() != PhoneStatus::OK) {
+        return PhoneStatus::RUNNING_PROCESSES_UNAVAILABLE;
     }
     std::set<std::string> restrictSet;
-    StandbyServiceImpl::GetInstance()->GetEligiableRestrictSet(AllowType::RUNNING_LOCK, kStrategyName, 0, restrictSet);
+    static_cast<void>(StandbyServiceImpl::GetInstance()->GetEligiableRestrictSet(PhoneAllowType::RUNNING_LOCK,
+                                                                                 kStrategyName, 0, restrictSet));
     STANDBYSERVICE_LOGI("running lock restrict native process list, size is %{public}lu", restrictSet.size());
     for (auto& [key, info] : proxiedNativeProcessMap_) {
-        if (restrictSet.count(info.name) != 0) {
-            info.exemptionFlag |= ExemptionFlag::RESTRICTED;
+        auto& [name, uid, pid, flags] = info;
+        if (restrictSet.count(name) != 0) {
+            flags |= ExemptionBit::RESTRICTED;
         }
     }
-    return ERR_OK;
+    return PhoneStatus::OK;
 }
 
 void RunningLockStrategyExt::ProxyAppAndProcess(bool isProxied) {
     RunningLockStrategy::ProxyAppAndProcess(isProxied);
     std::vector<std::pair<int32_t, int32_t>> processes;
     for (const auto& [key, info] : proxiedNativeProcessMap_) {
-        if (info.IsProxied()) {
-            processes.emplace_back(info.pid, info.uid);
+        const auto& [name, uid, pid, flags] = info;
+        if (IsHeldBack(flags)) {
+            processes.emplace_back(pid, uid);
         }
     }
-    ProxyRunningLockList(isProxied, processes);
+    static_cast<void>(ProxyRunningLockList(isProxied, processes));
 }
 
 void RunningLockStrategyExt::AddExemptionFlag(int32_t uid, const std::string& name, uint8_t flag) {
@@ -62,27 +73,28 @@ void RunningLockStrategyExt::AddExemptionFlag(int32_t uid, const std::string& na
         return;
     }
     RunningLockStrategy::AddExemptionFlag(uid, name, flag);
-    const auto entry = proxiedNativeProcessMap_.find(KeyOf(uid, name));
+    const auto entry = proxiedNativeProcessMap_.find(NativeKey(uid, name));
     if (entry == proxiedNativeProcessMap_.end()) {
         return;
     }
-    ProxiedAppInfo& info = entry->second;
-    if (info.IsProxied()) {
-        ProxyRunningLockList(false, {{info.uid, info.pid}});  // uid before pid here, the reverse of the above
+    auto& [entryName, entryUid, pid, flags] = entry->second;
+    if (IsHeldBack(flags)) {
+        // uid before pid here, the reverse of the above
+        static_cast<void>(ProxyRunningLockList(false, {{entryUid, pid}}));
     }
-    info.exemptionFlag |= flag;
+    flags |= flag;
 }
 
 void RunningLockStrategyExt::RemoveExemptionFlag(int32_t uid, const std::string& name, uint8_t flag) {
     RunningLockStrategy::RemoveExemptionFlag(uid, name, flag);
-    const auto entry = proxiedNativeProcessMap_.find(KeyOf(uid, name));
+    const auto entry = proxiedNativeProcessMap_.find(NativeKey(uid, name));
     if (entry == proxiedNativeProcessMap_.end()) {
         return;
     }
-    ProxiedAppInfo& info = entry->second;
-    info.exemptionFlag = static_cast<uint8_t>(info.exemptionFlag & ~flag);
-    if (info.IsProxied()) {
-        ProxyRunningLockList(true, {{info.uid, info.pid}});
+    auto& [entryName, entryUid, pid, flags] = entry->second;
+    flags = static_cast<uint8_t>(flags & ~flag);
+    if (IsHeldBack(flags)) {
+        static_cast<void>(ProxyRunningLockList(true, {{entryUid, pid}}));
     }
 }
 
@@ -92,8 +104,7 @@ void RunningLockStrategyExt::ClearProxyRecord() {
 }
 
 void RunningLockStrategyExt::ShellDump(const std::vector<std::string>& args, std::string& result) {
-    if (IsDumpWord(args, DUMP_FIRST_PARAM, DUMP_DETAIL_INFO) &&
-        IsDumpWord(args, DUMP_SECOND_PARAM, DUMP_STRATGY_DETAIL)) {
+    if (AsksForDetails(args)) {
         DumpShowDetailInfo(args, result);
     }
 }
@@ -102,8 +113,9 @@ void RunningLockStrategyExt::DumpShowDetailInfo(const std::vector<std::string>& 
     RunningLockStrategy::ShellDump(args, result);
     result += "\nproxied native process info: \n";
     for (const auto& [key, info] : proxiedNativeProcessMap_) {
-        result += "key: " + key + " name: " + info.name + " uid: " + std::to_string(info.uid) +
-                  " pid: " + std::to_string(info.pid) + " exemption flag: " + std::to_string(info.exemptionFlag) + "\n";
+        const auto& [name, uid, pid, flags] = info;
+        result += "key: " + key + " name: " + name + " uid: " + std::to_string(uid) + " pid: " + std::to_string(pid) +
+                  " exemption flag: " + std::to_string(flags) + "\n";
     }
 }
 

@@ -1,5 +1,7 @@
 #include "standby_datashare_helper.h"
 
+#include <vector>
+
 #include "standby_service_log.h"
 #include "system_ability_manager_client.h"
 
@@ -34,7 +36,7 @@ std::shared_ptr<DataShare::DataShareHelper> StandbyDataShareHelper::CreateDataSh
 ErrCode StandbyDataShareHelper::Query(Uri& uri, const std::string& key, std::string& value) {
     if (dataShareHelper_ == nullptr) {
         STANDBYSERVICE_LOGE("StandbyDataShareHelper query error, dataShareHelper_ is nullptr");
-        return ERR_DATA_SHARE_UNAVAILABLE;
+        return PhoneStatus::DATA_SHARE_UNAVAILABLE;
     }
     DataShare::DataSharePredicates predicates;
     predicates.EqualTo(kKeyColumn, key);
@@ -42,19 +44,19 @@ ErrCode StandbyDataShareHelper::Query(Uri& uri, const std::string& key, std::str
     const auto result = dataShareHelper_->Query(uri, predicates, columns, nullptr);
     if (result == nullptr) {
         STANDBYSERVICE_LOGE("StandbyDataShareHelper query error, result is null");
-        return ERR_DATA_SHARE_QUERY;
+        return PhoneStatus::DATA_SHARE_QUERY;
     }
-    if (result->GoToFirstRow() != ERR_OK) {
+    if (result->GoToFirstRow() != PhoneStatus::OK) {
         STANDBYSERVICE_LOGE("StandbyDataShareHelper query failed,go to first row error");
-        result->Close();
-        return ERR_DATA_SHARE_QUERY;
+        static_cast<void>(result->Close());
+        return PhoneStatus::DATA_SHARE_QUERY;
     }
     int index = 0;
-    result->GetColumnIndex(kValueColumn, index);
-    result->GetString(index, value);
-    result->Close();
+    static_cast<void>(result->GetColumnIndex(kValueColumn, index));
+    static_cast<void>(result->GetString(index, value));
+    static_cast<void>(result->Close());
     STANDBYSERVICE_LOGI("StandbyDataShareHelper query success,value[%{public}s]", value.c_str());
-    return ERR_OK;
+    return PhoneStatus::OK;
 }
 
 }  // namespace TARN::DevStandbyMgr

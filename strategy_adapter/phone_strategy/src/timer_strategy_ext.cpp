@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "common_event_support.h"
+#include "phone_standby_message.h"
 #include "phone_standby_vocabulary.h"
 #include "standby_config_manager.h"
 #include "standby_constants.h"
@@ -26,11 +27,12 @@ constexpr uint32_t kTimerResource = 4;
 ErrCode TimerStrategyExt::OnCreated() {
     STANDBYSERVICE_LOGI("Timer Strategy Ext Created");
     InitConfigList();
-    return ERR_OK;
+    return PhoneStatus::OK;
 }
 
 void TimerStrategyExt::InitConfigList() {
-    const auto tagList = StandbyConfigManager::GetInstance()->GetResCtrlConfig(kConfigName);
+    const auto config = StandbyConfigManager::GetInstance();
+    const auto tagList = config != nullptr ? config->GetResCtrlConfig(kConfigName) : nullptr;
     if (tagList == nullptr) {
         STANDBYSERVICE_LOGE("tagList is null");
         return;
@@ -45,7 +47,7 @@ void TimerStrategyExt::InitConfigList() {
 ErrCode TimerStrategyExt::OnDestroy() {
     const std::lock_guard lock(exemptionMutex_);
     exemptionList_.clear();
-    return ERR_OK;
+    return PhoneStatus::OK;
 }
 
 void TimerStrategyExt::HandleEvent(const StandbyMessage& message) {
@@ -74,7 +76,7 @@ void TimerStrategyExt::HandleCommonEvent(const StandbyMessage& message) {
     } else if (message.action == COMMON_EVENT_USER_SLEEP_STATE_CHANGED) {
         HandleUserSleepStateChanged(message);
     } else if (message.action == COMMON_EVENT_TIMER_SA_ABILITY) {
-        TimeServiceClient::GetInstance()->SetTimerExemption(exemptionList_, true);
+        static_cast<void>(TimeServiceClient::GetInstance()->SetTimerExemption(exemptionList_, true));
     } else if (message.action == CommonEventSupport::COMMON_EVENT_CHARGING) {
         isCharging_ = true;
         SetAdjustTimer(false, 0);
@@ -87,7 +89,7 @@ void TimerStrategyExt::HandleCommonEvent(const StandbyMessage& message) {
 }
 
 void TimerStrategyExt::HandleUserSleepStateChanged(const StandbyMessage& message) {
-    isSleep_ = message.Params().GetBoolParam("isSleep", false);
+    isSleep_ = ParamsOf(message).GetBoolParam("isSleep", false);
     if (isSleep_) {
         SetAdjustTimer(true, kAsleepIntervalSeconds);
     } else if (!isScreenOn_) {
@@ -96,18 +98,18 @@ void TimerStrategyExt::HandleUserSleepStateChanged(const StandbyMessage& message
 }
 
 void TimerStrategyExt::HandleResourceApply(const StandbyMessage& message) {
-    const AAFwk::Want& want = message.Params();
+    const AAFwk::Want& want = ParamsOf(message);
     const std::string bundleName = want.GetStringParam(BG_TASK_BUNDLE_NAME);
     const bool status = want.GetBoolParam(BG_TASK_RESOURCE_STATUS, false);
     const auto type = static_cast<uint32_t>(want.GetIntParam(BG_TASK_TYPE, 0));
     if ((type & kTimerResource) != 0 && exemptionList_.count(bundleName) == 0) {
-        TimeServiceClient::GetInstance()->SetTimerExemption({bundleName}, status);
+        static_cast<void>(TimeServiceClient::GetInstance()->SetTimerExemption({bundleName}, status));
     }
 }
 
 void TimerStrategyExt::HandleNatIntervalChanged(const StandbyMessage& message) {
-    const bool enable = message.Params().GetBoolParam(MESSAGE_ENABLE, false);
-    const int32_t interval = message.Params().GetIntParam(MESSAGE_INTERVAL, 0);
+    const bool enable = ParamsOf(message).GetBoolParam(MESSAGE_ENABLE, false);
+    const int32_t interval = ParamsOf(message).GetIntParam(MESSAGE_INTERVAL, 0);
     STANDBYSERVICE_LOGI("nat detect enable: %{public}d, interval: %{public}d", enable, interval);
     natDetectEnable_ = enable;
     natDetectInterval_ = interval;
@@ -123,7 +125,7 @@ void TimerStrategyExt::SetAdjustTimer(bool isAdjust, uint32_t interval) {
     const uint32_t intervalSent =
         natDetectEnable_ && natDetectInterval_ != 0 ? static_cast<uint32_t>(natDetectInterval_) : interval;
     STANDBYSERVICE_LOGI("unified timer state: %{public}d, interval: %{public}d", isAdjust, intervalSent);
-    TimeServiceClient::GetInstance()->AdjustTimer(isAdjust, intervalSent);
+    static_cast<void>(TimeServiceClient::GetInstance()->AdjustTimer(isAdjust, intervalSent));
 }
 
 void TimerStrategyExt::ShellDump(const std::vector<std::string>& /*args*/, std::string& /*result*/) {
