@@ -82,7 +82,7 @@ TEST(FreezeStrategyStatus, ADestroyedStrategyStaysInDozeAndForgetsItsGroup) {
     phone.StartService(config);
     phone.Change([](auto& change) { change.processes = {Simulated::Process{11, 0, "storage", {}, true}}; });
     FreezeStrategy strategy;
-    strategy.StartFreeze(Phase(4, 1));
+    EXPECT_EQ(strategy.StartFreeze(Phase(4, 1)), 0);
     phone.TakeCalls();
     strategy.OnDestroy();
     EXPECT_EQ(strategy.OnCreated(), 0);

@@ -2,8 +2,12 @@
 
 #include <algorithm>
 #include <iterator>
+#include <list>
+#include <unordered_map>
 
 #include "ability_manager_helper.h"
+#include "phone_standby_message.h"
+#include "phone_standby_vocabulary.h"
 #include "standby_config_manager.h"
 #include "standby_constants.h"
 #include "standby_service_impl.h"
@@ -15,6 +19,7 @@ namespace TARN::DevStandbyMgr {
 
 namespace {
 
+using AppExecFwk::SystemProcessInfo;
 using SuspendManager::NativeProcessInfo;
 using SuspendManager::SuspendManagerClient;
 
@@ -35,16 +40,16 @@ void FreezeStrategy::HandleEvent(const StandbyMessage& message) {
     STANDBYSERVICE_LOGD("enter FreezeStrategy HandleEvent, eventId is %{public}d", message.eventId);
     switch (message.eventId) {
         case StandbyMessageType::STATE_TRANSIT:
-            StopFreeze(message);
+            static_cast<void>(StopFreeze(message));
             break;
         case StandbyMessageType::PHASE_TRANSIT:
-            StartFreeze(message);
+            static_cast<void>(StartFreeze(message));
             break;
         case StandbyMessageType::RES_CTRL_CONDITION_CHANGED:
-            UpdateResourceConfig(message);
+            static_cast<void>(UpdateResourceConfig(message));
             break;
         case StandbyMessageType::ALLOW_LIST_CHANGED:
-            UpdateAllowedList(message);
+            static_cast<void>(UpdateAllowedList(message));
             break;
         default:
             break;
@@ -53,7 +58,7 @@ void FreezeStrategy::HandleEvent(const StandbyMessage& message) {
 
 ErrCode FreezeStrategy::OnCreated() {
     STANDBYSERVICE_LOGI("FreezeStrategy is now OnCreated");
-    return ERR_OK;
+    return PhoneStatus::OK;
 }
 
 ErrCode FreezeStrategy::OnDestroy() {
@@ -61,96 +66,97 @@ ErrCode FreezeStrategy::OnDestroy() {
     defaultNativeProcessSet_.clear();
     allowProcessNameSet_.clear();
     freezedNativeProcess_.clear();
-    return ERR_OK;
+    return PhoneStatus::OK;
 }
 
 ErrCode FreezeStrategy::StopFreeze(const StandbyMessage& message) {
-    const int32_t previous = message.Params().GetIntParam(PREVIOUS_STATE, 0);
-    const int32_t current = message.Params().GetIntParam(CURRENT_STATE, 0);
+    const int32_t previous = ParamsOf(message).GetIntParam(PREVIOUS_STATE, 0);
+    const int32_t current = ParamsOf(message).GetIntParam(CURRENT_STATE, 0);
     if (previous == StandbyState::MAINTENANCE && current == StandbyState::SLEEP) {
         // the end of a maintenance freezes whether or not the group was frozen before it
-        if (const ErrCode status = CalculateFreezeInfo(); status != ERR_OK) {
+        if (const ErrCode status = CalculateFreezeInfo(); status != PhoneStatus::OK) {
             return status;
         }
         SendFreezeInfo(true);
-        return ERR_OK;
+        return PhoneStatus::OK;
     }
     if (!isDoze_) {
         STANDBYSERVICE_LOGD("now is thaw, do not need to StopFreeze");
-        return ERR_ALREADY_IN_STATE;
+        return PhoneStatus::ALREADY_IN_STATE;
     }
     if (previous != StandbyState::SLEEP || current == StandbyState::SLEEP) {
         STANDBYSERVICE_LOGD("previous_state is same as current_state or previous_state not equal to SLEEP state!");
-        return ERR_NOT_LEAVING_SLEEP;
+        return PhoneStatus::NOT_LEAVING_SLEEP;
     }
     SendFreezeInfo(false);
     if (current != StandbyState::MAINTENANCE) {
         freezedNativeProcess_.clear();
         isDoze_ = false;
     }
-    return ERR_OK;
+    return PhoneStatus::OK;
 }
 
 ErrCode FreezeStrategy::StartFreeze(const StandbyMessage& message) {
     if (isDoze_) {
         STANDBYSERVICE_LOGD("now is doze, do not need startFreeze, repeat process");
-        return ERR_ALREADY_IN_STATE;
+        return PhoneStatus::ALREADY_IN_STATE;
     }
-    const int32_t phase = message.Params().GetIntParam(CURRENT_PHASE, 0);
-    const int32_t state = message.Params().GetIntParam(CURRENT_STATE, 0);
+    const int32_t phase = ParamsOf(message).GetIntParam(CURRENT_PHASE, 0);
+    const int32_t state = ParamsOf(message).GetIntParam(CURRENT_STATE, 0);
     if (phase != StandbyPhase::APP_RES_DEEP || state != StandbyState::SLEEP) {
         STANDBYSERVICE_LOGD("current state is not SLEEP or current phase is not APP_RES_DEEP!");
-        return ERR_STATE_REQ_NOT_MET;
+        return PhoneStatus::STATE_REQ_NOT_MET;
     }
     STANDBYSERVICE_LOGD("current state is %{public}d, current phase is %{public}d", state, phase);
-    if (const ErrCode status = CalculateFreezeInfo(); status != ERR_OK) {
+    if (const ErrCode status = CalculateFreezeInfo(); status != PhoneStatus::OK) {
         return status;
     }
     SendFreezeInfo(true);
     isDoze_ = true;
-    return ERR_OK;
+    return PhoneStatus::OK;
 }
 
 ErrCode FreezeStrategy::UpdateResourceConfig(const StandbyMessage& message) {
     STANDBYSERVICE_LOGI("%{public}s UpdateResourceConfig by restrict action", kConfigName);
     // The calculation below asks again, for the condition of this moment; both queries stay, in this order.
     defaultNativeProcessSet_ =
-        ConfiguredProcesses(static_cast<uint32_t>(message.Params().GetIntParam(RES_CTRL_CONDITION, 0)));
+        ConfiguredProcesses(static_cast<uint32_t>(ParamsOf(message).GetIntParam(RES_CTRL_CONDITION, 0)));
     SendFreezeInfo(false);
     freezedNativeProcess_.clear();
-    if (const ErrCode status = CalculateFreezeInfo(); status != ERR_OK) {
+    if (const ErrCode status = CalculateFreezeInfo(); status != PhoneStatus::OK) {
         return status;
     }
     SendFreezeInfo(true);
-    return ERR_OK;
+    return PhoneStatus::OK;
 }
 
 ErrCode FreezeStrategy::UpdateAllowedList(const StandbyMessage& message) {
     STANDBYSERVICE_LOGI("enter FreezeStrategy::UpdateAllowedList");
-    const AAFwk::Want& want = message.Params();
-    if (const int32_t allowType = want.GetIntParam("allowType", 0); allowType != AllowType::FREEZE) {
+    const AAFwk::Want& want = ParamsOf(message);
+    if (const int32_t allowType = want.GetIntParam("allowType", 0); allowType != PhoneAllowType::FREEZE) {
         STANDBYSERVICE_LOGD("allowType is not freeze, currentType is %{public}d", allowType);
-        return ERR_ALLOW_TYPE_MISMATCH;
+        return PhoneStatus::ALLOW_TYPE_MISMATCH;
     }
     const std::string name = want.GetStringParam("name");
     const bool added = want.GetBoolParam("added", false);
     STANDBYSERVICE_LOGD("%{public}s apply allow, added is %{public}d", name.c_str(), added);
     if (added) {
         STANDBYSERVICE_LOGD("%{public}s is thaw do not need apply allowed", name.c_str());
-        return ERR_OK;
+        return PhoneStatus::OK;
     }
     if (defaultNativeProcessSet_.count(name) == 0 || !isDoze_) {
-        return ERR_OK;
+        return PhoneStatus::OK;
     }
     std::list<SystemProcessInfo> processes;
-    if (const ErrCode status = FetchSystemProcesses(processes); status != ERR_OK) {
-        return status;
+    if (!AbilityManagerHelper::GetInstance()->GetRunningSystemProcess(processes)) {
+        STANDBYSERVICE_LOGE("connect to app ability service failed");
+        return PhoneStatus::SYSTEM_PROCESS_UNAVAILABLE;
     }
     const auto process = std::find_if(processes.begin(), processes.end(),
                                       [&name](const SystemProcessInfo& info) { return info.processName == name; });
     if (process == processes.end() || process->pid == kNoPid) {
         STANDBYSERVICE_LOGD("%{public}s 's pid is -1, find error", name.c_str());
-        return ERR_PROCESS_NOT_FOUND;
+        return PhoneStatus::PROCESS_NOT_FOUND;
     }
     NativeProcessInfo info;
     info.SetPid(process->pid);
@@ -158,10 +164,10 @@ ErrCode FreezeStrategy::UpdateAllowedList(const StandbyMessage& message) {
     freezedNativeProcess_.push_back(info);
     info.SetFreeze(true);
     const std::vector<int32_t> results = SuspendManagerClient::GetInstance().OperateNativeProcesses({info});
-    const bool isFrozen = !results.empty() && results.back() == ERR_OK;
+    const bool isFrozen = !results.empty() && results.back() == PhoneStatus::OK;
     STANDBYSERVICE_LOGD("Freeze nativeProcess %{public}s, freezed is %{public}s", name.c_str(),
                         isFrozen ? "successed" : "failed");
-    return ERR_OK;
+    return PhoneStatus::OK;
 }
 
 ErrCode FreezeStrategy::CalculateFreezeInfo() {
@@ -172,8 +178,8 @@ ErrCode FreezeStrategy::CalculateFreezeInfo() {
 
 ErrCode FreezeStrategy::CreateFreezeInfo() {
     std::vector<AllowInfo> allowInfos;
-    if (const ErrCode status = StandbyServiceImpl::GetInstance()->GetAllowList(AllowType::FREEZE, allowInfos, 0);
-        status != ERR_OK) {
+    if (const ErrCode status = StandbyServiceImpl::GetInstance()->GetAllowList(PhoneAllowType::FREEZE, allowInfos, 0);
+        status != PhoneStatus::OK) {
         STANDBYSERVICE_LOGD("GetAllowList failed!");
         return status;
     }
@@ -187,8 +193,9 @@ ErrCode FreezeStrategy::CreateFreezeInfo() {
                         allowProcessNameSet_.end(), std::back_inserter(names));
     STANDBYSERVICE_LOGD("processNameDozeset size is %{public}lu", names.size());
     std::list<SystemProcessInfo> processes;
-    if (const ErrCode status = FetchSystemProcesses(processes); status != ERR_OK) {
-        return status;
+    if (!AbilityManagerHelper::GetInstance()->GetRunningSystemProcess(processes)) {
+        STANDBYSERVICE_LOGE("connect to app ability service failed");
+        return PhoneStatus::SYSTEM_PROCESS_UNAVAILABLE;
     }
     STANDBYSERVICE_LOGD("systemProcessInfos size is %{public}lu", processes.size());
     std::unordered_map<std::string, int32_t> pidByName;  // of the first process of each name
@@ -207,15 +214,7 @@ ErrCode FreezeStrategy::CreateFreezeInfo() {
         info.SetProcessName(name);
         info.SetFreeze(false);
     }
-    return ERR_OK;
-}
-
-ErrCode FreezeStrategy::FetchSystemProcesses(std::list<SystemProcessInfo>& processes) {
-    if (!AbilityManagerHelper::GetInstance()->GetRunningSystemProcess(processes)) {
-        STANDBYSERVICE_LOGE("connect to app ability service failed");
-        return ERR_SYSTEM_PROCESS_UNAVAILABLE;
-    }
-    return ERR_OK;
+    return PhoneStatus::OK;
 }
 
 void FreezeStrategy::SendFreezeInfo(bool isFreeze) {
@@ -229,7 +228,7 @@ void FreezeStrategy::SendFreezeInfo(bool isFreeze) {
     }
     const std::vector<int32_t> results =
         SuspendManagerClient::GetInstance().OperateNativeProcesses(freezedNativeProcess_);
-    const auto succeeded = static_cast<int32_t>(std::count(results.begin(), results.end(), ERR_OK));
+    const auto succeeded = static_cast<int32_t>(std::count(results.begin(), results.end(), PhoneStatus::OK));
     STANDBYSERVICE_LOGI("%{public}s, list size is %{public}lu, %{public}s successd list is %{public}d", label,
                         freezedNativeProcess_.size(), label, succeeded);
 }
