@@ -1,11 +1,14 @@
 #ifndef PHONE_STRATEGY_POWER_SAVE_CLEAN_STRATEGY_H
 #define PHONE_STRATEGY_POWER_SAVE_CLEAN_STRATEGY_H
 
+#include <cstdint>
 #include <memory>
 
 #include "event_handler.h"
 #include "ibase_strategy.h"
+#include "phone_standby_status.h"
 #include "process_cleaner.h"
+#include "running_process_info.h"
 
 namespace TARN::DevStandbyMgr {
 
@@ -15,7 +18,6 @@ namespace TARN::DevStandbyMgr {
 /// Listens to: COMMON_EVENT (screen, power-save mode). Commands: the resource scheduler's kill, its clean task.
 class PowerSaveCleanStrategy : public IBaseStrategy, public std::enable_shared_from_this<PowerSaveCleanStrategy> {
 public:
-    PowerSaveCleanStrategy();
     void HandleEvent(const StandbyMessage& message) override;
     ErrCode OnCreated() override;
 
@@ -24,12 +26,15 @@ public:
     ~PowerSaveCleanStrategy() override = default;
 
 private:
+    void InitConfigList();
     void HandleCommonEvent(const StandbyMessage& message);
     void HandleScrOffAction();
     void HandlePowerSaveModeChanged(const StandbyMessage& message);
     void OnCleanTask() const;
     [[nodiscard]] static bool IsCharging();
     void CleanProcess() const;
+    [[nodiscard]] bool CankillProcess(const AppExecFwk::RunningProcessInfo& process) const;
+    static void KillProcessByPid(int32_t pid);
 
     bool isScreenOn_ = false;
     bool isPowerSaveMode_ = false;

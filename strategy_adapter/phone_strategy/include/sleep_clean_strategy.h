@@ -6,7 +6,9 @@
 
 #include "event_handler.h"
 #include "ibase_strategy.h"
+#include "phone_standby_status.h"
 #include "process_cleaner.h"
+#include "running_process_info.h"
 
 namespace TARN::DevStandbyMgr {
 
@@ -16,7 +18,6 @@ namespace TARN::DevStandbyMgr {
 /// Listens to: COMMON_EVENT (screen, user sleep). Commands: the resource scheduler's kill, its check task.
 class SleepCleanStrategy : public IBaseStrategy, public std::enable_shared_from_this<SleepCleanStrategy> {
 public:
-    SleepCleanStrategy();
     void HandleEvent(const StandbyMessage& message) override;
     ErrCode OnCreated() override;
 
@@ -25,17 +26,20 @@ public:
     ~SleepCleanStrategy() override = default;
 
 private:
+    void InitConfigList();
     void HandleCommonEvent(const StandbyMessage& message);
     void HandleSleepStateChange();
     void StartMonitor();
     void StopMonitor();
     void PostCheck();
     void StartSleepCleanTask();
-    bool StartSleepClean();
+    [[nodiscard]] bool StartSleepClean();
     [[nodiscard]] bool CheckBurshCleanConditions(int64_t nowMs) const;
     [[nodiscard]] static bool IsTreatAsChinaProduct();
     [[nodiscard]] static bool IsUserSetupComplete();
     void CleanProcess() const;
+    [[nodiscard]] bool CankillProcess(const AppExecFwk::RunningProcessInfo& process) const;
+    static void KillProcessByPid(int32_t pid);
 
     std::shared_ptr<AppExecFwk::EventHandler> handler_;
     ProcessCleaner cleaner_;

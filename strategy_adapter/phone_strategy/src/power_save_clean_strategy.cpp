@@ -1,5 +1,6 @@
 #include "power_save_clean_strategy.h"
 
+#include <memory>
 #include <string>
 #include <unordered_set>
 #include <vector>
@@ -8,6 +9,7 @@
 #include "background_task_mgr_helper.h"
 #include "battery_srv_client.h"
 #include "common_event_support.h"
+#include "phone_standby_message.h"
 #include "phone_standby_vocabulary.h"
 #include "power_mgr_client.h"
 #include "standby_service_impl.h"
@@ -28,18 +30,22 @@ constexpr int64_t kStrictDelayMs = 10'000;
 
 }  // namespace
 
-PowerSaveCleanStrategy::PowerSaveCleanStrategy() : cleaner_(__FILE_NAME__) {}
-
 ErrCode PowerSaveCleanStrategy::OnCreated() {
     STANDBYSERVICE_LOGI("PowerSaveCleanStrategy is now OnCreated");
     handler_ = StandbyServiceImpl::GetInstance()->GetHandler();
-    cleaner_.LoadConfig(kConfigName);
-    return ERR_OK;
+    InitConfigList();
+    return PhoneStatus::OK;
+}
+
+void PowerSaveCleanStrategy::InitConfigList() {
+    if (!cleaner_.LoadConfig(kConfigName)) {
+        STANDBYSERVICE_LOGE("tagList is null");
+    }
 }
 
 ErrCode PowerSaveCleanStrategy::OnDestroy() {
     STANDBYSERVICE_LOGI("PowerSaveCleanStrategy is now OnDestroy");
-    return ERR_OK;
+    return PhoneStatus::OK;
 }
 
 void PowerSaveCleanStrategy::HandleEvent(const StandbyMessage& message) {
@@ -64,8 +70,9 @@ void PowerSaveCleanStrategy::HandleCommonEvent(const StandbyMessage& message) {
 
 void PowerSaveCleanStrategy::HandleScrOffAction() {
     handler_->RemoveTask(g_cleanTask);
-    handler_->PostTask([strategy = shared_from_this()] { strategy->OnCleanTask(); }, g_cleanTask,
-                       isStrictPowerSaveMode_ ? kStrictDelayMs : kDelayMs, EventHandler::Priority::LOW);
+    static_cast<void>(handler_->PostTask([strategy = shared_from_this()] { strategy->OnCleanTask(); }, g_cleanTask,
+                                         isStrictPowerSaveMode_ ? kStrictDelayMs : kDelayMs,
+                                         static_cast<EventHandler::Priority>(PHONE_TASK_PRIORITY)));
 }
 
 void PowerSaveCleanStrategy::OnCleanTask() const {
@@ -76,7 +83,7 @@ void PowerSaveCleanStrategy::OnCleanTask() const {
 }
 
 void PowerSaveCleanStrategy::HandlePowerSaveModeChanged(const StandbyMessage& message) {
-    isPowerSaveMode_ = message.Params().GetBoolParam(kPowerModeKey, false);
+    isPowerSaveMode_ = ParamsOf(message).GetBoolParam(kPowerModeKey, false);
     isStrictPowerSaveMode_ = PowerMgr::PowerMgrClient::GetInstance().GetDeviceMode() == DEVICE_MODE_ECM;
     if (isStrictPowerSaveMode_) {
         CleanProcess();  // at once: neither screen nor charger nor the mode's own flag is asked
@@ -89,7 +96,8 @@ bool PowerSaveCleanStrategy::IsCharging() {
 
 void PowerSaveCleanStrategy::CleanProcess() const {
     std::vector<AppExecFwk::RunningProcessInfo> processes;
-    if (!cleaner_.FetchRunningProcesses(processes)) {
+    if (!AppMgrHelper::GetInstance()->GetAllRunningProcesses(processes)) {
+        STANDBYSERVICE_LOGE("get all running processes failed");
         return;
     }
     std::vector<AppExecFwk::AppStateData> foreground;
@@ -99,8 +107,12 @@ void PowerSaveCleanStrategy::CleanProcess() const {
     }
     std::unordered_set<int32_t> protectedPids;
     std::vector<std::shared_ptr<BackgroundTaskMgr::ContinuousTaskCallbackInfo>> tasks;
-    BackgroundTaskMgr::BackgroundTaskMgrHelper::GetContinuousTaskApps(tasks);
+    // A refusal does not end the clean: it is the only one of this screen-off, and the foreground is spared anyway.
+    static_cast<void>(BackgroundTaskMgr::BackgroundTaskMgrHelper::GetContinuousTaskApps(tasks));
     for (const auto& task : tasks) {
+        if (task == nullptr) {
+            continue;
+        }
         STANDBYSERVICE_LOGI("continuous task type: %{public}u, uid: %{public}d. no clean", task->GetTypeId(),
                             task->GetCreatorUid());
         protectedPids.insert(task->GetCreatorPid());
@@ -109,9 +121,26 @@ void PowerSaveCleanStrategy::CleanProcess() const {
         protectedPids.insert(app.pid);
     }
     for (const auto& process : processes) {
-        if (cleaner_.CankillProcess(process) && protectedPids.count(process.pid_) == 0) {
-            cleaner_.KillProcessByPid(process.pid_);
+        if (CankillProcess(process) && protectedPids.count(process.pid_) == 0) {
+            KillProcessByPid(process.pid_);
         }
+    }
+}
+
+bool PowerSaveCleanStrategy::CankillProcess(const AppExecFwk::RunningProcessInfo& process) const {
+    if (cleaner_.IsListed(process)) {
+        STANDBYSERVICE_LOGD("system app can kill in list, process name: %{public}s, uid : %{public}d",
+                            process.processName_.c_str(), process.uid_);
+        return true;
+    }
+    return !ProcessCleaner::IsSystemApp(process);
+}
+
+void PowerSaveCleanStrategy::KillProcessByPid(int32_t pid) {
+    if (ProcessCleaner::Kill(pid)) {
+        STANDBYSERVICE_LOGI("kill process pid: %{public}d", pid);
+    } else {
+        STANDBYSERVICE_LOGE("failed to kill process, pid: %{public}d", pid);
     }
 }
 

@@ -1,11 +1,14 @@
 #include "sleep_clean_strategy.h"
 
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "app_mgr_helper.h"
 #include "common_event_support.h"
 #include "os_account_manager.h"
 #include "parameters.h"
+#include "phone_standby_message.h"
 #include "phone_standby_vocabulary.h"
 #include "standby_datashare_helper.h"
 #include "standby_service_impl.h"
@@ -27,20 +30,24 @@ constexpr int64_t kCleanIntervalMs = 43'200'000;  // 12 hours
 
 }  // namespace
 
-SleepCleanStrategy::SleepCleanStrategy() : cleaner_(__FILE_NAME__) {}
-
 ErrCode SleepCleanStrategy::OnCreated() {
     STANDBYSERVICE_LOGI("SleepCleanStrategy is now OnCreated");
     handler_ = StandbyServiceImpl::GetInstance()->GetHandler();
-    cleaner_.LoadConfig(kConfigName);
-    return ERR_OK;
+    InitConfigList();
+    return PhoneStatus::OK;
+}
+
+void SleepCleanStrategy::InitConfigList() {
+    if (!cleaner_.LoadConfig(kConfigName)) {
+        STANDBYSERVICE_LOGE("tagList is null");
+    }
 }
 
 ErrCode SleepCleanStrategy::OnDestroy() {
     STANDBYSERVICE_LOGI("SleepCleanStrategy is now OnDestroy");
     handler_.reset();
     cleaner_.ForgetConfig();
-    return ERR_OK;
+    return PhoneStatus::OK;
 }
 
 void SleepCleanStrategy::HandleEvent(const StandbyMessage& message) {
@@ -58,7 +65,7 @@ void SleepCleanStrategy::HandleCommonEvent(const StandbyMessage& message) {
         STANDBYSERVICE_LOGD("COMMON_EVENT_SCREEN_OFF");
         isScreenOn_ = false;
     } else if (message.action == COMMON_EVENT_USER_SLEEP_STATE_CHANGED) {
-        isSleep_ = message.Params().GetBoolParam("isSleep", false);
+        isSleep_ = ParamsOf(message).GetBoolParam("isSleep", false);
         STANDBYSERVICE_LOGI("COMMON_EVENT_USER_SLEEP_STATE_CHANGED, sleep: %{public}d", isSleep_);
         HandleSleepStateChange();
     }
@@ -91,8 +98,9 @@ void SleepCleanStrategy::StartMonitor() {
 }
 
 void SleepCleanStrategy::PostCheck() {
-    handler_->PostTask([strategy = shared_from_this()] { strategy->StartSleepCleanTask(); }, SLEEP_CLEAN_LOOP_TASK,
-                       kCheckPeriodMs, EventHandler::Priority::LOW);
+    static_cast<void>(handler_->PostTask([strategy = shared_from_this()] { strategy->StartSleepCleanTask(); },
+                                         SLEEP_CLEAN_LOOP_TASK, kCheckPeriodMs,
+                                         static_cast<EventHandler::Priority>(PHONE_TASK_PRIORITY)));
 }
 
 void SleepCleanStrategy::StartSleepCleanTask() {
@@ -145,13 +153,13 @@ bool SleepCleanStrategy::CheckBurshCleanConditions(int64_t nowMs) const {
 
 bool SleepCleanStrategy::IsTreatAsChinaProduct() {
     std::string locale;
-    return system::GetStringParameter("const.global.locale", locale, "") == ERR_OK && locale == "zh-Hans-CN";
+    return system::GetStringParameter("const.global.locale", locale, "") == PhoneStatus::OK && locale == "zh-Hans-CN";
 }
 
 bool SleepCleanStrategy::IsUserSetupComplete() {
     const auto helper = std::make_shared<StandbyDataShareHelper>(SETTINGS_DATA_ABILITY_ID);
     std::vector<int> accounts;
-    if (AccountSA::OsAccountManager::QueryActiveOsAccountIds(accounts) != ERR_OK || accounts.empty()) {
+    if (AccountSA::OsAccountManager::QueryActiveOsAccountIds(accounts) != PhoneStatus::OK || accounts.empty()) {
         return false;
     }
     const std::string address = "datashare:///com.tarn.settingsdata/entry/settingsdata/USER_SETTINGSDATA_SECURE_" +
@@ -159,7 +167,7 @@ bool SleepCleanStrategy::IsUserSetupComplete() {
     STANDBYSERVICE_LOGD("uri : %{public}s", address.c_str());
     Uri uri(address);
     std::string value;
-    if (helper->Query(uri, USER_SETUP_COMPLETE, value) != ERR_OK) {
+    if (helper->Query(uri, USER_SETUP_COMPLETE, value) != PhoneStatus::OK) {
         STANDBYSERVICE_LOGE("query user_setup_complete failed");
         return false;
     }
@@ -169,13 +177,31 @@ bool SleepCleanStrategy::IsUserSetupComplete() {
 
 void SleepCleanStrategy::CleanProcess() const {
     std::vector<AppExecFwk::RunningProcessInfo> processes;
-    if (!cleaner_.FetchRunningProcesses(processes)) {
+    if (!AppMgrHelper::GetInstance()->GetAllRunningProcesses(processes)) {
+        STANDBYSERVICE_LOGE("get all running processes failed");
         return;
     }
     for (const auto& process : processes) {
-        if (cleaner_.CankillProcess(process)) {
-            cleaner_.KillProcessByPid(process.pid_);
+        if (CankillProcess(process)) {
+            KillProcessByPid(process.pid_);
         }
+    }
+}
+
+bool SleepCleanStrategy::CankillProcess(const AppExecFwk::RunningProcessInfo& process) const {
+    if (cleaner_.IsListed(process)) {
+        STANDBYSERVICE_LOGD("system app can kill in list, process name: %{public}s, uid : %{public}d",
+                            process.processName_.c_str(), process.uid_);
+        return true;
+    }
+    return !ProcessCleaner::IsSystemApp(process);
+}
+
+void SleepCleanStrategy::KillProcessByPid(int32_t pid) {
+    if (ProcessCleaner::Kill(pid)) {
+        STANDBYSERVICE_LOGI("kill process pid: %{public}d", pid);
+    } else {
+        STANDBYSERVICE_LOGE("failed to kill process, pid: %{public}d", pid);
     }
 }
 
