@@ -7,10 +7,10 @@
 #include <vector>
 
 #include "event_handler.h"
+#include "phone_standby_status.h"
 #include "relaxed.h"
 #include "sensor_agent_type.h"
 #include "sleep_data_record.h"
-#include "standby_service_errors.h"
 
 namespace TARN::DevStandbyMgr {
 
@@ -53,7 +53,7 @@ protected:
 private:
     void InitSensorUserMap();
     void StartMonitoring();
-    ErrCode StartSensor();
+    [[nodiscard]] ErrCode StartSensor();
     void StopSensor();
     void SaveSleepData(bool isDayCollect);
     [[nodiscard]] SleepDataRecord SaveSleepCollectData();
@@ -64,7 +64,7 @@ private:
     [[nodiscard]] static int64_t GetNextAlarmClockTriggerTime();
     [[nodiscard]] bool IsMeetDayDataCollectCondition() const;
     void FinishDayCollect(SleepDataRecord& record);
-    void UpdateProximityError();
+    [[nodiscard]] float JudgeProximity() const;
     void CountDaySamples(SleepDataRecord& record) const;
 
     int32_t scrOnCount = 0;

@@ -8,6 +8,7 @@
 
 #include "event_handler.h"
 #include "ibase_strategy.h"
+#include "phone_standby_status.h"
 #include "sleep_data_collecter.h"
 #include "sleep_data_record.h"
 #include "user_sleep_predict.h"
@@ -42,13 +43,10 @@ private:
     void HandleBgTaskStatusChange(const StandbyMessage& message);
     void Predict();
     [[nodiscard]] bool IsMeetDataCollectCondition();
-    void FillCurSleepData(const StandbyMessage& message);
-    void JudgeModels();
-    void ExpireEnhanceModel();
+    void JudgeModels(bool isWakeupNear);
     void CombineModels();
     [[nodiscard]] bool IsOnActiveUsing() const;
     void UpdateUserSleepState(bool isSleep, int64_t wakeupTime);
-    void ExitSleep();
     void DistrustBaseline();
     static void DumpShowDetailInfo(std::string& result);
     void DumpSleepTest(const std::vector<std::string>& args, std::string& result);

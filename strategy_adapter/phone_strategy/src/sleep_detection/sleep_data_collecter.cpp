@@ -1,11 +1,13 @@
 #include "sleep_data_collecter.h"
 
 #include <algorithm>
+#include <cstring>
 #include <string>
 #include <utility>
 
 #include "movement_client.h"
 #include "parameters.h"
+#include "phone_standby_message.h"
 #include "phone_standby_vocabulary.h"
 #include "saturating.h"
 #include "sensor_agent.h"
@@ -28,6 +30,15 @@ const std::string g_alarmUri =
 const bool g_isDebugOn = system::GetBoolParameter("persist.sys.standby_ext_debug_on", false);
 const int64_t g_dayLoopPeriodMs = g_isDebugOn ? 15'000 : 600'000;
 
+constexpr int32_t kAmbientLightSensor = 5;
+constexpr int32_t kProximitySensor = 12;
+constexpr size_t kAmbientLightBytes = 12;  // a reading's record; the intensity stands first
+constexpr size_t kProximityBytes = 4;      // the distance alone
+
+constexpr int32_t kStillness = 4;
+constexpr int32_t kStillnessEntered = 1;
+constexpr int32_t kStillnessExited = 2;
+
 constexpr float kNoReading = -1.0F;
 constexpr float kDarkLux = 5.0F;
 constexpr float kForcedBrightLux = 50.0F;
@@ -46,10 +57,23 @@ constexpr int64_t kSampleLifeMs = 172'800'000;  // 48 hours
 constexpr size_t kLeastErrors = 8;
 constexpr float kErrorRatio = 0.5F;
 constexpr float kTrustRatio = 0.4F;
+constexpr float kProximityError = 1.0F;
+constexpr float kProximityTrusted = 0.0F;
+constexpr float kProximityUndecided = -1.0F;
 
 /// Seconds from one time to another, truncated.
 int32_t SecondsBetween(int64_t fromMs, int64_t toMs) {
     return static_cast<int32_t>(SaturatingSub(toMs, fromMs) / kMsPerSecond);
+}
+
+/// Takes the value that a sensor's record begins with; what is not a whole record is ignored. The bytes are copied,
+/// since the sensor service promises no alignment.
+void TakeReading(const SensorEvent* event, size_t recordBytes, Relaxed<float>& reading) {
+    if (event != nullptr && event->data != nullptr && event->dataLen >= recordBytes) {
+        float value = kNoReading;
+        std::memcpy(&value, event->data, sizeof(value));
+        reading = value;
+    }
 }
 
 }  // namespace
@@ -59,10 +83,10 @@ Relaxed<float> SleepDataCollecter::currentProximityData_ = kNoReading;
 
 SleepDataCollecter::SleepDataCollecter() : handler_(StandbyServiceImpl::GetInstance()->GetHandler()) {
     InitSensorUserMap();
-    if (const auto light = sensorUserMap_.find(SENSOR_TYPE_ID_AMBIENT_LIGHT); light != sensorUserMap_.end()) {
+    if (const auto light = sensorUserMap_.find(kAmbientLightSensor); light != sensorUserMap_.end()) {
         light->second.callback = AmbientLightCallback;
     }
-    if (const auto proximity = sensorUserMap_.find(SENSOR_TYPE_ID_PROXIMITY); proximity != sensorUserMap_.end()) {
+    if (const auto proximity = sensorUserMap_.find(kProximitySensor); proximity != sensorUserMap_.end()) {
         proximity->second.callback = ProximityCallback;
     }
     isProximityError = SleepSharedPref::GetBoolSettings(SleepSharedPref::IS_PROXIMITY_ERROR, false);
@@ -70,10 +94,10 @@ SleepDataCollecter::SleepDataCollecter() : handler_(StandbyServiceImpl::GetInsta
 }
 
 void SleepDataCollecter::InitSensorUserMap() {
-    for (const int32_t type : {SENSOR_TYPE_ID_PROXIMITY, SENSOR_TYPE_ID_AMBIENT_LIGHT}) {
+    for (const int32_t type : {kProximitySensor, kAmbientLightSensor}) {
         SensorInfo* sensors = nullptr;
         int32_t count = 0;
-        if (GetAllSensors(&sensors, &count) != ERR_OK) {
+        if (GetAllSensors(&sensors, &count) != PhoneStatus::OK) {
             STANDBYSERVICE_LOGE("get all sensors failed, sensors are not available");
             continue;
         }
@@ -88,32 +112,28 @@ void SleepDataCollecter::InitSensorUserMap() {
 }
 
 void SleepDataCollecter::AmbientLightCallback(SensorEvent* event) {
-    if (event != nullptr && event->data != nullptr && event->dataLen >= sizeof(AmbientLightData)) {
-        currentAmbientLightData_ = reinterpret_cast<const AmbientLightData*>(event->data)->intensity;
-    }
+    TakeReading(event, kAmbientLightBytes, currentAmbientLightData_);
 }
 
 void SleepDataCollecter::ProximityCallback(SensorEvent* event) {
-    if (event != nullptr && event->data != nullptr && event->dataLen >= sizeof(ProximityData)) {
-        currentProximityData_ = reinterpret_cast<const ProximityData*>(event->data)->distance;
-    }
+    TakeReading(event, kProximityBytes, currentProximityData_);
 }
 
 void SleepDataCollecter::CollectSleepData(bool isDayCollect) {
     StartMonitoring();
-    handler_->PostTask(
+    static_cast<void>(handler_->PostTask(
         [collecter = shared_from_this(), isDayCollect] {
             collecter->StopSensor();
             collecter->SaveSleepData(isDayCollect);
         },
-        {}, kSnapshotMs);
+        {}, kSnapshotMs));
 }
 
 void SleepDataCollecter::StartMonitoring() {
     currentAmbientLightData_ = kNoReading;
     currentProximityData_ = kNoReading;
     isMonitoring = true;
-    if (StartSensor() != ERR_OK) {
+    if (StartSensor() != PhoneStatus::OK) {
         StopSensor();
     }
 }
@@ -121,18 +141,18 @@ void SleepDataCollecter::StartMonitoring() {
 ErrCode SleepDataCollecter::StartSensor() {
     STANDBYSERVICE_LOGI("StartSensor");
     for (const auto& [id, user] : sensorUserMap_) {
-        if (SubscribeSensor(id, &user) != ERR_OK) {
+        if (SubscribeSensor(id, &user) != PhoneStatus::OK) {
             STANDBYSERVICE_LOGE("subscribe sensor failed for sensor ID %{public}d", id);
-            return ERR_SENSOR;
+            return PhoneStatus::SENSOR;
         }
         STANDBYSERVICE_LOGI("subscribe sensor succeed for sensor ID %{public}d", id);
-        SetBatch(id, &user, SENSOR_SAMPLING_RATE, SENSOR_REPORTING_RATE);
-        if (ActivateSensor(id, &user) != ERR_OK) {
+        static_cast<void>(SetBatch(id, &user, SENSOR_SAMPLING_RATE, SENSOR_REPORTING_RATE));
+        if (ActivateSensor(id, &user) != PhoneStatus::OK) {
             STANDBYSERVICE_LOGE("activate sensor failed for sensor ID %{public}d", id);
-            return ERR_SENSOR;
+            return PhoneStatus::SENSOR;
         }
     }
-    return ERR_OK;
+    return PhoneStatus::OK;
 }
 
 void SleepDataCollecter::StopSensor() {
@@ -141,10 +161,10 @@ void SleepDataCollecter::StopSensor() {
         return;
     }
     for (const auto& [id, user] : sensorUserMap_) {
-        if (DeactivateSensor(id, &user) != ERR_OK) {
+        if (DeactivateSensor(id, &user) != PhoneStatus::OK) {
             STANDBYSERVICE_LOGE("deactivate sensor failed for sensor ID %{public}d", id);
         }
-        if (UnsubscribeSensor(id, &user) != ERR_OK) {
+        if (UnsubscribeSensor(id, &user) != PhoneStatus::OK) {
             STANDBYSERVICE_LOGE("unsubscribe sensor failed for sensor ID %{public}d", id);
         }
     }
@@ -168,7 +188,7 @@ void SleepDataCollecter::SaveSleepData(bool isDayCollect) {
     want.SetParam("mTimestamp", record.mTimestamp);
     want.SetParam("mNextAlarmClockTriggerTime", record.mNextAlarmClockTriggerTime);
     StandbyServiceImpl::GetInstance()->DispatchEvent(
-        StandbyMessage(StandbyMessageType::SLEEP_COLLECT_FINISHED, {}, std::move(want)));
+        MakeMessage(StandbyMessageType::SLEEP_COLLECT_FINISHED, {}, std::move(want)));
 }
 
 SleepDataRecord SleepDataCollecter::SaveSleepCollectData() {
@@ -193,15 +213,14 @@ SleepDataRecord SleepDataCollecter::SaveSleepCollectData() {
 
 void SleepDataCollecter::UpdateUserStationaryDuration() {
     constexpr int64_t kNsPerSecond = 1'000'000'000;
-    const Msdp::MovementData still =
-        Msdp::MovementClient::GetInstance().GetMovementData(Msdp::MovementType::TYPE_STILL);
-    switch (still.value) {
-        case Msdp::MovementValue::VALUE_ENTER: {
+    const auto still = Msdp::MovementClient::GetInstance().GetMovementData(static_cast<Msdp::MovementType>(kStillness));
+    switch (static_cast<int32_t>(still.value)) {
+        case kStillnessEntered: {
             const int64_t stillNs = SaturatingSub(TimeProviderExt::GetBootTimeNs(), still.timestamp);
             userStationaryDuration = static_cast<int32_t>(stillNs / kNsPerSecond);
             break;
         }
-        case Msdp::MovementValue::VALUE_EXIT:
+        case kStillnessExited:
             userStationaryDuration = 0;
             break;
         default:
@@ -254,7 +273,7 @@ int64_t SleepDataCollecter::GetNextAlarmClockTriggerTime() {
     const auto helper = std::make_shared<StandbyDataShareHelper>(SETTINGS_DATA_ABILITY_ID);
     Uri uri(g_alarmUri);
     std::string value;
-    if (helper->Query(uri, g_alarmKey, value) != ERR_OK) {
+    if (helper->Query(uri, g_alarmKey, value) != PhoneStatus::OK) {
         STANDBYSERVICE_LOGE("query nearest alarm clock failed");
         return -1;
     }
@@ -267,8 +286,8 @@ void SleepDataCollecter::DayCollection() {
         CollectSleepData(true);
     }
     handler_->RemoveTask(g_dayLoopTask);
-    handler_->PostTask([collecter = shared_from_this()] { collecter->DayCollection(); }, g_dayLoopTask,
-                       g_dayLoopPeriodMs);
+    static_cast<void>(handler_->PostTask([collecter = shared_from_this()] { collecter->DayCollection(); },
+                                         g_dayLoopTask, g_dayLoopPeriodMs));
 }
 
 bool SleepDataCollecter::IsMeetDayDataCollectCondition() const {
@@ -294,29 +313,28 @@ void SleepDataCollecter::FinishDayCollect(SleepDataRecord& record) {
                                     [&record](int64_t time) { return time < record.mTimestamp - kSampleLifeMs; }),
                      times->end());
     }
-    UpdateProximityError();
+    const float state = JudgeProximity();
+    STANDBYSERVICE_LOGI("calculation proximity error state is %{public}f", state);
+    const bool isError = state == kProximityError;
+    if (state != kProximityUndecided && isError != isProximityError) {
+        isProximityError = isError;
+        SleepSharedPref::UpdateBoolSettings(SleepSharedPref::IS_PROXIMITY_ERROR, isProximityError);
+        STANDBYSERVICE_LOGI("update proximity error state to %{public}d", isProximityError);
+    }
     CountDaySamples(record);
 }
 
 /// Eight errors at the least, and then a clear majority either way; between the ratios the judgement stays.
-void SleepDataCollecter::UpdateProximityError() {
-    constexpr float kUndecided = -1.0F;
-    float state = kUndecided;
-    if (const size_t errors = proximityErrorTimes.size(); errors >= kLeastErrors) {
-        const float ratio = static_cast<float>(errors) / static_cast<float>(errors + proximityNormalTimes.size());
-        if (ratio >= kErrorRatio) {
-            state = 1.0F;
-        } else if (ratio < kTrustRatio) {
-            state = 0.0F;
-        }
+float SleepDataCollecter::JudgeProximity() const {
+    const size_t errors = proximityErrorTimes.size();
+    if (errors < kLeastErrors) {
+        return kProximityUndecided;
     }
-    STANDBYSERVICE_LOGI("calculation proximity error state is %{public}f", state);
-    if (state == kUndecided || (state == 1.0F) == isProximityError) {
-        return;
+    const float ratio = static_cast<float>(errors) / static_cast<float>(errors + proximityNormalTimes.size());
+    if (ratio >= kErrorRatio) {
+        return kProximityError;
     }
-    isProximityError = state == 1.0F;
-    SleepSharedPref::UpdateBoolSettings(SleepSharedPref::IS_PROXIMITY_ERROR, isProximityError);
-    STANDBYSERVICE_LOGI("update proximity error state to %{public}d", isProximityError);
+    return ratio < kTrustRatio ? kProximityTrusted : kProximityUndecided;
 }
 
 void SleepDataCollecter::CountDaySamples(SleepDataRecord& record) const {

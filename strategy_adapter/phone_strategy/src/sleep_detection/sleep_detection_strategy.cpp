@@ -1,12 +1,15 @@
 #include "sleep_detection_strategy.h"
 
 #include <algorithm>
+#include <string_view>
 #include <utility>
 
 #include "common_event_manager.h"
 #include "common_event_support.h"
 #include "parameters.h"
+#include "phone_dump_words.h"
 #include "phone_sleep_data_collecter.h"
+#include "phone_standby_message.h"
 #include "phone_standby_vocabulary.h"
 #include "saturating.h"
 #include "standby_constants.h"
@@ -21,7 +24,6 @@ namespace {
 using EventFwk::CommonEventSupport;
 
 const std::string g_loopTask = "user_sleep_detection_loop_task";
-const std::string g_action(COMMON_EVENT_USER_SLEEP_STATE_CHANGED);
 const std::string g_permission = "tarn.permission.MANAGER_USER_SLEEP_STATUS";
 const std::string g_dumpTestOption = "-ST";
 const bool g_isDebugOn = system::GetBoolParameter("persist.sys.standby_ext_debug_on", false);
@@ -47,6 +49,21 @@ constexpr int64_t kWakeupNearMs = 900'000;
 constexpr int32_t kBaselineAsleep = 1;
 constexpr int32_t kBaselineOverruled = -2;
 constexpr int64_t kNoWakeup = -1;
+
+/// A collected record as SLEEP_COLLECT_FINISHED carries it.
+SleepDataRecord RecordOf(const AAFwk::Want& want) {
+    SleepDataRecord record;
+    record.mUserStationaryDuration = want.GetIntParam("mUserStationaryDuration", -1);
+    record.mLightDarkDuration = want.GetIntParam("mLightDarkDuration", -1);
+    record.mScrOffDuration = want.GetIntParam("mScrOffDuration", -1);
+    record.mScrOnCount = want.GetIntParam("mScrOnCount", -1);
+    record.mLight = want.GetFloatParam("mLight", -1.0F);
+    record.mProximity = want.GetFloatParam("mProximity", -1.0F);
+    record.mUnlockTimestamp = want.GetLongParam("mUnlockTimestamp", -1);
+    record.mTimestamp = want.GetLongParam("mTimestamp", -1);
+    record.mNextAlarmClockTriggerTime = want.GetLongParam("mNextAlarmClockTriggerTime", -1);
+    return record;
+}
 
 }  // namespace
 
@@ -83,12 +100,12 @@ ErrCode SleepDetectionStrategy::OnCreated() {
     }
     constexpr int64_t kNoClockTime = -1;
     userSleepPredict_ = std::make_shared<UserSleepPredict>(kNoClockTime);
-    return ERR_OK;
+    return PhoneStatus::OK;
 }
 
 ErrCode SleepDetectionStrategy::OnDestroy() {
     STANDBYSERVICE_LOGI("SleepDetectionStrategy is OnDestroy now");
-    return ERR_OK;
+    return PhoneStatus::OK;
 }
 
 void SleepDetectionStrategy::HandleCommonEvent(const StandbyMessage& message) {
@@ -106,7 +123,10 @@ void SleepDetectionStrategy::HandleCommonEvent(const StandbyMessage& message) {
 }
 
 void SleepDetectionStrategy::HandleScrOnAction() {
-    ExitSleep();
+    if (std::exchange(isUserSleep_, false)) {
+        STANDBYSERVICE_LOGI("exit slp");
+        SendUserSleepAICommonEvent(false, kNoWakeup);
+    }
     handler_->RemoveTask(g_loopTask);
     sleepDataCollecter_->SetScrOnCount(sleepDataCollecter_->GetScrOnCount() + 1);
     sleepDataCollecter_->SetScrOffStartTimestamp(0);
@@ -129,7 +149,8 @@ void SleepDetectionStrategy::Predict() {
         sleepDataCollecter_->CollectSleepData(false);
     }
     handler_->RemoveTask(g_loopTask);
-    handler_->PostTask([strategy = shared_from_this()] { strategy->Predict(); }, g_loopTask, g_loopPeriodMs);
+    static_cast<void>(
+        handler_->PostTask([strategy = shared_from_this()] { strategy->Predict(); }, g_loopTask, g_loopPeriodMs));
     if (STANDBT_MODE == kDayCheckMode) {
         sleepDataCollecter_->DayCollection();
     }
@@ -162,36 +183,7 @@ bool SleepDetectionStrategy::IsMeetDataCollectCondition() {
 }
 
 void SleepDetectionStrategy::HandleEventFinishCollect(const StandbyMessage& message) {
-    FillCurSleepData(message);
-    baselineResult_ = userSleepPredict_->SleepBaselinePredict(lastSleepData_, curSleepData_);
-    wakeupTime_ = userSleepPredict_->WakeupPredict(curSleepData_);
-    STANDBYSERVICE_LOGI("predict baseline result: %{public}d, wakeup time: %{public}ld", baselineResult_, wakeupTime_);
-    JudgeModels();
-    ExpireEnhanceModel();
-    CombineModels();
-    if (isSleep_) {
-        userSleepPredict_->UpdateLastClockTime(curSleepData_.mNextAlarmClockTriggerTime);
-    }
-    if (IsOnActiveUsing()) {
-        ExitSleep();
-    } else {
-        UpdateUserSleepState(isSleep_, wakeupTime_);
-    }
-    lastSleepData_ = curSleepData_;
-}
-
-void SleepDetectionStrategy::FillCurSleepData(const StandbyMessage& message) {
-    const AAFwk::Want& want = message.Params();
-    curSleepData_ = SleepDataRecord();
-    curSleepData_.mUserStationaryDuration = want.GetIntParam("mUserStationaryDuration", -1);
-    curSleepData_.mLightDarkDuration = want.GetIntParam("mLightDarkDuration", -1);
-    curSleepData_.mScrOffDuration = want.GetIntParam("mScrOffDuration", -1);
-    curSleepData_.mScrOnCount = want.GetIntParam("mScrOnCount", -1);
-    curSleepData_.mLight = want.GetFloatParam("mLight", -1.0F);
-    curSleepData_.mProximity = want.GetFloatParam("mProximity", -1.0F);
-    curSleepData_.mUnlockTimestamp = want.GetLongParam("mUnlockTimestamp", -1);
-    curSleepData_.mTimestamp = want.GetLongParam("mTimestamp", -1);
-    curSleepData_.mNextAlarmClockTriggerTime = want.GetLongParam("mNextAlarmClockTriggerTime", -1);
+    curSleepData_ = RecordOf(ParamsOf(message));
     STANDBYSERVICE_LOGI(
         "collected data: user stationary duration:(%{public}d); light dark duration(%{public}d); screen off "
         "duration(%{public}d); baseline result(%{public}d); screen on count(%{public}d); light(%{public}f); "
@@ -200,27 +192,37 @@ void SleepDetectionStrategy::FillCurSleepData(const StandbyMessage& message) {
         curSleepData_.mUserStationaryDuration, curSleepData_.mLightDarkDuration, curSleepData_.mScrOffDuration,
         curSleepData_.mBaselineResult, curSleepData_.mScrOnCount, curSleepData_.mLight, curSleepData_.mProximity,
         curSleepData_.mUnlockTimestamp, curSleepData_.mTimestamp, curSleepData_.mNextAlarmClockTriggerTime);
-}
-
-void SleepDetectionStrategy::JudgeModels() {
-    if (TimeProviderExt::GetCurMsecTimestamp() >= SaturatingSub(wakeupTime_, kWakeupNearMs)) {
-        isBaselineSleep_ = false;
-        isEnhanceSleep_ = false;
+    baselineResult_ = userSleepPredict_->SleepBaselinePredict(lastSleepData_, curSleepData_);
+    wakeupTime_ = userSleepPredict_->WakeupPredict(curSleepData_);
+    STANDBYSERVICE_LOGI("predict baseline result: %{public}d, wakeup time: %{public}ld", baselineResult_, wakeupTime_);
+    const bool isWakeupNear = TimeProviderExt::GetCurMsecTimestamp() >= SaturatingSub(wakeupTime_, kWakeupNearMs);
+    JudgeModels(isWakeupNear);
+    if (isWakeupNear) {
         STANDBYSERVICE_LOGI("standby stopped because the time is near or later than alarm.");
-        return;
     }
-    isBaselineSleep_ = baselineResult_ == kBaselineAsleep;
-    isEnhanceSleep_ =
-        isBaselineSleep_ &&
-        std::max(curSleepData_.mUserStationaryDuration, curSleepData_.mScrOffDuration) >= kEnhanceLeastSeconds &&
-        TimeProviderExt::TimestampToDayHour(curSleepData_.mTimestamp) < kEnhanceEndHour;
-}
-
-void SleepDetectionStrategy::ExpireEnhanceModel() {
     if (IsEnhanceModelBetter && SaturatingSub(curSleepData_.mTimestamp, enhanceModelBetterTime_) > kEnhanceLifeMs) {
         IsEnhanceModelBetter = false;
         STANDBYSERVICE_LOGI("update IsEnhanceModelBetter to %{public}d", IsEnhanceModelBetter);
     }
+    CombineModels();
+    if (isSleep_) {
+        userSleepPredict_->UpdateLastClockTime(curSleepData_.mNextAlarmClockTriggerTime);
+    }
+    if (!IsOnActiveUsing()) {
+        UpdateUserSleepState(isSleep_, wakeupTime_);
+    } else if (std::exchange(isUserSleep_, false)) {
+        STANDBYSERVICE_LOGI("exit slp");
+        SendUserSleepAICommonEvent(false, kNoWakeup);
+    }
+    lastSleepData_ = curSleepData_;
+}
+
+void SleepDetectionStrategy::JudgeModels(bool isWakeupNear) {
+    isBaselineSleep_ = !isWakeupNear && baselineResult_ == kBaselineAsleep;
+    isEnhanceSleep_ =
+        isBaselineSleep_ &&
+        std::max(curSleepData_.mUserStationaryDuration, curSleepData_.mScrOffDuration) >= kEnhanceLeastSeconds &&
+        TimeProviderExt::TimestampToDayHour(curSleepData_.mTimestamp) < kEnhanceEndHour;
 }
 
 void SleepDetectionStrategy::CombineModels() {
@@ -261,30 +263,26 @@ void SleepDetectionStrategy::UpdateUserSleepState(bool isSleep, int64_t wakeupTi
     }
 }
 
-void SleepDetectionStrategy::ExitSleep() {
-    if (std::exchange(isUserSleep_, false)) {
-        STANDBYSERVICE_LOGI("exit slp");
-        SendUserSleepAICommonEvent(false, kNoWakeup);
-    }
-}
-
 void SleepDetectionStrategy::SendUserSleepAICommonEvent(bool isSleep, int64_t wakeupTime) {
     AAFwk::Want want;
-    want.SetAction(g_action).SetParam("isSleep", isSleep).SetParam("wakeupTime", wakeupTime);
+    want.SetAction(COMMON_EVENT_USER_SLEEP_STATE_CHANGED);
+    want.SetParam("isSleep", isSleep);
+    want.SetParam("wakeupTime", wakeupTime);
     EventFwk::CommonEventPublishInfo publishInfo;
     publishInfo.SetSubscriberPermissions({g_permission});
     if (!EventFwk::CommonEventManager::PublishCommonEvent(EventFwk::CommonEventData(want), publishInfo)) {
         STANDBYSERVICE_LOGW("PublishCommonEvent for user slp state changed fail");
         return;
     }
-    StandbyServiceImpl::GetInstance()->DispatchEvent(StandbyMessage(StandbyMessageType::COMMON_EVENT, g_action, want));
+    StandbyServiceImpl::GetInstance()->DispatchEvent(
+        MakeMessage(StandbyMessageType::COMMON_EVENT, COMMON_EVENT_USER_SLEEP_STATE_CHANGED, want));
     STANDBYSERVICE_LOGI("PublishCommonEvent for user slp state changed success, isSleep: %{public}d, %{public}ld",
                         isSleep, wakeupTime);
 }
 
 void SleepDetectionStrategy::HandleBgTaskStatusChange(const StandbyMessage& message) {
-    const int32_t typeId = message.Params().GetIntParam("typeId", -1);
-    const bool started = message.Params().GetBoolParam("started", false);
+    const int32_t typeId = ParamsOf(message).GetIntParam("typeId", -1);
+    const bool started = ParamsOf(message).GetBoolParam("started", false);
     STANDBYSERVICE_LOGI("Background task status change, typeId: %{public}d, started: %{public}d", typeId, started);
     switch (typeId) {
         case kCallTask:
@@ -303,13 +301,11 @@ void SleepDetectionStrategy::HandleBgTaskStatusChange(const StandbyMessage& mess
 
 void SleepDetectionStrategy::ShellDump(const std::vector<std::string>& args, std::string& result) {
     STANDBYSERVICE_LOGI("SleepDetectionStrategy ShellDump");
-    if (!IsDumpWord(args, DUMP_SECOND_PARAM, DUMP_STRATGY_DETAIL)) {
-        return;
-    }
-    if (IsDumpWord(args, DUMP_FIRST_PARAM, DUMP_DETAIL_INFO)) {
+    if (AsksForDetails(args)) {
         DumpShowDetailInfo(result);
-    } else if (IsDumpWord(args, DUMP_FIRST_PARAM, DUMP_SIMULATE_SENSOR) &&
-               IsDumpWord(args, DUMP_THIRD_PARAM, g_dumpTestOption)) {
+    } else if (IsWordAt(args, DUMP_FIRST_PARAM, DUMP_SIMULATE_SENSOR) &&
+               IsWordAt(args, DUMP_SECOND_PARAM, DUMP_STRATGY_DETAIL) &&
+               IsWordAt(args, DUMP_THIRD_PARAM, g_dumpTestOption)) {
         DumpSleepTest(args, result);
     }
 }
@@ -322,7 +318,7 @@ void SleepDetectionStrategy::DumpShowDetailInfo(std::string& result) {
 void SleepDetectionStrategy::DumpSleepTest(const std::vector<std::string>& args, std::string& result) {
     result += "\n\n=================SleepTest=========================\n";
     const auto isTest = [&args](std::string_view option, std::string_view value) {
-        return IsDumpWord(args, DUMP_FOURTH_PARAM, option) && IsDumpWord(args, DUMP_FIFTH_PARAM, value);
+        return IsWordAt(args, DUMP_FOURTH_PARAM, option) && IsWordAt(args, DUMP_FIFTH_PARAM, value);
     };
     if (isTest("--CollectSleepData", "predict")) {
         sleepDataCollecter_->CollectSleepData(false);
