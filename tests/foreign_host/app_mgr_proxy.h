@@ -1,0 +1,5 @@
+#pragma once
+
+namespace TARN::AppExecFwk {
+class AppMgrProxy;
+}

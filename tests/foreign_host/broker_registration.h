@@ -1,0 +1,10 @@
+#pragma once
+
+namespace TARN {
+template <class Proxy>
+class BrokerDelegator {
+public:
+    BrokerDelegator();
+    ~BrokerDelegator();
+};
+}  // namespace TARN

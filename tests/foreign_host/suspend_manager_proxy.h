@@ -1,0 +1,5 @@
+#pragma once
+
+namespace TARN::SuspendManager {
+class SuspendManagerProxy;
+}
