@@ -1,15 +1,28 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
+#include <cstring>
+
 #include "are.h"
+#include "background_task_mgr_helper.h"
 #include "common_event_listener_ext.h"
 #include "common_event_manager.h"
 #include "freeze_strategy.h"
 #include "listener_manager_adapter_ext.h"
 #include "open_phone_plugin.h"
+#include "phone_sleep_data_collecter.h"
+#include "power_save_clean_strategy.h"
+#include "sleep_clean_strategy.h"
+#include "sleep_detection_strategy.h"
+#include "sleep_shared_pref.h"
 #include "standby_constants.h"
 #include "standby_service_log.h"
 #include "test_phone.h"
+#include "time_zone.h"
+#include "timer_strategy_ext.h"
+#include "user_sleep_power_off_strategy.h"
 
 namespace TARN::DevStandbyMgr {
 namespace {
@@ -184,6 +197,174 @@ TEST(Log, ALineCarriesWhereItStandsAndFormatsEveryKindOfArgument) {
     EXPECT_TRUE(isSeen);
     EXPECT_THAT(phone.TakeLogs(),
                 Are({"warn -1 4294967295 -9223372036854775808 18446744073709551615 0.500000 text 1."}));
+}
+
+StandbyMessage Collected(int64_t timeMs) {
+    constexpr int32_t kLongSeconds = 10'000;
+    AAFwk::Want want;
+    want.SetParam("mUserStationaryDuration", kLongSeconds).SetParam("mLightDarkDuration", kLongSeconds);
+    want.SetParam("mTimestamp", timeMs);
+    return StandbyMessage(StandbyMessageType::SLEEP_COLLECT_FINISHED, {}, std::move(want));
+}
+
+StandbyMessage PowerSaveMode() {
+    return StandbyMessage(StandbyMessageType::COMMON_EVENT, "COMMON_EVENT_POWER_SAVE_MODE_CHANGED");
+}
+
+TEST(Log, ALineOfThePluginBearsTheFunctionThatItTellsOf) {
+    Replay::TimeZone("UTC").Use();
+    TestPhone phone;
+    StandbyConfig config;
+    config.mode = HostMode::SCRIPTED;
+    phone.StartService(config);
+    phone.Change([](auto& change) {
+        change.deviceMode = 603;
+        change.processes = {Simulated::Process{32, 11, "app", {}}};
+    });
+    std::vector<std::string> lines;
+    phone.onLine = [&lines](const LogLine& line) {
+        const std::string_view text = line.text.substr(0, line.text.find_first_of(":,"));
+        lines.push_back(std::string(line.file) + " " + line.function + " " + std::string(text));
+    };
+    const auto wrote = [&lines](const char* line) { EXPECT_THAT(std::exchange(lines, {}), Contains(line)); };
+    SleepCleanStrategy().OnCreated();
+    wrote("sleep_clean_strategy.cpp InitConfigList tagList is null");
+    const auto clean = std::make_shared<PowerSaveCleanStrategy>();
+    clean->OnCreated();
+    wrote("power_save_clean_strategy.cpp InitConfigList tagList is null");
+    phone.Fail("AppMgrHelper.GetAllRunningProcesses");
+    clean->HandleEvent(PowerSaveMode());
+    wrote("power_save_clean_strategy.cpp CleanProcess get all running processes failed");
+    phone.Heal("AppMgrHelper.GetAllRunningProcesses");
+    clean->HandleEvent(PowerSaveMode());
+    wrote("power_save_clean_strategy.cpp KillProcessByPid kill process pid");
+    phone.Fail("AbilityManagerHelper.GetRunningSystemProcess");
+    EXPECT_NE(FreezeStrategy().StartFreeze(Phase(4, 1)), 0);
+    wrote("freeze_strategy.cpp CreateFreezeInfo connect to app ability service failed");
+    phone.Fail("PreferencesHelper.GetPreferences");
+    EXPECT_FALSE(SleepSharedPref::GetBoolSettings(SleepSharedPref::IS_PROXIMITY_ERROR, true));
+    wrote("sleep_shared_pref.cpp GetBoolSettings pref is nullptr");
+    SleepSharedPref::UpdateBoolSettings(SleepSharedPref::IS_PROXIMITY_ERROR, true);
+    wrote("sleep_shared_pref.cpp UpdateBoolSettings pref is nullptr");
+
+    std::make_shared<PhoneSleepDataCollecter>()->CollectSleepData(true);
+    phone.Run(1000);
+    wrote("sleep_data_collecter.cpp FinishDayCollect calculation proximity error state is -1.000000");
+    const auto detection = std::make_shared<SleepDetectionStrategy>();
+    detection->OnCreated();
+    detection->HandleEvent(Collected(phone.Now()));
+    wrote("sleep_detection_strategy.cpp HandleEventFinishCollect collected data");
+    detection->HandleEvent(StandbyMessage(StandbyMessageType::COMMON_EVENT, "COMMON_EVENT_SCREEN_ON"));
+    wrote("sleep_detection_strategy.cpp HandleScrOnAction exit slp");
+    detection->HandleEvent(Collected(0));
+    wrote(
+        "sleep_detection_strategy.cpp HandleEventFinishCollect standby stopped because the time is near or later than "
+        "alarm.");
+    detection->HandleEvent(Collected(phone.Now()));
+    detection->HandleEvent(StandbyMessage(StandbyMessageType::BG_TASK_STATUS_CHANGED, {},
+                                          AAFwk::Want().SetParam("typeId", 2).SetParam("started", true)));
+    detection->HandleEvent(Collected(phone.Now()));
+    wrote("sleep_detection_strategy.cpp HandleEventFinishCollect exit slp");
+}
+
+TEST(Configuration, AMissingManagerCountsAsNothingConfigured) {
+    TestPhone phone;
+    StandbyConfig config;
+    config.mode = HostMode::SCRIPTED;
+    config.params["recover_netlimit_time"] = 30;
+    phone.StartService(config);
+    phone.Fail("StandbyConfigManager.GetInstance");
+    EXPECT_EQ(SleepCleanStrategy().OnCreated(), 0);
+    EXPECT_EQ(PowerSaveCleanStrategy().OnCreated(), 0);
+    EXPECT_EQ(TimerStrategyExt().OnCreated(), 0);
+    std::vector<std::string> logs = phone.TakeLogs();
+    EXPECT_EQ(std::count(logs.begin(), logs.end(), "error tagList is null"), 3);
+    UserSleepPowerOffStrategy strategy;
+    phone.Heal("StandbyConfigManager.GetInstance");
+    const auto sleep = [&strategy](bool isSleep) {
+        strategy.HandleEvent(StandbyMessage(StandbyMessageType::USER_SLEEP_STATE_CHANGED, {},
+                                            AAFwk::Want().SetParam("isSleep", isSleep)));
+    };
+    sleep(true);
+    strategy.HandleEvent(Transition(0, 1));
+    EXPECT_THAT(phone.TakeLogs(), Contains("debug user is sleep recover netlimit, triggerTime: 5000"));
+    sleep(false);
+}
+
+/// A phone whose list of continuous tasks has a hole before its one task, and a log.
+class HoleyPhone : private Simulated::PhoneObserver,
+                   private BackgroundTaskMgr::BackgroundTaskMgrHelper,
+                   public Simulated::SimulatedPhone {
+public:
+    HoleyPhone() : SimulatedPhone(TestPhone::kStartMs, TestPhone::kBootNs, *this) {
+        Device::Install(this);
+        StandbyServiceImpl::Create({});
+    }
+    ~HoleyPhone() override {
+        DropPending();
+        StandbyServiceImpl::Destroy();
+        Device::Install(nullptr);
+    }
+    BackgroundTaskMgr::BackgroundTaskMgrHelper& BackgroundTasks() override { return *this; }
+
+    std::vector<std::string> killed;
+
+private:
+    int32_t ContinuousTasks(
+        std::vector<std::shared_ptr<BackgroundTaskMgr::ContinuousTaskCallbackInfo>>& list) override {
+        list = {nullptr, std::make_shared<BackgroundTaskMgr::ContinuousTaskCallbackInfo>(2, 11, 32)};
+        return 0;
+    }
+    void Observe(ContinuousTaskObserver /*observer*/) override {}
+    [[nodiscard]] bool WantsLog(LogLevel /*level*/) const noexcept override { return false; }
+    void OnLog(const LogLine& /*line*/) override {}
+    void OnCall(std::string_view operation, const nlohmann::ordered_json& arguments,
+                const nlohmann::ordered_json& /*result*/) override {
+        if (operation == "ResSchedClient.KillProcess") {
+            killed.push_back(arguments.dump());
+        }
+    }
+};
+
+TEST(PowerSaveClean, SkipsAHoleInTheListOfContinuousTasks) {
+    HoleyPhone phone;
+    Simulated::FactsChange change;
+    change.deviceMode = 603;
+    change.processes = {Simulated::Process{32, 11, "player", {}}, Simulated::Process{33, 12, "idle", {}}};
+    phone.Apply(change);
+    const auto strategy = std::make_shared<PowerSaveCleanStrategy>();
+    strategy->OnCreated();
+    strategy->HandleEvent(PowerSaveMode());
+    EXPECT_THAT(phone.killed, Are({HasSubstr("33")}));
+}
+
+TEST(SensorReading, IsTakenFromAnyAddressButOnlyWhole) {
+    struct Readings : PhoneSleepDataCollecter {
+        using PhoneSleepDataCollecter::currentAmbientLightData_;
+        using PhoneSleepDataCollecter::currentProximityData_;
+    };
+    alignas(float) std::array<uint8_t, 16> bytes{};
+    uint8_t* unaligned = bytes.data() + 1;
+    const auto send = [unaligned](void (*callback)(SensorEvent*), float value, uint32_t length) {
+        std::memcpy(unaligned, &value, sizeof(value));
+        SensorEvent event{};
+        event.data = unaligned;
+        event.dataLen = length;
+        callback(&event);
+    };
+    send(SleepDataCollecter::AmbientLightCallback, 42.5F, 12);
+    send(SleepDataCollecter::AmbientLightCallback, 1.0F, 11);
+    EXPECT_EQ(Readings::currentAmbientLightData_, 42.5F);
+    send(SleepDataCollecter::ProximityCallback, 5.5F, 4);
+    send(SleepDataCollecter::ProximityCallback, 1.0F, 3);
+    EXPECT_EQ(Readings::currentProximityData_, 5.5F);
+    SensorEvent empty{};
+    for (auto* callback : {SleepDataCollecter::AmbientLightCallback, SleepDataCollecter::ProximityCallback}) {
+        callback(&empty);
+        callback(nullptr);
+    }
+    EXPECT_EQ(Readings::currentAmbientLightData_, 42.5F);
+    EXPECT_EQ(Readings::currentProximityData_, 5.5F);
 }
 
 TEST(Log, ArgumentsOfAnUnwantedLevelAreNotEvaluated) {
