@@ -1,5 +1,7 @@
 #include "common_event_listener_ext.h"
 
+#include <string>
+
 #include "common_event_manager.h"
 #include "common_event_support.h"
 #include "phone_standby_message.h"

@@ -1,5 +1,6 @@
 #include "listener_manager_adapter_ext.h"
 
+#include <cstdint>
 #include <memory>
 #include <utility>
 

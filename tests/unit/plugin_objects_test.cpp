@@ -359,6 +359,7 @@ TEST(SensorReading, IsTakenFromAnyAddressButOnlyWhole) {
     send(SleepDataCollecter::ProximityCallback, 1.0F, 3);
     EXPECT_EQ(Readings::currentProximityData_, 5.5F);
     SensorEvent empty{};
+    empty.dataLen = 12;
     for (auto* callback : {SleepDataCollecter::AmbientLightCallback, SleepDataCollecter::ProximityCallback}) {
         callback(&empty);
         callback(nullptr);

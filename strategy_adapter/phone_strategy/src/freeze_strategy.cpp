@@ -1,6 +1,7 @@
 #include "freeze_strategy.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <iterator>
 #include <list>
 #include <unordered_map>

@@ -1,5 +1,6 @@
 #include "phone_network_strategy.h"
 
+#include <cstdint>
 #include <vector>
 
 #include "exemption_bits.h"

@@ -1,6 +1,7 @@
 #include "sleep_data_collecter.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstring>
 #include <string>
 #include <utility>
