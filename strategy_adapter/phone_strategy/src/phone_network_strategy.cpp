@@ -67,7 +67,7 @@ ErrCode PhoneNetWorkStrategy::InitNetLimitedAppInfo() {
 void PhoneNetWorkStrategy::SetNetAllowApps(bool isAllow) {
     std::vector<uint32_t> uids;
     for (const auto& [uid, app] : netLimitedAppInfo_) {
-        const auto& [name, flags] = app;
+        const auto& [name, flags] = app;  // the order of the service's record is agreed on, its names are not
         const bool isNight = condition_ == PhoneCondition::NIGHT;
         if (IsHeldBack(flags) || (isNight && !IsAllowedAtNight(flags))) {
             continue;

@@ -48,7 +48,7 @@ ErrCode RunningLockStrategyExt::InitNativeProcInfo() {
                                                                                  kStrategyName, 0, restrictSet));
     STANDBYSERVICE_LOGI("running lock restrict native process list, size is %{public}lu", restrictSet.size());
     for (auto& [key, info] : proxiedNativeProcessMap_) {
-        auto& [name, uid, pid, flags] = info;
+        auto& [name, uid, pid, flags] = info;  // the order of the service's record is agreed on, its names are not
         if (restrictSet.count(name) != 0) {
             flags |= ExemptionBit::RESTRICTED;
         }
