@@ -168,7 +168,7 @@ TEST(AutomaticHost, StrategiesGetTheConditionOfTheLocalClock) {
 TEST(AutomaticHost, ChangesOfWhatItKeepsBecomeMessages) {
     const auto told = [](const std::string& before, const std::string& after) {
         return AutomaticNight().Set(before).AdvanceTo("21:01").Set(after).PlayUntil("21:02").At("21:01").Deliveries(
-            {5, 8, 10, 101});
+            {5, 8, 10, 101, 1000000});
     };
     EXPECT_THAT(
         told(R"({"allow_list": {"64": ["a", "b"], "1": ["c"]}})", R"({"allow_list": {"64": ["d", "b", "d"]}})"),
@@ -182,14 +182,23 @@ TEST(AutomaticHost, ChangesOfWhatItKeepsBecomeMessages) {
     EXPECT_THAT(told(R"({"continuous_tasks": [{"type": 2, "uid": 5, "pid": 6}]})",
                      R"({"continuous_tasks": [{"type": 4, "uid": 5, "pid": 6}, {"type": 4, "uid": 5, "pid": 6}]})"),
                 Are({R"(101 {"started":false,"typeId":2,"uid":5})", R"(101 {"started":true,"typeId":4,"uid":5})"}));
-    EXPECT_THAT(
-        told(R"({"processes": [{"pid": 1, "uid": 5, "name": "a", "foreground": true}, {"pid": 2, "name": "b"}]})",
-             R"({"processes": [{"pid": 1, "uid": 5, "name": "a"}, {"pid": 2, "name": "b"},
-                         {"pid": 3, "name": "n", "native": true, "foreground": true}]})"),
-        Are({R"(8 {"isForeground":false,"name":"a","pid":1,"uid":5})"}));
+    EXPECT_THAT(told(R"({"continuous_tasks": [{"type": 2, "uid": 5, "pid": 6}, {"type": 2, "uid": 7, "pid": 8}]})",
+                     R"({"continuous_tasks": [{"type": 2, "uid": 7, "pid": 8}]})"),
+                Are({"1000000 null"}))
+        << "another one still plays";
+    const std::string processes = R"({"processes": [{"pid": 1, "uid": 5, "name": "a", "foreground": true}]})";
+    for (const char* after :
+         {R"({"pid": 1, "uid": 5, "name": "a"})", "",
+          R"({"pid": 1, "uid": 5, "name": "a", "foreground": true}, {"pid": 2, "uid": 6, "name": "b"})"}) {
+        EXPECT_THAT(told(processes, std::string(R"({"processes": [)") + after + "]}"), Are({"1000000 null"})) << after;
+    }
+    EXPECT_THAT(told(processes, R"({"processes": [{"pid": 1, "uid": 5, "name": "a", "foreground": true},
+                                    {"pid": 3, "name": "n", "native": true, "foreground": true}]})"),
+                IsEmpty());
+    EXPECT_THAT(told("{}", R"({"restrict_set": {"2": ["a"]}})"), Are({"1000000 null"}));
     EXPECT_THAT(
         told("{}",
-             R"({"restrict_set": {"2": ["a"]}, "settings": {"SETTINGSDATA": {"a": "1"}}, "light": 3, "accounts": []})"),
+             R"({"settings": {"SETTINGSDATA": {"a": "1"}}, "light": 3, "accounts": [], "restrict_set": {"2": []}})"),
         IsEmpty());
     EXPECT_THAT(AutomaticNight()
                     .Device("allow_list", R"({"64": ["a"]})")
@@ -198,6 +207,74 @@ TEST(AutomaticHost, ChangesOfWhatItKeepsBecomeMessages) {
                     .Deliveries({5, 10}),
                 IsEmpty())
         << "what holds at the start is no change";
+}
+
+TEST(AutomaticHost, TheWallClockLengthensNothing) {
+    const auto steps = [](const Night& night) { return Steps(night.PlayUntil("01:00")); };
+    for (const char* clock : {"TimeServiceClient.GetWallTimeMs", "TimeServiceClient.GetBootTimeNs"}) {
+        Night set = AutomaticNight().ScreenOff().AdvanceTo("21:50").Fail(clock, 5).AdvanceTo("22:36").Heal(clock);
+        EXPECT_EQ(steps(set), steps(AutomaticNight().ScreenOff())) << clock;
+    }
+}
+
+TEST(AutomaticHost, ASetClockHasTheConditionLookedAt) {
+    const char* clock = "TimeServiceClient.GetWallTimeMs";
+    Night night("UTC", "2026-03-01T12:00:00");
+    night.Automatic().AdvanceTo("13:00").Fail(clock, 5).Broadcast("COMMON_EVENT_TIME_CHANGED");
+    night.AdvanceTo("14:00").Heal(clock).Broadcast("COMMON_EVENT_TIMEZONE_CHANGED");
+    night.AdvanceTo("15:00").Broadcast("COMMON_EVENT_TIME_CHANGED");
+    EXPECT_THAT(night.PlayUntil("23:00").Timed().Deliveries({4}),
+                Are({R"(13:00:00 4 {"RES_CTRL_CONDITION":2})", R"(14:00:00 4 {"RES_CTRL_CONDITION":1})",
+                     R"(22:00:00 4 {"RES_CTRL_CONDITION":2})"}));
+}
+
+TEST(AutomaticHost, ASubscriptionThatWasRefusedIsTriedAgain) {
+    const char* subscribe = "CommonEventManager.SubscribeCommonEvent";
+    Night night = AutomaticNight().Device("fail", R"({"CommonEventManager.SubscribeCommonEvent": 1})");
+    night.AdvanceTo("21:00:30").Heal(subscribe).AdvanceTo("21:02").ScreenOff();
+    const Record record = night.PlayUntil("21:08");
+    EXPECT_THAT(Steps(record), Are({"21:02:00 0-1", "21:07:00 1-2"}));
+    EXPECT_THAT(record.At("21:00").LogsOf("listener_manager_adapter"),
+                Contains("error the service's broadcasts could not be subscribed to"));
+    EXPECT_THAT(record.At("21:01").Calls(subscribe), SizeIs(2)) << "the plugin's own listener is its own matter";
+}
+
+TEST(AutomaticHost, ItsDumpAnswersToEveryQuestionOfTheNight) {
+    Night night = AutomaticNight().Strategies(R"(["FREEZE", "NETWORK", "RUNNING_LOCK", "TIMER"])");
+    night.Host("persist_allow", R"({"FREEZE": {"1": ["day"], "2": ["daemon"]}})");
+    night.Host("res_ctrl", R"({"TIMER_ADJUST": [{"allow": true, "names": ["com.clock"]}]})");
+    night.Device("processes", R"([{"pid": 1, "uid": 11, "name": "daemon", "native": true},
+        {"pid": 2, "uid": 12, "name": "idle"}, {"pid": 3, "uid": 13, "name": "clock", "system": true, "bundles": ["com.clock"]},
+        {"pid": 4, "uid": 14, "name": "os", "system": true}])");
+    night.Device("continuous_tasks", R"([{"type": 2, "uid": 13, "pid": 3}])");
+    night.Device("allow_list", R"({"1": ["os"], "64": ["audio"]})").Device("restrict_set", R"({"2": ["os"]})");
+    night.Broadcast("COMMON_EVENT_TIMER_SA_ABILITY").ScreenOff();
+    const char* words = R"(["DUMP_DETAIL_INFO", "DUMP_STRATGY_DETAIL"])";
+    night.AdvanceTo("22:10").Dump(words).Dump(R"(["DUMP_DETAIL_INFO"])");
+    const Record record = night.PlayUntil("22:11");
+    ASSERT_THAT(record.Dumps(), SizeIs(2));
+    for (const char* line :
+         {"time: 2026-03-01 22:10:00, condition 2 night\n", "state: 4 SLEEP since 2026-03-01 21:35:00, before: 2 NAP\n",
+          "phase: 3 DEEP since 2026-03-01 22:05:00\n",
+          "screen: off since 2026-03-01 21:00:00, for half an hour reported\n",
+          "from state 2 to 4: still, yes\nfrom state 2 to 4: unplugged, yes\n", "frozen: 1\n  pid 1 daemon\n",
+          "exempt from freezing: audio\n", "timers: stretched to 300 s, exempted: com.clock\n",
+          "firewall: on since 2026-03-01 22:05:00\nrule: deep standby\n",
+          "trust list: 2\n  uid 13 com.clock: runs a continuous task, belongs to the system\n"
+          "  uid 14 os: on the allow list, belongs to the system\n",
+          "shut out: 1\n  uid 12 idle: nothing exempts it\n",
+          "running locks: proxied since 2026-03-01 21:55:00\nheld back: 2\n"
+          "  pid 2 uid 12 idle: nothing exempts it\n",
+          "not held back: 1\n  pid 3 uid 13 com.clock: runs a continuous task"}) {
+        EXPECT_THAT(record.Dumps().front(), HasSubstr(line));
+    }
+    EXPECT_THAT(record.Dumps().back(), Not(HasSubstr("state:"))) << "other words ask for something else";
+    const Record off = AutomaticNight().Strategies(R"(["NETWORK", "RUNNING_LOCK"])").Dump(words).PlayUntil("21:01");
+    EXPECT_THAT(off.Dumps().front(), HasSubstr("screen: on\n"));
+    EXPECT_THAT(off.Dumps().front(), HasSubstr("firewall: off"));
+    EXPECT_THAT(off.Dumps().front(), HasSubstr("running locks: left alone\n"));
+    const Record scripted = Night().Strategies(R"(["NETWORK"])").Dump(words).PlayUntil("21:01");
+    EXPECT_THAT(scripted.Dumps().front(), Not(HasSubstr("firewall:"))) << "a scripted host has nothing to tell";
 }
 
 TEST(AutomaticHost, HandsOnTheBroadcastsThatStrategiesMatchAndNoOther) {

@@ -12,6 +12,7 @@ namespace TARN::Tests {
 namespace {
 
 using ::testing::Contains;
+using ::testing::HasSubstr;
 
 constexpr char kPolicy[] = "NetPolicyClient.SetDeviceIdlePolicy";
 constexpr char kTrustList[] = "NetPolicyClient.SetDeviceIdleTrustlist";
@@ -94,12 +95,162 @@ TEST(Network, AFirewallThatIsOnFollowsWhatChanges) {
     Night night = Phone("12:00");
     night.AdvanceTo("13:10").Set(R"({"allow_list": {"1": ["idle", "both"], "64": []}})");
     night.AdvanceTo("13:12").Set(R"({"continuous_tasks": [{"type": 8, "uid": 18, "pid": 8}]})");
-    night.AdvanceTo("13:14").Set(R"({"processes": [{"pid": 21, "uid": 31, "name": "new", "foreground": true}]})");
+    night.AdvanceTo("13:14").Set(R"({"restrict_set": {"1": ["both", "system"]}})");
     const Record record = night.AdvanceTo("13:20").ScreenOn().PlayUntil("13:30");
     EXPECT_EQ(Reach(record, "13:10"), "11 13 14 15 17 19");
     EXPECT_EQ(Reach(record, "13:12"), "11 14 15 17 18 19");
-    EXPECT_EQ(Reach(record, "13:14"), "11 15 17 18 19 31") << "the system's clock needs no foreground";
+    EXPECT_EQ(Reach(record, "13:14"), "11 14 16 17 18 19") << "held is restricted no more, the system is";
     EXPECT_EQ(Reach(record, "13:20"), kAllOpen);
+    EXPECT_THAT(record.At("13:1").Calls(kTrustList),
+                Are({HasSubstr(R"({"uids":[11],"added":true})"), HasSubstr(R"({"uids":[12],"added":false})"),
+                     HasSubstr(R"({"uids":[18],"added":true})"), HasSubstr(R"({"uids":[13],"added":false})"),
+                     HasSubstr(R"({"uids":[16],"added":true})"), HasSubstr(R"({"uids":[15],"added":false})")}))
+        << "differences only, and who comes before who goes";
+}
+
+TEST(Network, WhoComesIsKnownAsEverybodyElse) {
+    const auto at1310 = [](const char* processes) {
+        Night night = Phone("12:00");
+        night.Device("allow_list", R"({"1": ["com.listed"]})").Device("restrict_set", R"({"1": ["com.held"]})");
+        night.AdvanceTo("13:10").Set(std::string(R"({"processes": [)") + processes + "]}");
+        return Reach(night.PlayUntil("13:15"), "13:10");
+    };
+    EXPECT_EQ(at1310(R"({"pid": 9, "uid": 31, "name": "listed:ui", "bundles": ["com.listed"]})"), "31")
+        << "by its bundle, in the background";
+    EXPECT_EQ(at1310(R"({"pid": 9, "uid": 31, "name": "com.held", "bundles": ["com.other"], "foreground": true})"),
+              "31");
+    EXPECT_EQ(at1310(R"({"pid": 9, "uid": 31, "name": "x", "bundles": ["com.held"], "foreground": true})"), "");
+    EXPECT_EQ(at1310(R"({"pid": 9, "uid": 31, "name": "x", "system": true})"), "31");
+    EXPECT_EQ(at1310(R"({"pid": 9, "uid": 31, "name": "x"})"), "");
+    EXPECT_EQ(at1310(R"({"pid": 9, "uid": 31, "name": "x"}, {"pid": 10, "uid": 31, "name": "com.listed"})"), "31")
+        << "any process of the uid";
+    Night leaves = Phone("12:00").AdvanceTo("13:10");
+    leaves.Set(R"({"processes": [{"pid": 2, "uid": 12, "name": "listed", "foreground": true}]})").AdvanceTo("13:12");
+    leaves.Set(R"({"processes": [{"pid": 2, "uid": 12, "name": "listed"}]})");
+    EXPECT_EQ(Reach(leaves.PlayUntil("13:15"), "13:12"), "12") << "it needs no foreground";
+}
+
+TEST(Network, TheFirstEndDoesNotTakeWhatTheSecondStillNeeds) {
+    Night tasks = Phone("12:00");
+    tasks.Device("continuous_tasks", R"([{"type": 2, "uid": 13, "pid": 3}, {"type": 4, "uid": 13, "pid": 3}])");
+    tasks.AdvanceTo("13:10").Set(R"({"continuous_tasks": [{"type": 4, "uid": 13, "pid": 3}]})");
+    tasks.AdvanceTo("13:12").Set(R"({"continuous_tasks": []})");
+    const Record navigation = tasks.PlayUntil("13:20");
+    EXPECT_EQ(Reach(navigation, "13:10"), "12 13 14 15 17 19");
+    EXPECT_EQ(Reach(navigation, "13:12"), "12 14 15 17 19");
+
+    Night windows = Phone("12:00").AdvanceTo("13:10");
+    windows.Set(R"({"processes": [{"pid": 1, "uid": 11, "name": "a", "foreground": true},
+                                  {"pid": 2, "uid": 11, "name": "b", "foreground": true}]})");
+    windows.AdvanceTo("13:12").Set(R"({"processes": [{"pid": 1, "uid": 11, "name": "a"},
+                                  {"pid": 2, "uid": 11, "name": "b", "foreground": true}]})");
+    windows.AdvanceTo("13:14").Set(R"({"processes": [{"pid": 1, "uid": 11, "name": "a"}]})");
+    const Record user = windows.PlayUntil("13:20");
+    EXPECT_EQ(Reach(user, "13:12"), "11") << "the user looks at the other one";
+    EXPECT_EQ(Reach(user, "13:14"), "");
+}
+
+TEST(Network, AtNightChangesAreJudgedByTheNightsRule) {
+    const auto change = [](const char* begins, const char* ends) {
+        Night night = Phone("22:10").Device("continuous_tasks", "[]");
+        night.AdvanceTo("23:20").Set(begins).AdvanceTo("23:22").Set(ends);
+        const Record record = night.PlayUntil("23:30");
+        return Reach(record, "23:20") + ", then " + Reach(record, "23:22");
+    };
+    EXPECT_EQ(change(R"({"continuous_tasks": [{"type": 2, "uid": 15, "pid": 5}]})", R"({"continuous_tasks": []})"),
+              "12 14 15 17 19, then 12 14 17 19")
+        << "a system application plays";
+    EXPECT_EQ(change(R"({"allow_list": {"1": ["system", "both"]}})", R"({"allow_list": {"1": []}})"),
+              "14 15 17 19, then 14 19");
+    EXPECT_EQ(change(R"({"continuous_tasks": [{"type": 1, "uid": 13, "pid": 3}]})", R"({"continuous_tasks": []})"),
+              "12 14 17 19, then 12 14 17 19")
+        << "a task that only the other firewall's mask knows";
+
+    const Record nightfall = Phone("20:50").PlayUntil("22:10");
+    EXPECT_EQ(Reach(nightfall, "21:55"), "12 13 14 15 17 19");
+    EXPECT_EQ(Reach(nightfall, "22:00"), "12 13 14 17 19") << "without waiting for anything else";
+
+    Night woken = Phone("22:10").AdvanceTo("23:00");
+    const Record record = WakeUser(FallAsleep(woken).AdvanceTo("23:20")).PlayUntil("23:30");
+    EXPECT_EQ(Reach(record, "23:15"), "12 15 17 19") << "asleep";
+    EXPECT_EQ(Reach(record, "23:20"), "12 13 14 17 19") << "what stays is the firewall of deep standby";
+}
+
+TEST(Network, FactsCountAndNotWhatIsSaidOfThem) {
+    Night night = Phone("12:00").AdvanceTo("13:10");
+    night.Message(8, R"({"isForeground": true})").Message(8, R"({"uid": 11, "isForeground": true, "name": "idle"})");
+    night.Message(101, R"({"typeId": 2, "started": false, "uid": 13})");
+    night.Message(5, R"({"allowType": 1, "name": "idle", "added": true})")
+        .MessageWithoutWant(5)
+        .MessageWithoutWant(101);
+    const Record record = night.PlayUntil("13:20");
+    EXPECT_EQ(Reach(record, "13:10"), "12 13 14 15 17 19");
+}
+
+TEST(Network, ARefusedCallIsTriedAgainAndTakesNothingMeanwhile) {
+    Night off = Phone("12:00").Fail(kPolicy, 7).AdvanceTo("13:10").Heal(kPolicy).AdvanceTo("13:20");
+    off.Fail(kPolicy, 7).ScreenOn().AdvanceTo("13:20:30").Heal(kPolicy);
+    const Record record = off.PlayUntil("13:30");
+    EXPECT_EQ(Reach(record, "13:05"), "all, listed 12 13 14 15 17 19") << "the list is ready";
+    EXPECT_EQ(Reach(record, "13:10"), "12 13 14 15 17 19") << "a minute after the last try, not hours";
+    EXPECT_EQ(Reach(record, "13:20:59"), "12 13 14 15 17 19") << "refused: who may pass passes on";
+    EXPECT_EQ(Reach(record, "13:21"), kAllOpen);
+    EXPECT_THAT(record.At("13:20").LogsOf("base_network_strategy"),
+                ::testing::Each("warn the device-idle policy was refused, err code is 7"));
+
+    Night renewal = Phone("12:00").AdvanceTo("12:50");
+    FallAsleep(renewal).AdvanceTo("13:35:01").Fail(kPolicy, 7).AdvanceTo("13:35:10").Heal(kPolicy);
+    EXPECT_EQ(Reach(renewal.PlayUntil("13:36"), "13:35:05"), "12 15 17 19") << "the policy of before stays on";
+
+    Night late = Phone("12:00").Fail(kProcesses).AdvanceTo("12:02");
+    FallAsleep(late).AdvanceTo("12:05:30").Heal(kProcesses);
+    const Record renewed = late.PlayUntil("12:10");
+    EXPECT_EQ(Reach(renewed, "12:05:30"), kAllOpen) << "no policy without its list";
+    EXPECT_EQ(Reach(renewed, "12:07"), "12 15 17 19");
+
+    Night given = Phone("12:00").Fail(kPolicy).AdvanceTo("13:06").ScreenOn().AdvanceTo("13:06:10").Heal(kPolicy);
+    EXPECT_EQ(Reach(given.PlayUntil("13:20"), "13:19"), kAllOpen) << "what could not go on is wanted no more";
+}
+
+TEST(Network, ARefreshThatCannotLookLeavesTheListAsItIs) {
+    for (const char* operation :
+         {kProcesses, "StandbyServiceImpl.GetAllowList", "StandbyServiceImpl.GetEligiableRestrictSet"}) {
+        Night night = Phone("12:00").AdvanceTo("13:10").Fail(operation);
+        WakeUser(FallAsleep(night).AdvanceTo("13:12")).AdvanceTo("13:13").Heal(operation);
+        const Record record = night.PlayUntil("13:20");
+        EXPECT_EQ(Reach(record, "13:12"), "12 13 14 15 17 19") << operation;
+        EXPECT_THAT(record.At("13:1").Calls(kTrustList), Are({})) << operation;
+        EXPECT_THAT(record.At("13:10"), ::testing::Truly([](const Record& at) {
+                        return !at.Of({"running_applications", "standby_service_impl"}).empty();
+                    }))
+            << operation << " is told";
+    }
+    const char* tasks = "BackgroundTaskMgrHelper.GetContinuousTaskApps";
+    Night night = Phone("12:00").AdvanceTo("13:10").Fail(tasks).Set(R"({"allow_list": {"1": ["idle"]}})");
+    night.AdvanceTo("13:10:30").Set(R"({"continuous_tasks": []})").AdvanceTo("13:10:50").Heal(tasks);
+    const Record record = night.PlayUntil("13:20");
+    EXPECT_EQ(Reach(record, "13:10:30"), "11 13 14 15 19") << "what was known of tasks stays";
+    EXPECT_EQ(Reach(record, "13:12"), "11 14 15 19");
+}
+
+TEST(Network, NobodyIsLeftOnTheListOfACrashedService) {
+    Night night = Phone("12:00").AdvanceTo("13:10");
+    night.Set(R"({"processes": [{"pid": 1, "uid": 11, "name": "idle"}]})");
+    const char* look = "NetPolicyClient.GetDeviceIdleTrustlist";
+    EXPECT_EQ(Reach(Night(night).Crash().PlayUntil("13:11"), "13:10"), kAllOpen) << "of those that ended as well";
+    Night crashed = Phone("12:00").AdvanceTo("13:10").Crash();
+    EXPECT_EQ(Reach(Night(crashed).PlayUntil("13:11"), "13:10"), kAllOpen);
+    EXPECT_EQ(Reach(Phone("12:00").Fail(look, 3).AdvanceTo("13:10").Crash().PlayUntil("13:11"), "13:10"), kAllOpen)
+        << "whoever runs is taken off where the list cannot be read";
+    const Record refused = Phone("12:00")
+                               .AdvanceTo("13:10")
+                               .Fail(kPolicy, 7)
+                               .Crash()
+                               .AdvanceTo("13:10:10")
+                               .Heal(kPolicy)
+                               .PlayUntil("13:20");
+    EXPECT_EQ(Reach(refused, "13:10:10"), "12 13 14 15 17 19");
+    EXPECT_EQ(Reach(refused, "13:11"), kAllOpen);
 }
 
 TEST(Network, NobodyStaysOnTheTrustListOfAFirewallThatWentOff) {
@@ -111,19 +262,26 @@ TEST(Network, NobodyStaysOnTheTrustListOfAFirewallThatWentOff) {
     EXPECT_EQ(Reach(refused.PlayUntil("13:30"), "13:20"), kAllOpen) << "the policy was refused";
 }
 
-TEST(Network, AFirewallThatCouldNotGoOnIsTriedAgainAfterMaintenance) {
+TEST(Network, AFirewallThatCouldNotGoOnIsTriedAgainWithinAMinute) {
+    constexpr char kNoExemptions[] = "error the exemptions for NETWORK could not be fetched, err code is 7";
     for (const auto& [operation, line] : {std::pair{kProcesses, "error the running applications could not be fetched"},
-                                          {"StandbyServiceImpl.GetAllowList", ""},
-                                          {"StandbyServiceImpl.GetEligiableRestrictSet", ""},
+                                          {"StandbyServiceImpl.GetAllowList", kNoExemptions},
+                                          {"StandbyServiceImpl.GetEligiableRestrictSet", kNoExemptions},
                                           {kPolicy, "warn the device-idle policy was refused, err code is 7"}}) {
-        const Record record = Phone("12:00").Fail(operation, 7).AdvanceTo("13:20").Heal(operation).PlayUntil("13:50");
-        EXPECT_THAT(Reach(record, "13:30"), ::testing::StartsWith(kAllOpen)) << operation;
-        EXPECT_THAT(record.At("13:05").LogsOf("base_network_strategy"), *line != '\0' ? Are({line}) : Are({}));
-        EXPECT_EQ(Reach(record, "13:40"), "12 13 14 15 17 19") << operation;
+        const Record record =
+            Phone("12:00").Fail(operation, 7).AdvanceTo("13:20:10").Heal(operation).PlayUntil("13:30");
+        EXPECT_THAT(Reach(record, "13:20"), ::testing::StartsWith(kAllOpen)) << operation;
+        EXPECT_THAT(record.At("13:05").Of({"base_network", "running_app", "standby_service_impl"}),
+                    Contains(HasSubstr(std::string(line).substr(std::string(line).find(' ') + 1))))
+            << operation;
+        EXPECT_EQ(Reach(record, "13:21"), "12 13 14 15 17 19") << operation;
     }
-    const Record unlisted = Phone("12:00").Fail(kTrustList, 7).PlayUntil("13:10");
-    EXPECT_EQ(Reach(unlisted, "13:05"), "") << "the policy alone goes on";
-    EXPECT_THAT(unlisted.LogsOf("network_strategy"), Are({"warn the trust list was refused, err code is 7"}));
+    const Record unlisted =
+        Phone("12:00").Fail(kTrustList, 7).AdvanceTo("13:07:30").Heal(kTrustList).PlayUntil("13:10");
+    EXPECT_EQ(Reach(unlisted, "13:05"), "") << "the policy goes on without waiting for its list";
+    EXPECT_THAT(unlisted.At("13:05").LogsOf("network_strategy"),
+                Are({"warn the trust list was refused, err code is 7"}));
+    EXPECT_EQ(Reach(unlisted, "13:08"), "12 13 14 15 17 19");
 }
 
 TEST(Network, WhileTheUserSleepsOnlyConfiguredExemptionsCountAndMaintenanceOpensNothing) {
@@ -189,7 +347,7 @@ TEST(Network, TheFirewallOfUserSleepThatCouldNotGoOn) {
         Night night = Phone("12:00").Fail(operation).AdvanceTo("12:50");
         const Record record = FallAsleep(night).AdvanceTo("13:02").Heal(operation).PlayUntil("13:20");
         EXPECT_THAT(Reach(record, "13:00"), ::testing::StartsWith(kAllOpen)) << operation;
-        EXPECT_EQ(Reach(record, "13:05"), "12 15 17 19") << operation << ": deep standby brings it";
+        EXPECT_EQ(Reach(record, "13:03"), "12 15 17 19") << operation << ": tried again";
     }
     Night unlisted = Phone("12:00").AdvanceTo("12:50").Fail(kTrustList, 7);
     const Record record = FallAsleep(unlisted).PlayUntil("13:00");

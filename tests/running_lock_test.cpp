@@ -69,22 +69,95 @@ TEST(RunningLocks, ChangesTakeEffectWhileTheyAreInForce) {
     night.AdvanceTo("22:14").Set(R"({"continuous_tasks": [{"type": 2, "uid": 1, "pid": 11}]})");
     EXPECT_THAT(Locks(night.PlayUntil("22:15").At("22:1")),
                 Are({"22:10:00 restore [[21,3]]", "22:10:00 restore [[1,11]]", "22:12:00 proxy [[1,11]]",
-                     "22:13:00 proxy [[21,3]]", "22:15:00 restore [[21,3]]", "22:15:00 restore [[11,1]]"}))
-        << "a native process is named uid first, and a task exempts applications only";
+                     "22:13:00 proxy [[21,3]]", "22:15:00 restore [[21,3]]", "22:15:00 restore [[11,1]]",
+                     "22:15:00 restore [[1,11]]"}))
+        << "a native process is named uid first, a task exempts applications only, and the stop leaves nothing held";
+
+    Night restricted = LockNight().AdvanceTo("22:10").Set(R"({"restrict_set": {"2": ["free", "system"]}})");
+    EXPECT_THAT(Locks(restricted.PlayUntil("22:11").At("22:10")),
+                Are({"22:10:00 proxy [[22,4]]", "22:10:00 restore [[11,1]]", "22:10:00 proxy [[12,2]]"}));
 }
 
-TEST(RunningLocks, WhatCannotBeFetchedIsNotHeldBack) {
+TEST(RunningLocks, EveryProcessOfAnApplicationCountsAndTheFirstEndTakesNothing) {
+    Night night = LockNight();
+    night.Device("processes", R"([{"pid": 21, "uid": 3, "name": "app"}, {"pid": 22, "uid": 3, "name": "app"},
+        {"pid": 23, "uid": 4, "name": "user", "foreground": true}, {"pid": 24, "uid": 4, "name": "user:2", "foreground": true}])");
+    night.Device("continuous_tasks", R"([{"type": 2, "uid": 3, "pid": 21}, {"type": 2, "uid": 3, "pid": 22}])");
+    night.AdvanceTo("22:10").Set(R"({"continuous_tasks": [{"type": 2, "uid": 3, "pid": 22}]})");
+    night.Set(R"({"processes": [{"pid": 21, "uid": 3, "name": "app"}, {"pid": 22, "uid": 3, "name": "app"},
+        {"pid": 23, "uid": 4, "name": "user"}, {"pid": 24, "uid": 4, "name": "user:2", "foreground": true}]})");
+    night.AdvanceTo("22:11").Set(R"({"continuous_tasks": []})");
+    night.AdvanceTo("22:12").Set(
+        R"({"processes": [{"pid": 22, "uid": 3, "name": "app"}, {"pid": 24, "uid": 4, "name": "user:2"},
+        {"pid": 25, "uid": 5, "name": "late"}]})");
+    EXPECT_THAT(Locks(night.PlayUntil("22:13")),
+                Are({"22:11:00 proxy [[21,3],[22,3]]", "22:12:00 proxy [[24,4],[25,5]]",
+                     "22:13:00 restore [[22,3],[24,4],[25,5]]"}))
+        << "who ended takes its locks along, who begins is known at once";
+}
+
+TEST(RunningLocks, ANativeOnTheAllowListIsLeftAloneFromTheStart) {
+    Night night = LockNight();
+    night.Device("allow_list", R"({"2": ["daemon"]})").AdvanceTo("22:10").Set(R"({"allow_list": {"2": []}})");
+    EXPECT_THAT(Locks(night.PlayUntil("22:11")),
+                Are({"21:55:00 proxy [[21,3]]", "22:10:00 proxy [[1,11]]", "22:11:00 restore [[21,3]]",
+                     "22:11:00 restore [[11,1]]", "22:11:00 restore [[1,11]]"}))
+        << "nothing is restored before anything was proxied";
+}
+
+TEST(RunningLocks, APhaseOutsideOfSleepBeginsNothing) {
+    Night night;
+    night.Automatic()
+        .Strategies(R"(["RUNNING_LOCK"])")
+        .Device("processes", R"([{"pid": 21, "uid": 3, "name": "app"}])");
+    EXPECT_THAT(Locks(night.EnterPhase(1, 2).EnterPhase(3, 3).EnterPhase(4, 1).PlayUntil("21:30")), IsEmpty());
+    EXPECT_THAT(Locks(night.EnterPhase(4, 3).PlayUntil("21:30").At("21:00")), Are({"21:00:00 proxy [[21,3]]"}));
+}
+
+TEST(RunningLocks, WhatCannotBeFetchedIsNotHeldBackAndAskedForAgain) {
     const char* natives = "AbilityManagerHelper.GetRunningSystemProcess";
-    const Record record = LockNight().Fail(natives).PlayUntil("21:56");
+    const Record record = LockNight().Fail(natives).AdvanceTo("21:55:30").Heal(natives).PlayUntil("21:57");
     EXPECT_THAT(Locks(record.At("21:55")), Are({"21:55:00 proxy [[21,3]]"}));
-    EXPECT_THAT(record.LogsOf("running_lock_strategy_ext"), Are({"error connect to app ability service failed"}));
+    EXPECT_THAT(Locks(record.At("21:56")), Are({"21:56:00 proxy [[11,1]]"}));
+    EXPECT_THAT(record.At("21:55").LogsOf("running_lock_strategy_ext"),
+                Are({"error connect to app ability service failed"}));
     for (const char* operation : {"AppMgrHelper.GetAllRunningProcesses", "StandbyServiceImpl.GetAllowList",
                                   "StandbyServiceImpl.GetEligiableRestrictSet"}) {
-        Night night = LockNight().Fail(operation).AdvanceTo("22:00").Heal(operation);
-        EXPECT_THAT(Locks(night.PlayUntil("22:06")), Are({"22:05:00 proxy [[21,3]]", "22:05:00 proxy [[11,1]]",
-                                                          "22:06:00 restore [[21,3]]", "22:06:00 restore [[11,1]]"}))
-            << operation << ": tried again with the next phase";
+        Night night = LockNight().Fail(operation).AdvanceTo("21:57:30").Heal(operation);
+        EXPECT_THAT(Locks(night.PlayUntil("21:59")), Are({"21:58:00 proxy [[21,3]]", "21:58:00 proxy [[11,1]]",
+                                                          "21:59:00 restore [[21,3]]", "21:59:00 restore [[11,1]]"}))
+            << operation;
+        EXPECT_THAT(
+            Locks(LockNight().Fail(operation).AdvanceTo("21:55:30").ScreenOn().Heal(operation).PlayUntil("22:30")),
+            IsEmpty())
+            << operation << ": wanted no more";
     }
+}
+
+TEST(RunningLocks, WhatThePowerManagerRefusesIsTriedAgain) {
+    const char* proxy = "PowerMgrClient.ProxyRunningLocks";
+    Night night = LockNight().Fail(proxy, 5).AdvanceTo("21:55:30").Heal(proxy).AdvanceTo("22:10").Fail(proxy, 6);
+    night.ScreenOn().AdvanceTo("22:10:30").Heal(proxy);
+    const Record record = night.PlayUntil("22:30");
+    const auto done = [&record](const char* time) {
+        Record::Texts calls;
+        for (const std::string& call : record.At(time).Calls("PowerMgrClient.ProxyRunningLocks")) {
+            if (call.ends_with("-> 0")) {
+                calls.push_back(call.substr(call.find('{')));
+            }
+        }
+        return calls;
+    };
+    EXPECT_THAT(done("21:55"), IsEmpty());
+    EXPECT_THAT(done("21:56"), Are({R"({"proxied":true,"processes":[[21,3]]} -> 0)",
+                                    R"({"proxied":true,"processes":[[11,1]]} -> 0)"}));
+    EXPECT_THAT(done("22:10"), IsEmpty());
+    EXPECT_THAT(done("22:11"), Are({R"({"proxied":false,"processes":[[11,1],[21,3]]} -> 0)"}));
+    EXPECT_THAT(record.At("21:55").LogsOf("running_lock_strategy"),
+                ::testing::Contains("warn running locks were not proxied, err code is 5"));
+    EXPECT_THAT(record.At("22:10").LogsOf("running_lock_strategy"),
+                ::testing::Contains("warn running locks were not restored, err code is 6"));
+    EXPECT_THAT(done("22:12"), IsEmpty()) << "it is over";
 }
 
 TEST(RunningLocks, AScriptedHostDrivesNothing) {

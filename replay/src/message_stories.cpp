@@ -101,8 +101,8 @@ const MessageStories::Story* MessageStories::Find(int32_t eventId) {
               [](My& my, const StandbyMessage& m) { my.Exemption(m.Params()); }},
         Story{StandbyMessageType::SCREEN_OFF_HALF_HOUR,
               [](My& my, const StandbyMessage& m) { my.HalfHour(m.Params()); }},
-        // An application in the foreground is told by what the firewall makes of it.
-        Story{StandbyMessageType::PROCESS_STATE_CHANGED, kSilent},
+        // An application that comes, goes or changes place is told by what the firewall makes of it.
+        Story{StandbyMessageType::HOST_REFRESH, kSilent},
         Story{StandbyMessageType::DEVICE_STATE_CHANGED,
               [](My& my, const StandbyMessage& m) { my.DeviceState(m.Params()); }},
         Story{StandbyMessageType::USER_SLEEP_STATE_CHANGED,

@@ -94,7 +94,7 @@ public:
         AdvanceTo(trace_.end);
         phone_.Clock().RunThrough(trace_.end);
         service_->UnInit();
-        Unload();
+        service_->UnloadPlugin();
         Summary summary = recorder_.Total();
         summary.virtualMs = trace_.end - trace_.start;
         sink_.OnEnd(trace_.end, summary);
@@ -107,12 +107,6 @@ private:
             throw RunError("cannot load the plugin: " + error);
         }
         service_->Init();
-    }
-
-    /// What the plugin left queued goes before its code does.
-    void Unload() {
-        phone_.DropPending();
-        service_->UnloadPlugin();
     }
 
     /// Runs what is due before `t`, a day at a time for the sake of the progress.
@@ -152,7 +146,7 @@ private:
         if (!step.isCrash) {
             service_->UnInit();
         }
-        Unload();
+        service_->UnloadPlugin();
         Start();
     }
 

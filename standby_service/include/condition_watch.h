@@ -5,12 +5,14 @@
 #include <memory>
 
 #include "event_handler.h"
+#include "owned_tasks.h"
 #include "standby_config.h"
 
 namespace TARN::DevStandbyMgr {
 
 /// Knows the resource-control condition: day or night by the local clock in automatic mode, where each
-/// change dispatches RES_CTRL_CONDITION_CHANGED; the value that was set last in scripted mode.
+/// change, be it that the clock was set, dispatches RES_CTRL_CONDITION_CHANGED; the value that was set last in scripted
+/// mode.
 class ConditionWatch {
 public:
     ConditionWatch(const StandbyConfig& config, std::shared_ptr<AppExecFwk::EventHandler> handler);
@@ -19,6 +21,9 @@ public:
     void Start();
     void Stop();
 
+    /// Somebody set the wall clock or the time zone: looks anew.
+    void OnClockChanged();
+
     /// The condition `offsetMs` from now.
     [[nodiscard]] uint32_t At(int64_t offsetMs) const;
 
@@ -26,13 +31,15 @@ public:
     void Set(uint32_t condition) noexcept { scripted_ = condition; }
 
 private:
+    void Look();
     void WaitForChange();
 
     StandbyPolicy policy_;
     bool isAutomatic_;
+    bool isWatching_ = false;
     uint32_t scripted_;
     uint32_t reported_ = 0;
-    std::shared_ptr<AppExecFwk::EventHandler> handler_;
+    OwnedTasks tasks_;
 };
 
 }  // namespace TARN::DevStandbyMgr

@@ -2,6 +2,7 @@
 #define STANDBY_SERVICE_EXEMPTION_FLAG_H
 
 #include <cstdint>
+#include <string>
 
 namespace TARN::DevStandbyMgr {
 
@@ -18,6 +19,9 @@ inline constexpr uint8_t RESTRICTED = 0x40;       ///< in the restrict set: held
 [[nodiscard]] constexpr bool IsExempted(uint8_t flags) {
     return (flags & ExemptionFlag::EXEMPTION) != 0 || (flags != 0 && (flags & ExemptionFlag::RESTRICTED) == 0);
 }
+
+/// Bits as people read them: "on the allow list, in the foreground"; "nothing exempts it" for none.
+[[nodiscard]] std::string DescribeExemption(uint8_t flags);
 
 }  // namespace TARN::DevStandbyMgr
 

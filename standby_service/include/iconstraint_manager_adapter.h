@@ -24,6 +24,9 @@ public:
 
     /// Whether the condition holds now.
     [[nodiscard]] virtual bool IsMet() = 0;
+
+    /// The condition in words, for the dump: "still".
+    [[nodiscard]] virtual std::string Name() const = 0;
 };
 
 /// Knows under which conditions the phone may go deeper.

@@ -9,6 +9,7 @@ namespace TARN::DevStandbyMgr {
 /// for a MAINTENANCE.
 class NetworkStrategy : public BaseNetworkStrategy {
 public:
+    NetworkStrategy() : BaseNetworkStrategy(Firewall::DEEP_STANDBY) {}
     void HandleEvent(const StandbyMessage& message) override;
     void ShellDump(const std::vector<std::string>& args, std::string& result) override;
 

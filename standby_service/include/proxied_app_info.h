@@ -4,8 +4,6 @@
 #include <cstdint>
 #include <string>
 
-#include "exemption_flag.h"
-
 namespace TARN::DevStandbyMgr {
 
 /// One process whose running locks may be proxied.
@@ -13,10 +11,7 @@ struct ProxiedAppInfo {
     std::string name;
     int32_t uid = -1;
     int32_t pid = -1;
-    uint8_t exemptionFlag = 0;
-
-    /// Whether its locks are held back while proxying is in force.
-    [[nodiscard]] bool IsProxied() const { return !IsExempted(exemptionFlag); }
+    uint8_t exemptionFlag = 0;  ///< bits of ExemptionFlag
 };
 
 }  // namespace TARN::DevStandbyMgr

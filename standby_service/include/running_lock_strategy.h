@@ -2,8 +2,9 @@
 #define STANDBY_SERVICE_RUNNING_LOCK_STRATEGY_H
 
 #include <cstdint>
+#include <map>
+#include <set>
 #include <string>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -16,7 +17,9 @@ namespace TARN::DevStandbyMgr {
 ///
 /// In automatic mode proxying is in force in SLEEP from phase SYS_RES_DEEP on, until SLEEP is left. Exempt are
 /// applications on the allow list, in the foreground or with a continuous task, and those of the system unless
-/// the restrict set names them. In scripted mode it acts only when told.
+/// the restrict set names them; while in force it follows changes of those, of who runs, and of the restrict set. The
+/// device is told differences only, and what it refuses is logged and tried again at the next change and after
+/// StandbyPolicy::retryAfterSeconds. In scripted mode it acts only when told.
 class RunningLockStrategy : public IBaseStrategy {
 public:
     void HandleEvent(const StandbyMessage& message) override;
@@ -40,25 +43,40 @@ public:
     /// Forgets every process.
     virtual void ClearProxyRecord();
 
-    /// Proxies (true) or restores (false) the running locks of each listed process, pid and uid.
+    /// Proxies (true) or restores (false) the running locks of each listed process, a pair that is handed to the power
+    /// manager as it is. An empty list, and restoring while nothing is held back, tells it nothing. What the power
+    /// manager answers is returned.
     ErrCode ProxyRunningLockList(bool isProxied, const std::vector<std::pair<int32_t, int32_t>>& proxiedAppList);
 
 protected:
-    /// A process's key: its decimal uid, "_" and its name.
-    [[nodiscard]] static std::string KeyOf(int32_t uid, const std::string& name);
-
     bool isProxied_ = false;  ///< proxying is in force
 
 private:
+    using Pair = std::pair<int32_t, int32_t>;
+
+    void Settle();
     void StartProxy();
     void StopProxy();
-    ErrCode InitProxiedAppInfo();
-    void ExemptAllowedNatives();
-    void UpdateExemptionList(const StandbyMessage& message);
+    void FollowChanges();
+    ErrCode CollectApps();
+    void TellApps();
+    void CollectNatives();
+    void FollowAllowedNatives();
+    void RenewNatives();
+    void RestoreLeft();
     void ChangeFlag(int32_t uid, const std::string& name, uint8_t flag, bool isSet);
-    void ChangeFlagOfUid(const StandbyMessage& message, uint8_t flag, bool isSet);
 
-    std::unordered_map<std::string, ProxiedAppInfo> proxiedAppInfo_;
+    bool isWanted_ = false;                ///< SLEEP has reached the phase
+    bool areNativesKnown_ = false;         ///< the last InitNativeProcInfo succeeded
+    bool isSettingUp_ = false;             ///< natives are collected and none of them is held back yet
+    bool areAppsLeftAlone_ = false;        ///< ProxyAppAndProcess is meant for natives only
+    int64_t sinceMs_ = 0;                  ///< since when proxying is in force
+    std::map<Pair, ProxiedAppInfo> apps_;  ///< the running applications' processes, by pid and uid
+    std::set<Pair> held_;                  ///< what the power manager holds back, as it confirmed
+    std::set<Pair> refused_;               ///< what it would not hold back when it was asked to
+    std::set<std::string> allowed_;        ///< the allow list, as last seen
+    std::set<std::string> restricted_;     ///< the restrict set, as last seen
+    std::set<std::pair<int32_t, std::string>> exemptedNatives_;  ///< uid and name
 };
 
 }  // namespace TARN::DevStandbyMgr

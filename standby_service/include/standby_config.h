@@ -26,6 +26,7 @@ struct StandbyPolicy {
     int64_t halfHourSeconds = 1800;  ///< "half_hour_s": screen off until it is reported
     int32_t nightStartHour = 22;     ///< "night_start_hour": local hour at which condition 2 begins
     int32_t nightEndHour = 7;        ///< "night_end_hour": local hour at which condition 1 begins
+    int64_t retryAfterSeconds = 60;  ///< "retry_after_s": until what the device refused is tried again
 };
 
 /// One entry of a resource-control configuration: names that are allowed, or not.

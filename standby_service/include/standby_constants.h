@@ -3,9 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <string>
 #include <string_view>
-#include <vector>
 
 namespace TARN::DevStandbyMgr {
 
@@ -38,11 +36,6 @@ inline constexpr std::string_view DUMP_DETAIL_INFO = "DUMP_DETAIL_INFO";
 inline constexpr std::string_view DUMP_STRATGY_DETAIL = "DUMP_STRATGY_DETAIL";
 inline constexpr std::string_view DUMP_SIMULATE_SENSOR = "DUMP_SIMULATE_SENSOR";
 inline constexpr std::string_view DUMP_POWEROFF_STRATEGY = "DUMP_POWEROFF_STRATEGY";
-
-/// Whether the dump argument at `position` is `word`; a missing argument is no word.
-[[nodiscard]] inline bool IsDumpWord(const std::vector<std::string>& args, size_t position, std::string_view word) {
-    return position < args.size() && args[position] == word;
-}
 
 /// The device kind: 1 tablet, 2 phone with the daytime proximity check, 3 watch, any other value phone.
 /// Set from the configuration before the plugin is loaded.

@@ -18,14 +18,17 @@ inline constexpr int32_t PHASE_TRANSIT = 3;               ///< CURRENT_STATE, CU
 inline constexpr int32_t RES_CTRL_CONDITION_CHANGED = 4;  ///< RES_CTRL_CONDITION (int)
 inline constexpr int32_t ALLOW_LIST_CHANGED = 5;          ///< "allowType" (int), "name" (string), "added" (bool)
 inline constexpr int32_t SCREEN_OFF_HALF_HOUR = 6;        ///< SCR_OFF_HALF_HOUR_STATUS (bool)
-inline constexpr int32_t PROCESS_STATE_CHANGED = 8;      ///< "uid", "pid" (int), "name" (string), "isForeground" (bool)
-inline constexpr int32_t DEVICE_STATE_CHANGED = 10;      ///< DEVICE_STATE_TYPE (int), DEVICE_STATE (bool)
-inline constexpr int32_t USER_SLEEP_STATE_CHANGED = 11;  ///< "isSleep" (bool), "wakeupTime" (long)
-inline constexpr int32_t NET_IDLE_POLICY_TRANSIT = 12;   ///< NET_IDLE_POLICY_STATUS (bool)
-inline constexpr int32_t RESOURCE_APPLY = 13;            ///< BG_TASK_TYPE, BG_TASK_RESOURCE_STATUS, BG_TASK_BUNDLE_NAME
-inline constexpr int32_t NAT_INTERVAL_CHANGED = 14;      ///< MESSAGE_ENABLE (bool), MESSAGE_INTERVAL (int)
-inline constexpr int32_t SLEEP_COLLECT_FINISHED = 100;   ///< one collected sleep record
-inline constexpr int32_t BG_TASK_STATUS_CHANGED = 101;   ///< "typeId" (int), "started" (bool)
+inline constexpr int32_t DEVICE_STATE_CHANGED = 10;       ///< DEVICE_STATE_TYPE (int), DEVICE_STATE (bool)
+inline constexpr int32_t USER_SLEEP_STATE_CHANGED = 11;   ///< "isSleep" (bool), "wakeupTime" (long)
+inline constexpr int32_t NET_IDLE_POLICY_TRANSIT = 12;    ///< NET_IDLE_POLICY_STATUS (bool)
+inline constexpr int32_t RESOURCE_APPLY = 13;           ///< BG_TASK_TYPE, BG_TASK_RESOURCE_STATUS, BG_TASK_BUNDLE_NAME
+inline constexpr int32_t NAT_INTERVAL_CHANGED = 14;     ///< MESSAGE_ENABLE (bool), MESSAGE_INTERVAL (int)
+inline constexpr int32_t SLEEP_COLLECT_FINISHED = 100;  ///< one collected sleep record
+inline constexpr int32_t BG_TASK_STATUS_CHANGED = 101;  ///< "typeId" (int), "started" (bool)
+
+/// The service's own, far from what strategies know: what it keeps of the applications changed, or it is time to try
+/// again what was refused. No parameters.
+inline constexpr int32_t HOST_REFRESH = 1'000'000;
 }  // namespace StandbyMessageType
 
 /// One message from the service, or from the plugin through the service, to every strategy. Built on the

@@ -1,6 +1,7 @@
 #ifndef STANDBY_SERVICE_STANDBY_SERVICE_IMPL_H
 #define STANDBY_SERVICE_STANDBY_SERVICE_IMPL_H
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -15,6 +16,8 @@
 #include "ilistener_manager_adapter.h"
 #include "istate_manager_adapter.h"
 #include "istrategy_manager_adapter.h"
+#include "owned_tasks.h"
+#include "running_applications.h"
 #include "standby_config.h"
 #include "standby_message.h"
 #include "standby_service_errors.h"
@@ -30,12 +33,12 @@ class StandbyConfigManager;
 ///
 /// Life: Create, LoadPlugin, Init, then messages; UnInit (unless the service crashes), UnloadPlugin, which may
 /// be followed by LoadPlugin again; Destroy. All of it, and every delivery, belongs on the handler's thread;
-/// only DispatchEvent may be called from any thread.
-class StandbyServiceImpl {
+/// only GetInstance, DispatchEvent, Refresh and GetHandler may be called from any thread.
+class StandbyServiceImpl : public std::enable_shared_from_this<StandbyServiceImpl> {
 public:
     using DeliveryObserver = std::function<void(const StandbyMessage&)>;
 
-    /// The running service, null when there is none.
+    /// The running service, null when there is none. Whoever holds it keeps it alive over Destroy.
     [[nodiscard]] static std::shared_ptr<StandbyServiceImpl> GetInstance();
 
     /// Makes the process's service on the installed device, and sets STANDBT_MODE. Null when the device
@@ -49,10 +52,11 @@ public:
     StandbyServiceImpl(const StandbyServiceImpl&) = delete;
     StandbyServiceImpl& operator=(const StandbyServiceImpl&) = delete;
 
-    /// Loads the plugin at `path` and has it register. False, and the reason in `error`, when it cannot.
+    /// Loads the plugin at `path`, in place of a loaded one, and has it register. False, and the reason in `error`,
+    /// when it cannot; then none is loaded.
     bool LoadPlugin(const std::string& path, std::string& error);
 
-    /// Destroys the adapters and unloads the plugin. What it left queued must be gone before.
+    /// Has the device drop what the plugin left behind, destroys the adapters and unloads the plugin.
     void UnloadPlugin();
 
     /// Takes the plugin's adapters and owns them from here on, in place of earlier ones.
@@ -69,8 +73,17 @@ public:
     /// Queues a message for delivery to all strategies, after the work that runs now. Any thread.
     void DispatchEvent(const StandbyMessage& message);
 
-    /// Has every strategy append what it has to say to the dump words.
+    /// Has every strategy append what it has to say to the dump words. In automatic mode the service tells its own part
+    /// first, to the words that ask for every detail: state and phase, what would hold them back, what is frozen and
+    /// stretched.
     void ShellDump(const std::vector<std::string>& args, std::string& result);
+
+    /// What is known of the applications may have changed, or is to be looked at: queues one HOST_REFRESH, however
+    /// often it is called until that is delivered. Any thread. In automatic mode only.
+    void Refresh();
+
+    /// The same after StandbyPolicy::retryAfterSeconds, for what was refused now.
+    void RefreshLater();
 
     /// Calls `observer` with each message right before the strategies get it.
     void ObserveDelivery(DeliveryObserver observer) { deliveryObserver_ = std::move(observer); }
@@ -81,6 +94,7 @@ public:
     [[nodiscard]] std::shared_ptr<StandbyConfigManager> GetConfigManager() const { return configManager_; }
     [[nodiscard]] std::shared_ptr<DeviceStateCache> GetDeviceStateCache() const { return deviceStateCache_; }
     [[nodiscard]] ConditionWatch& GetConditionWatch() const { return *conditionWatch_; }
+    [[nodiscard]] RunningApplications& Applications() noexcept { return applications_; }
 
     /// Whether the host decides on its own.
     [[nodiscard]] bool IsAutomatic() const;
@@ -95,20 +109,32 @@ public:
     int32_t GetEligiableRestrictSet(int32_t allowType, const std::string& strategyName, uint32_t reasonCode,
                                     std::set<std::string>& restrictSet) const;
 
+    /// Replaces both sets by what GetAllowList and GetEligiableRestrictSet answer. False, logged, and nothing replaced,
+    /// when one of them fails.
+    bool FetchExemptions(int32_t allowType, const std::string& strategyName, std::set<std::string>& allowed,
+                         std::set<std::string>& restricted) const;
+
     /// Replaces the exemptions of a type; in automatic mode each change is an ALLOW_LIST_CHANGED.
     void SetAllowList(int32_t allowType, const std::vector<std::string>& names);
-    void SetRestrictSet(int32_t allowType, std::set<std::string> names) { restrictSets_[allowType] = std::move(names); }
+
+    /// Replaces the restricted names of a type; in automatic mode a change is a HOST_REFRESH.
+    void SetRestrictSet(int32_t allowType, std::set<std::string> names);
 
 private:
     explicit StandbyServiceImpl(StandbyConfig config);
 
     void Deliver(const StandbyMessage& message);
     void ReportAllowChange(int32_t allowType, const std::string& name, bool added);
+    void DumpHost(const std::vector<std::string>& args, std::string& result) const;
 
     std::shared_ptr<AppExecFwk::EventHandler> handler_;
+    OwnedTasks tasks_;
     std::shared_ptr<StandbyConfigManager> configManager_;
     std::shared_ptr<DeviceStateCache> deviceStateCache_;
     std::unique_ptr<ConditionWatch> conditionWatch_;
+    RunningApplications applications_;
+    std::atomic<bool> isRefreshQueued_ = false;
+    bool isRefreshWaiting_ = false;  ///< for its time to come
     DeliveryObserver deliveryObserver_;
     std::map<int32_t, std::vector<std::string>> allowLists_;
     std::map<int32_t, std::set<std::string>> restrictSets_;

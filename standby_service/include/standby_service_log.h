@@ -6,23 +6,18 @@
 /// One macro a level. The format is a literal with the marks `%{public}d`, `u`, `ld`, `lu`, `f`, `s`, checked
 /// against the arguments by the compiler; file, function and line of the prefix come from the macro. No
 /// argument is evaluated when the level is not wanted.
-#define STANDBYSERVICE_LOGD(...) STANDBYSERVICE_LOG(__FILE_NAME__, ::TARN::LogLevel::DEBUG, __VA_ARGS__)
-#define STANDBYSERVICE_LOGI(...) STANDBYSERVICE_LOG(__FILE_NAME__, ::TARN::LogLevel::INFO, __VA_ARGS__)
-#define STANDBYSERVICE_LOGW(...) STANDBYSERVICE_LOG(__FILE_NAME__, ::TARN::LogLevel::WARN, __VA_ARGS__)
-#define STANDBYSERVICE_LOGE(...) STANDBYSERVICE_LOG(__FILE_NAME__, ::TARN::LogLevel::ERROR, __VA_ARGS__)
+#define STANDBYSERVICE_LOGD(...) STANDBYSERVICE_LOG(::TARN::LogLevel::DEBUG, __VA_ARGS__)
+#define STANDBYSERVICE_LOGI(...) STANDBYSERVICE_LOG(::TARN::LogLevel::INFO, __VA_ARGS__)
+#define STANDBYSERVICE_LOGW(...) STANDBYSERVICE_LOG(::TARN::LogLevel::WARN, __VA_ARGS__)
+#define STANDBYSERVICE_LOGE(...) STANDBYSERVICE_LOG(::TARN::LogLevel::ERROR, __VA_ARGS__)
 
-/// The same in the name of another source file, for code that several strategies share.
-#define STANDBYSERVICE_LOGD_FROM(file, ...) STANDBYSERVICE_LOG(file, ::TARN::LogLevel::DEBUG, __VA_ARGS__)
-#define STANDBYSERVICE_LOGI_FROM(file, ...) STANDBYSERVICE_LOG(file, ::TARN::LogLevel::INFO, __VA_ARGS__)
-#define STANDBYSERVICE_LOGE_FROM(file, ...) STANDBYSERVICE_LOG(file, ::TARN::LogLevel::ERROR, __VA_ARGS__)
-
-#define STANDBYSERVICE_LOG(file, level, ...)                                                                    \
-    do {                                                                                                        \
-        if (::TARN::Log::IsLoggable(level)) {                                                                   \
-            ::TARN::Log::Print({level, ::TARN::DevStandbyMgr::kLogDomain, ::TARN::DevStandbyMgr::kLogTag, file, \
-                                static_cast<const char*>(__func__), __LINE__},                                  \
-                               __VA_ARGS__);                                                                    \
-        }                                                                                                       \
+#define STANDBYSERVICE_LOG(level, ...)                                                                    \
+    do {                                                                                                  \
+        if (::TARN::Log::IsLoggable(level)) {                                                             \
+            ::TARN::Log::Print({level, ::TARN::DevStandbyMgr::kLogDomain, ::TARN::DevStandbyMgr::kLogTag, \
+                                __FILE_NAME__, static_cast<const char*>(__func__), __LINE__},             \
+                               __VA_ARGS__);                                                              \
+        }                                                                                                 \
     } while (false)
 
 namespace TARN::DevStandbyMgr {

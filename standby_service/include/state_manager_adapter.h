@@ -1,7 +1,11 @@
 #ifndef STANDBY_SERVICE_STATE_MANAGER_ADAPTER_H
 #define STANDBY_SERVICE_STATE_MANAGER_ADAPTER_H
 
+#include <memory>
+#include <optional>
+
 #include "istate_manager_adapter.h"
+#include "owned_tasks.h"
 #include "standby_constants.h"
 
 namespace TARN::DevStandbyMgr {
@@ -13,6 +17,9 @@ namespace TARN::DevStandbyMgr {
 /// plugged charger lead to WORKING at once. A service that starts with the screen off starts towards DARK. SLEEP is
 /// interrupted by MAINTENANCE and resumes in the phase it had reached. Each change dispatches one STATE_TRANSIT, each
 /// phase one PHASE_TRANSIT. In scripted mode it stays where it is.
+///
+/// Lengths are delays of the handler's tasks and so run on the boot clock; the wall clock decides nothing here. While a
+/// state is blocked no time counts; what would have woken the phone meanwhile takes effect when it is unblocked.
 class StateManagerAdapter : public IStateManagerAdapter {
 public:
     bool Init() override;
@@ -35,22 +42,26 @@ public:
 private:
     void OnScreenOn();
     void OnScreenOff();
+    void Wake(uint32_t state);
     void ScheduleStep();
-    void Step();
-    void StepWithinSleep();
+    void ScheduleMaintenance();
+    void SchedulePhase();
+    void RemoveSteps();
+    void OnPhaseOver();
     void EnterPhase(int32_t phase);
-    [[nodiscard]] int64_t MaintenanceAfterMs() const;
 
+    std::unique_ptr<OwnedTasks> tasks_;
     uint32_t curState_ = StandbyState::WORKING;
     uint32_t preState_ = StandbyState::WORKING;
     int32_t curPhase_ = StandbyPhase::LIGHT;
     bool isAutomatic_ = false;
     bool isBlocked_ = false;
+    std::optional<uint32_t> missed_;  ///< the least deep state that was asked for while blocked
     bool isScreenOn_ = true;
     bool scrOffHalfHourCtrl_ = false;
     int64_t screenOffTimeStamp_ = 0;
-    int64_t sleepStartMs_ = 0;     ///< when SLEEP was last entered, also after MAINTENANCE
-    int64_t phaseStartMs_ = 0;     ///< when the current phase began, moved on by MAINTENANCE
+    int64_t stateSinceMs_ = 0;     ///< wall clock, for people
+    int64_t phaseSinceMs_ = 0;     ///< the same
     size_t maintenanceCount_ = 0;  ///< interruptions of this stretch of SLEEP so far
 };
 

@@ -1,31 +1,78 @@
 #include "base_network_strategy.h"
 
 #include <algorithm>
-#include <memory>
-#include <set>
+#include <array>
+#include <iterator>
+#include <utility>
 
-#include "app_mgr_helper.h"
-#include "background_task_mgr_helper.h"
-#include "bundle_manager_helper.h"
+#include "dump_words.h"
 #include "exemption_flag.h"
+#include "local_time.h"
 #include "net_policy_client.h"
+#include "running_applications.h"
 #include "standby_constants.h"
 #include "standby_service_impl.h"
 #include "standby_service_log.h"
+#include "time_service_client.h"
 
 namespace TARN::DevStandbyMgr {
 
 namespace {
 
-using AppExecFwk::RunningProcessInfo;
-using BackgroundTaskMgr::BackgroundTaskMgrHelper;
-using BackgroundTaskMgr::ContinuousTaskCallbackInfo;
 using NetManagerStandard::NetPolicyClient;
 
 constexpr uint32_t kTaskTypes = 32;
+constexpr size_t kFirewalls = 2;
+
+/// The one firewall of the phone, as all network strategies see it, beside the two fields that derived classes share.
+struct SharedFirewall {
+    bool isWanted = false;
+    bool isPolicyOn = true;       ///< as the device confirmed last; before it did, the worst is assumed
+    std::set<uint32_t> trusted;   ///< the trust list as the device told last
+    bool isStandbysTurn = false;  ///< the applications were collected for deep standby, not for the user's sleep
+    int64_t switchedMs = 0;       ///< when the policy was last switched, 0 never
+    BaseNetworkStrategy* inCharge = nullptr;                 ///< who follows changes: the last that was asked for it
+    std::array<BaseNetworkStrategy*, kFirewalls> live = {};  ///< who brings the rules: those that hear messages
+    std::set<uint32_t>* asked = nullptr;                     ///< collects whom a rule would allow
+};
+
+SharedFirewall g_firewall;
+
+std::shared_ptr<NetPolicyClient> Client() {
+    return DelayedSingleton<NetPolicyClient>::GetInstance();
+}
+
+RunningApplications& Applications() {
+    return StandbyServiceImpl::GetInstance()->Applications();
+}
 
 bool IsExempting(uint32_t taskType, int32_t mask) {
     return taskType < kTaskTypes && ((static_cast<uint32_t>(mask) >> taskType) & 1U) != 0;
+}
+
+/// Asks the device for the trust list it holds. False, and the last answer stays, when it does not tell.
+bool LookAtTrustlist() {
+    std::vector<uint32_t> uids;
+    if (const int32_t status = Client()->GetDeviceIdleTrustlist(uids); status != ERR_OK) {
+        STANDBYSERVICE_LOGW("the trust list could not be read, err code is %{public}d", status);
+        return false;
+    }
+    g_firewall.trusted = {uids.begin(), uids.end()};
+    return true;
+}
+
+std::vector<uint32_t> Difference(const std::set<uint32_t>& from, const std::set<uint32_t>& without) {
+    std::vector<uint32_t> rest;
+    std::set_difference(from.begin(), from.end(), without.begin(), without.end(), std::back_inserter(rest));
+    return rest;
+}
+
+bool IsAutomatic() {
+    return StandbyServiceImpl::GetInstance()->IsAutomatic();
+}
+
+int32_t StateOf(const StandbyMessage& message) {
+    return message.Params().GetIntParam(CURRENT_STATE, 0);
 }
 
 }  // namespace
@@ -33,7 +80,12 @@ bool IsExempting(uint32_t taskType, int32_t mask) {
 bool BaseNetworkStrategy::isFirewallEnabled_ = false;
 std::unordered_map<uint32_t, NetLimitedAppInfo> BaseNetworkStrategy::netLimitedAppInfo_;
 
-bool BaseNetworkStrategy::isUseExempting_ = false;
+BaseNetworkStrategy::~BaseNetworkStrategy() {
+    if (g_firewall.inCharge == this) {
+        g_firewall.inCharge = nullptr;
+    }
+    std::replace(g_firewall.live.begin(), g_firewall.live.end(), this, static_cast<BaseNetworkStrategy*>(nullptr));
+}
 
 void BaseNetworkStrategy::SetFirewallStatus(bool isEnabled) {
     isFirewallEnabled_ = isEnabled;
@@ -41,18 +93,35 @@ void BaseNetworkStrategy::SetFirewallStatus(bool isEnabled) {
 
 void BaseNetworkStrategy::ForgetShared() {
     isFirewallEnabled_ = false;
-    isUseExempting_ = false;
     netLimitedAppInfo_.clear();
+    g_firewall = {};
 }
 
 void BaseNetworkStrategy::HandleEvent(const StandbyMessage& message) {
-    if (!StandbyServiceImpl::GetInstance()->IsAutomatic()) {
-        return;
-    }
     switch (message.eventId) {
         case StandbyMessageType::STATE_TRANSIT:
-            if (message.Params().GetIntParam(CURRENT_STATE, 0) != StandbyState::MAINTENANCE) {
+        case StandbyMessageType::RES_CTRL_CONDITION_CHANGED:
+        case StandbyMessageType::ALLOW_LIST_CHANGED:
+        case StandbyMessageType::BG_TASK_STATUS_CHANGED:
+        case StandbyMessageType::HOST_REFRESH:
+            if (IsAutomatic()) {
+                g_firewall.live[static_cast<size_t>(kind_)] = this;
+                Follow(message);
+            }
+            break;
+        default:
+            break;
+    }
+}
+
+void BaseNetworkStrategy::Follow(const StandbyMessage& message) {
+    switch (message.eventId) {
+        case StandbyMessageType::STATE_TRANSIT:
+            if (StateOf(message) != StandbyState::MAINTENANCE) {
                 DisableNetworkFirewall(message);
+            }
+            if (StateOf(message) != StandbyState::SLEEP) {
+                GiveUpPending();
             }
             break;
         case StandbyMessageType::ALLOW_LIST_CHANGED:
@@ -61,10 +130,11 @@ void BaseNetworkStrategy::HandleEvent(const StandbyMessage& message) {
         case StandbyMessageType::BG_TASK_STATUS_CHANGED:
             UpdateBgTaskAppStatus(message);
             break;
-        case StandbyMessageType::PROCESS_STATE_CHANGED:
+        case StandbyMessageType::HOST_REFRESH:
             HandleProcessStatusChanged(message);
             break;
         default:
+            FollowChanges();
             break;
     }
 }
@@ -77,36 +147,35 @@ ErrCode BaseNetworkStrategy::OnDestroy() {
     return ERR_OK;
 }
 
-void BaseNetworkStrategy::ShellDump(const std::vector<std::string>& /*args*/, std::string& /*result*/) {}
-
 ErrCode BaseNetworkStrategy::EnableNetworkFirewall(const StandbyMessage& message) {
-    const AAFwk::Want& want = message.Params();
-    if (want.GetIntParam(CURRENT_STATE, 0) != StandbyState::SLEEP ||
-        want.GetIntParam(CURRENT_PHASE, 0) != StandbyPhase::DEEP) {
+    if (StateOf(message) != StandbyState::SLEEP ||
+        message.Params().GetIntParam(CURRENT_PHASE, 0) != StandbyPhase::DEEP) {
         return ERR_STATE_REQ_NOT_MET;
     }
     if (isFirewallEnabled_) {
         UpdateFirewallAllowList();
         return ERR_OK;
     }
-    const ErrCode status = EnableNetworkFirewallInner();
-    isFirewallEnabled_ = status == ERR_OK;
-    return status;
+    return EnableNetworkFirewallInner();
 }
 
 ErrCode BaseNetworkStrategy::DisableNetworkFirewall(const StandbyMessage& message) {
-    if (!isFirewallEnabled_ || message.Params().GetIntParam(CURRENT_STATE, 0) == StandbyState::SLEEP) {
+    if (!isFirewallEnabled_ || StateOf(message) == StandbyState::SLEEP) {
         return ERR_STATE_REQ_NOT_MET;
     }
     DisableNetworkFirewallInner();
-    isFirewallEnabled_ = false;
-    return ERR_OK;
+    return idlePolicyStatus_;
+}
+
+void BaseNetworkStrategy::GiveUpPending() {
+    if (g_firewall.isWanted && !isFirewallEnabled_) {
+        g_firewall.isWanted = false;
+        Settle(false);
+    }
 }
 
 ErrCode BaseNetworkStrategy::EnableNetworkFirewallInner() {
-    if (const ErrCode status = InitNetLimitedAppInfo(); status != ERR_OK) {
-        return status;
-    }
+    Applications().MarkStale();
     HandleDeviceIdlePolicy(true);
     return idlePolicyStatus_;
 }
@@ -116,35 +185,149 @@ void BaseNetworkStrategy::DisableNetworkFirewallInner() {
 }
 
 void BaseNetworkStrategy::HandleDeviceIdlePolicy(bool enableFirewall) {
-    if (enableFirewall && !isFirewallEnabled_) {
-        SetNetAllowApps(true);
-    }
-    idlePolicyStatus_ = DelayedSingleton<NetPolicyClient>::GetInstance()->SetDeviceIdlePolicy(enableFirewall);
-    if (idlePolicyStatus_ != ERR_OK) {
-        STANDBYSERVICE_LOGW("the device-idle policy was refused, err code is %{public}d", idlePolicyStatus_);
-    }
-    if (!enableFirewall || idlePolicyStatus_ != ERR_OK) {
-        EmptyFirewallAllowList();
-    } else {
-        isFirewallEnabled_ = true;
-    }
-}
-
-// Every application, not only those that are allowed now: the rule may have changed since they were put on.
-void BaseNetworkStrategy::EmptyFirewallAllowList() {
-    std::vector<uint32_t> uids;
-    uids.reserve(netLimitedAppInfo_.size());
-    for (const auto& [uid, app] : netLimitedAppInfo_) {
-        uids.push_back(uid);
-    }
-    SetFirewallAllowedList(uids, false);
+    g_firewall.inCharge = this;
+    g_firewall.isWanted = enableFirewall;
+    idlePolicyStatus_ = Settle(enableFirewall);
 }
 
 void BaseNetworkStrategy::UpdateFirewallAllowList() {
-    EmptyFirewallAllowList();
-    if (InitNetLimitedAppInfo() == ERR_OK) {
-        SetNetAllowApps(true);
+    g_firewall.inCharge = this;
+    g_firewall.isWanted = true;
+    Applications().MarkStale();
+    Settle(false);
+}
+
+void BaseNetworkStrategy::UpdateExemptionList(const StandbyMessage& message) {
+    if (message.Params().GetIntParam("allowType", 0) == AllowType::NETWORK) {
+        FollowChanges();
     }
+}
+
+void BaseNetworkStrategy::UpdateBgTaskAppStatus(const StandbyMessage& /*message*/) {
+    FollowChanges();
+}
+
+void BaseNetworkStrategy::HandleProcessStatusChanged(const StandbyMessage& /*message*/) {
+    FollowChanges();
+}
+
+void BaseNetworkStrategy::FollowChanges() {
+    if (g_firewall.inCharge != nullptr && g_firewall.inCharge != this) {
+        return;
+    }
+    if (g_firewall.isWanted || g_firewall.isPolicyOn || !g_firewall.trusted.empty()) {
+        Settle(false);
+    }
+}
+
+/// Brings the device to what is wanted. What it refuses now is tried again later.
+ErrCode BaseNetworkStrategy::Settle(bool isRenewal) {
+    const ErrCode status = g_firewall.isWanted ? PutUp(isRenewal) : TakeDown();
+    isFirewallEnabled_ = g_firewall.isPolicyOn;
+    if (status != ERR_OK) {
+        StandbyServiceImpl::GetInstance()->RefreshLater();
+    }
+    return status;
+}
+
+ErrCode BaseNetworkStrategy::PutUp(bool isRenewal) {
+    std::set<uint32_t> allowed;
+    const ErrCode derived = DeriveAllowed(allowed);
+    if (derived != ERR_OK && !g_firewall.isPolicyOn) {
+        return derived;  // a policy without its list would cut off everybody
+    }
+    const bool isListed = derived == ERR_OK && TellTrustlist(allowed, !g_firewall.isPolicyOn);
+    if (!isListed) {
+        StandbyServiceImpl::GetInstance()->RefreshLater();  // the policy goes on without waiting for the list
+    }
+    return isRenewal || !g_firewall.isPolicyOn ? SwitchPolicy(true) : ERR_OK;
+}
+
+ErrCode BaseNetworkStrategy::TakeDown() {
+    const bool wasOn = g_firewall.isPolicyOn;
+    if (wasOn) {
+        if (const ErrCode status = SwitchPolicy(false); status != ERR_OK) {
+            return status;  // and whoever is on the list of a policy that stays needs it
+        }
+    }
+    if (!TellTrustlist({}, wasOn)) {
+        StandbyServiceImpl::GetInstance()->RefreshLater();
+    }
+    return ERR_OK;
+}
+
+ErrCode BaseNetworkStrategy::SwitchPolicy(bool enable) {
+    const int32_t status = Client()->SetDeviceIdlePolicy(enable);
+    if (status != ERR_OK) {
+        STANDBYSERVICE_LOGW("the device-idle policy was refused, err code is %{public}d", status);
+        return status;
+    }
+    if (std::exchange(g_firewall.isPolicyOn, enable) != enable) {
+        g_firewall.switchedMs = MiscServices::TimeServiceClient::GetInstance()->GetWallTimeMs();
+    }
+    return ERR_OK;
+}
+
+/// Tells the device what has to change on its trust list. `isSwitching` says so too when nothing has to. False when the
+/// list is not as wanted after that.
+bool BaseNetworkStrategy::TellTrustlist(const std::set<uint32_t>& wanted, bool isSwitching) {
+    LookAtTrustlist();
+    const std::vector<uint32_t> added = Difference(wanted, g_firewall.trusted);
+    const std::vector<uint32_t> removed = Difference(g_firewall.trusted, wanted);
+    if (!added.empty() || (isSwitching && g_firewall.isWanted)) {
+        SetFirewallAllowedList(added, true);
+    }
+    if (!removed.empty() || (isSwitching && !g_firewall.isWanted)) {
+        SetFirewallAllowedList(removed, false);
+    }
+    if ((!added.empty() || !removed.empty()) && !LookAtTrustlist()) {
+        g_firewall.trusted = wanted;  // what was told has to do
+    }
+    return g_firewall.trusted == wanted;
+}
+
+/// Whom the strategy that this moment belongs to lets through. The bits of the applications stay as they were when they
+/// cannot be had.
+ErrCode BaseNetworkStrategy::DeriveAllowed(std::set<uint32_t>& allowed) {
+    ErrCode status = CollectApps();
+    BaseNetworkStrategy* judge = this;
+    if (status == ERR_OK && IsAutomatic()) {
+        const Firewall turn = g_firewall.isStandbysTurn ? Firewall::DEEP_STANDBY : Firewall::USER_SLEEP;
+        BaseNetworkStrategy* live = g_firewall.live[static_cast<size_t>(turn)];
+        if (live != nullptr && live != this) {
+            judge = live;
+            status = judge->CollectApps();  // by its own mask of tasks
+        }
+    }
+    if (status == ERR_OK) {
+        allowed = judge->AskWhoIsAllowed();
+    }
+    return status;
+}
+
+ErrCode BaseNetworkStrategy::CollectApps() {
+    auto before = netLimitedAppInfo_;
+    const ErrCode status = InitNetLimitedAppInfo();
+    if (status != ERR_OK) {
+        netLimitedAppInfo_.swap(before);
+    }
+    return status;
+}
+
+std::set<uint32_t> BaseNetworkStrategy::AskWhoIsAllowed() {
+    std::set<uint32_t> allowed;
+    g_firewall.asked = &allowed;
+    SetNetAllowApps(true);
+    g_firewall.asked = nullptr;
+    return allowed;
+}
+
+bool BaseNetworkStrategy::IsAskedOnly(const std::vector<uint32_t>& uids) {
+    if (g_firewall.asked == nullptr) {
+        return false;
+    }
+    g_firewall.asked->insert(uids.begin(), uids.end());
+    return true;
 }
 
 void BaseNetworkStrategy::SetNetAllowApps(bool isAllow) {
@@ -154,26 +337,36 @@ void BaseNetworkStrategy::SetNetAllowApps(bool isAllow) {
             uids.push_back(uid);
         }
     }
-    SetFirewallAllowedList(uids, isAllow);
+    if (!IsAskedOnly(uids)) {
+        SetFirewallAllowedList(uids, isAllow);
+    }
 }
 
 void BaseNetworkStrategy::ResetFirewallAllowList() {
-    std::set<uint32_t> uids;
-    for (const auto& [uid, app] : netLimitedAppInfo_) {
-        uids.insert(uid);
-    }
-    std::vector<RunningProcessInfo> processes;
-    if (AppMgrHelper::GetInstance()->GetAllRunningProcesses(processes)) {
-        for (const RunningProcessInfo& process : processes) {
-            uids.insert(static_cast<uint32_t>(process.uid_));
+    g_firewall.isWanted = false;
+    g_firewall.inCharge = nullptr;
+    std::replace(g_firewall.live.begin(), g_firewall.live.end(), this, static_cast<BaseNetworkStrategy*>(nullptr));
+    bool isReset = !g_firewall.isPolicyOn || SwitchPolicy(false) == ERR_OK;
+    if (isReset) {
+        if (!LookAtTrustlist() && Applications().Update() == ERR_OK) {
+            for (const auto& [uid, app] : Applications().ByUid()) {
+                g_firewall.trusted.insert(static_cast<uint32_t>(uid));
+            }
+        }
+        if (const std::vector<uint32_t> uids = Difference(g_firewall.trusted, {}); !uids.empty()) {
+            const int32_t status = Client()->SetDeviceIdleTrustlist(uids, false);
+            isReset = status == ERR_OK;
+            if (isReset) {
+                g_firewall.trusted.clear();
+            } else {
+                STANDBYSERVICE_LOGW("the trust list could not be emptied, err code is %{public}d", status);
+            }
         }
     }
-    const auto client = DelayedSingleton<NetPolicyClient>::GetInstance();
-    client->SetDeviceIdlePolicy(false);
-    if (!uids.empty()) {
-        client->SetDeviceIdleTrustlist({uids.begin(), uids.end()}, false);
-    }
     netLimitedAppInfo_.clear();
+    if (!isReset) {
+        StandbyServiceImpl::GetInstance()->RefreshLater();
+    }
 }
 
 ErrCode BaseNetworkStrategy::InitNetLimitedAppInfo() {
@@ -181,129 +374,109 @@ ErrCode BaseNetworkStrategy::InitNetLimitedAppInfo() {
         return ERR_RUNNING_PROCESSES_UNAVAILABLE;
     }
     AddTaskAndForegroundFlags();
-    isUseExempting_ = true;
+    g_firewall.isStandbysTurn = true;
     return ERR_OK;
 }
 
 ErrCode BaseNetworkStrategy::GetAllRunningAppInfo() {
-    std::vector<RunningProcessInfo> processes;
-    if (!AppMgrHelper::GetInstance()->GetAllRunningProcesses(processes)) {
-        STANDBYSERVICE_LOGE("the running applications could not be fetched");
+    g_firewall.isStandbysTurn = false;
+    if (Applications().Update() != ERR_OK) {
         return ERR_RUNNING_PROCESSES_UNAVAILABLE;
     }
     netLimitedAppInfo_.clear();
-    isUseExempting_ = false;
-    for (const RunningProcessInfo& process : processes) {
-        const auto [entry, isNew] = netLimitedAppInfo_.try_emplace(static_cast<uint32_t>(process.uid_));
-        if (!isNew) {
-            continue;
-        }
-        bool isSystemApp = false;
-        const bool isKnown = BundleManagerHelper::GetInstance()->CheckIsSystemAppByUid(process.uid_, isSystemApp);
-        entry->second.name = AppMgrHelper::NameOf(process);
-        entry->second.exemptionFlags = isKnown && isSystemApp ? ExemptionFlag::UNRESTRICTED : uint8_t{0};
+    for (const auto& [uid, app] : Applications().ByUid()) {
+        const bool isSystem = app.isSystem.value_or(false);
+        netLimitedAppInfo_[static_cast<uint32_t>(uid)] = {app.name,
+                                                          isSystem ? ExemptionFlag::UNRESTRICTED : uint8_t{0}};
     }
     return ERR_OK;
 }
 
 ErrCode BaseNetworkStrategy::GetExemptionConfig() {
-    const auto service = StandbyServiceImpl::GetInstance();
-    std::vector<AllowInfo> allowInfos;
+    std::set<std::string> allowed;
     std::set<std::string> restricted;
-    if (service->GetAllowList(AllowType::NETWORK, allowInfos, 0) != ERR_OK ||
-        service->GetEligiableRestrictSet(AllowType::NETWORK, "NETWORK", 0, restricted) != ERR_OK) {
+    if (!StandbyServiceImpl::GetInstance()->FetchExemptions(AllowType::NETWORK, "NETWORK", allowed, restricted)) {
         return ERR_RUNNING_PROCESSES_UNAVAILABLE;
     }
-    std::set<std::string> allowed;
-    for (const AllowInfo& info : allowInfos) {
-        allowed.insert(info.GetName());
-    }
-    for (auto& [uid, app] : netLimitedAppInfo_) {
-        if (allowed.count(app.name) != 0) {
-            app.exemptionFlags |= ExemptionFlag::EXEMPTION;
+    for (const auto& [uid, app] : Applications().ByUid()) {
+        const auto entry = netLimitedAppInfo_.find(static_cast<uint32_t>(uid));
+        if (entry == netLimitedAppInfo_.end()) {
+            continue;
         }
-        if (restricted.count(app.name) != 0) {
-            app.exemptionFlags |= ExemptionFlag::RESTRICTED;
+        for (const RunningApplication::Process& process : app.processes) {
+            if (allowed.count(process.name) != 0) {
+                entry->second.exemptionFlags |= ExemptionFlag::EXEMPTION;
+            }
+            if (restricted.count(process.name) != 0) {
+                entry->second.exemptionFlags |= ExemptionFlag::RESTRICTED;
+            }
         }
     }
     return ERR_OK;
 }
 
 void BaseNetworkStrategy::AddTaskAndForegroundFlags() {
-    std::vector<std::shared_ptr<ContinuousTaskCallbackInfo>> tasks;
-    if (BackgroundTaskMgrHelper::GetContinuousTaskApps(tasks) != ERR_OK) {
-        STANDBYSERVICE_LOGW("the continuous tasks could not be fetched");
+    if (!Applications().UpdateUse()) {
+        StandbyServiceImpl::GetInstance()->RefreshLater();
     }
-    for (const auto& task : tasks) {
-        const auto app = netLimitedAppInfo_.find(static_cast<uint32_t>(task->GetCreatorUid()));
-        if (app != netLimitedAppInfo_.end() && IsExempting(task->GetTypeId(), exemptedTaskType_)) {
-            app->second.exemptionFlags |= ExemptionFlag::CONTINUOUS_TASK;
-        }
-    }
-    std::vector<AppExecFwk::AppStateData> foreground;
-    if (!AppMgrHelper::GetInstance()->GetForegroundApplications(foreground)) {
-        STANDBYSERVICE_LOGW("the foreground applications could not be fetched");
-    }
-    for (const auto& state : foreground) {
-        const auto app = netLimitedAppInfo_.find(static_cast<uint32_t>(state.uid));
-        if (app != netLimitedAppInfo_.end()) {
-            app->second.exemptionFlags |= ExemptionFlag::FOREGROUND;
-        }
+    for (const auto& [uid, app] : Applications().ByUid()) {
+        uint8_t& flags = netLimitedAppInfo_[static_cast<uint32_t>(uid)].exemptionFlags;
+        const bool isExempted = std::any_of(app.taskTypes.begin(), app.taskTypes.end(),
+                                            [this](uint32_t type) { return IsExempting(type, exemptedTaskType_); });
+        flags |= isExempted ? ExemptionFlag::CONTINUOUS_TASK : uint8_t{0};
+        flags |= app.isForeground ? ExemptionFlag::FOREGROUND : uint8_t{0};
     }
 }
 
-void BaseNetworkStrategy::UpdateExemptionList(const StandbyMessage& message) {
-    const AAFwk::Want& want = message.Params();
-    if (want.GetIntParam("allowType", 0) != AllowType::NETWORK) {
+void BaseNetworkStrategy::ShellDump(const std::vector<std::string>& args, std::string& result) {
+    if (!IsDetailDump(args) || !IsAutomatic()) {
         return;
     }
-    const std::string name = want.GetStringParam("name");
-    ChangeFlags([&name](uint32_t /*uid*/, const NetLimitedAppInfo& app) { return app.name == name; },
-                ExemptionFlag::EXEMPTION, want.GetBoolParam("added", false));
-}
-
-void BaseNetworkStrategy::UpdateBgTaskAppStatus(const StandbyMessage& message) {
-    const AAFwk::Want& want = message.Params();
-    const auto changed = static_cast<uint32_t>(want.GetIntParam("uid", -1));
-    if (isUseExempting_ && IsExempting(static_cast<uint32_t>(want.GetIntParam("typeId", -1)), exemptedTaskType_)) {
-        ChangeFlags([changed](uint32_t uid, const NetLimitedAppInfo& /*app*/) { return uid == changed; },
-                    ExemptionFlag::CONTINUOUS_TASK, want.GetBoolParam("started", false));
+    const BaseNetworkStrategy* teller = g_firewall.inCharge;
+    if (teller == nullptr) {
+        const auto live =
+            std::find_if(g_firewall.live.begin(), g_firewall.live.end(), [](const auto* one) { return one; });
+        teller = live == g_firewall.live.end() ? this : *live;
     }
-}
-
-void BaseNetworkStrategy::HandleProcessStatusChanged(const StandbyMessage& message) {
-    if (!isUseExempting_) {
+    if (teller != this) {
+        result += "told by the one in charge\n";  // the firewall is one
         return;
     }
-    const AAFwk::Want& want = message.Params();
-    const auto changed = static_cast<uint32_t>(want.GetIntParam("uid", -1));
-    const bool isForeground = want.GetBoolParam("isForeground", false);
-    if (isFirewallEnabled_ && isForeground) {
-        netLimitedAppInfo_.try_emplace(changed, NetLimitedAppInfo{want.GetStringParam("name"), 0});
+    result += "firewall: " + std::string(g_firewall.isPolicyOn ? "on" : "off");
+    result += g_firewall.switchedMs == 0 ? "" : " since " + LocalTimeText(g_firewall.switchedMs);
+    if (g_firewall.isWanted != g_firewall.isPolicyOn) {
+        result += g_firewall.isWanted ? ", to go on as soon as it can" : ", to go off as soon as it can";
     }
-    ChangeFlags([changed](uint32_t uid, const NetLimitedAppInfo& /*app*/) { return uid == changed; },
-                ExemptionFlag::FOREGROUND, isForeground);
+    result += "\n";
+    if (g_firewall.isPolicyOn || g_firewall.isWanted) {
+        result += g_firewall.isStandbysTurn ? "rule: deep standby\n" : "rule: user sleep, configured exemptions only\n";
+        DumpApplications(result);
+    } else if (!g_firewall.trusted.empty()) {
+        result += "trust list: " + std::to_string(g_firewall.trusted.size()) + " left, to be taken off\n";
+    }
 }
 
-void BaseNetworkStrategy::ChangeFlags(const std::function<bool(uint32_t, const NetLimitedAppInfo&)>& matches,
-                                      uint8_t flag, bool isSet) {
-    std::vector<uint32_t> allowed;
-    std::vector<uint32_t> refused;
-    for (auto& [uid, app] : netLimitedAppInfo_) {
-        if (!matches(uid, app)) {
-            continue;
-        }
-        const bool wasExempted = IsExempted(app.exemptionFlags);
-        app.exemptionFlags = static_cast<uint8_t>(isSet ? app.exemptionFlags | flag : app.exemptionFlags & ~flag);
-        if (IsExempted(app.exemptionFlags) != wasExempted) {
-            (wasExempted ? refused : allowed).push_back(uid);
-        }
+void BaseNetworkStrategy::DumpApplications(std::string& result) {
+    std::set<uint32_t> uids = g_firewall.trusted;
+    for (const auto& [uid, app] : netLimitedAppInfo_) {
+        uids.insert(uid);
     }
-    if (isFirewallEnabled_ && !allowed.empty()) {
-        SetFirewallAllowedList(allowed, true);
-    }
-    if (isFirewallEnabled_ && !refused.empty()) {
-        SetFirewallAllowedList(refused, false);
+    for (const bool isTrusted : {true, false}) {
+        std::string lines;
+        size_t count = 0;
+        for (const uint32_t uid : uids) {
+            if ((g_firewall.trusted.count(uid) != 0) != isTrusted) {
+                continue;
+            }
+            ++count;
+            const auto app = netLimitedAppInfo_.find(uid);
+            lines += "  uid " + std::to_string(uid) + " " +
+                     (app == netLimitedAppInfo_.end()
+                          ? std::string("(ended)")
+                          : app->second.name + ": " + DescribeExemption(app->second.exemptionFlags)) +
+                     "\n";
+        }
+        result += std::string(isTrusted ? "trust list" : "shut out") + ": " + std::to_string(count) + "\n" + lines;
     }
 }
 

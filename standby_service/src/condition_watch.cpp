@@ -4,6 +4,7 @@
 #include <ctime>
 #include <utility>
 
+#include "local_time.h"
 #include "standby_constants.h"
 #include "standby_service_impl.h"
 #include "time_service_client.h"
@@ -14,13 +15,8 @@ namespace {
 
 constexpr char kConditionTask[] = "standby_condition_task";
 constexpr int64_t kMsPerSecond = 1000;
-
-std::tm LocalTime(int64_t wallMs) {
-    const std::time_t seconds = wallMs / kMsPerSecond;
-    std::tm local{};
-    localtime_r(&seconds, &local);
-    return local;
-}
+constexpr int64_t kMsPerDay = 86'400'000;
+constexpr int32_t kMostDaysAhead = 3;  // a day may lack the hour, or be left out by its zone
 
 int64_t NowMs() {
     return MiscServices::TimeServiceClient::GetInstance()->GetWallTimeMs();
@@ -32,7 +28,7 @@ int64_t NextHourMs(int64_t nowMs, int32_t hour) {
     local.tm_hour = hour;
     local.tm_min = 0;
     local.tm_sec = 0;
-    for (;;) {
+    for (int32_t day = 0; day <= kMostDaysAhead; ++day) {
         std::tm candidate = local;
         candidate.tm_isdst = -1;
         const int64_t atMs = static_cast<int64_t>(std::mktime(&candidate)) * kMsPerSecond;
@@ -41,6 +37,7 @@ int64_t NextHourMs(int64_t nowMs, int32_t hour) {
         }
         ++local.tm_mday;
     }
+    return nowMs + kMsPerDay;  // a clock beyond the calendar
 }
 
 }  // namespace
@@ -49,7 +46,7 @@ ConditionWatch::ConditionWatch(const StandbyConfig& config, std::shared_ptr<AppE
     : policy_(config.policy),
       isAutomatic_(config.mode == HostMode::AUTOMATIC),
       scripted_(ConditionType::DAY_STANDBY),
-      handler_(std::move(handler)) {}
+      tasks_(std::move(handler)) {}
 
 uint32_t ConditionWatch::At(int64_t offsetMs) const {
     if (!isAutomatic_) {
@@ -64,30 +61,38 @@ uint32_t ConditionWatch::At(int64_t offsetMs) const {
 
 void ConditionWatch::Start() {
     if (isAutomatic_) {
+        isWatching_ = true;
         reported_ = At(0);
         WaitForChange();
     }
 }
 
 void ConditionWatch::Stop() {
-    handler_->RemoveTask(kConditionTask);
+    isWatching_ = false;
+    tasks_.Remove(kConditionTask);
+}
+
+void ConditionWatch::OnClockChanged() {
+    if (isWatching_) {
+        Look();
+    }
+}
+
+void ConditionWatch::Look() {
+    const uint32_t condition = At(0);
+    if (std::exchange(reported_, condition) != condition) {
+        AAFwk::Want want;
+        want.SetParam(RES_CTRL_CONDITION, static_cast<int32_t>(condition));
+        StandbyServiceImpl::GetInstance()->DispatchEvent(
+            StandbyMessage(StandbyMessageType::RES_CTRL_CONDITION_CHANGED, {}, std::move(want)));
+    }
+    WaitForChange();
 }
 
 void ConditionWatch::WaitForChange() {
     const int64_t nowMs = NowMs();
     const int64_t nextMs = std::min(NextHourMs(nowMs, policy_.nightStartHour), NextHourMs(nowMs, policy_.nightEndHour));
-    handler_->PostTask(
-        [this] {
-            const uint32_t condition = At(0);
-            if (std::exchange(reported_, condition) != condition) {
-                AAFwk::Want want;
-                want.SetParam(RES_CTRL_CONDITION, static_cast<int32_t>(condition));
-                StandbyServiceImpl::GetInstance()->DispatchEvent(
-                    StandbyMessage(StandbyMessageType::RES_CTRL_CONDITION_CHANGED, {}, std::move(want)));
-            }
-            WaitForChange();
-        },
-        kConditionTask, nextMs - nowMs);
+    tasks_.Post([this] { Look(); }, kConditionTask, nextMs - nowMs);
 }
 
 }  // namespace TARN::DevStandbyMgr

@@ -1,8 +1,10 @@
 #include "constraint_manager_adapter.h"
 
 #include <algorithm>
+#include <string>
 
 #include "battery_srv_client.h"
+#include "dump_words.h"
 #include "movement_client.h"
 #include "standby_constants.h"
 #include "standby_service_impl.h"
@@ -23,11 +25,13 @@ public:
         return MovementClient::GetInstance().GetMovementData(MovementType::TYPE_STILL).value !=
                MovementValue::VALUE_EXIT;
     }
+    [[nodiscard]] std::string Name() const override { return "still"; }
 };
 
 class UnpluggedMonitor : public IConstraintMonitor {
 public:
     bool IsMet() override { return PowerMgr::BatterySrvClient::GetInstance().GetPluggedType() == 0; }
+    [[nodiscard]] std::string Name() const override { return "unplugged"; }
 };
 
 void OnMovement(const MovementData& movement) {
@@ -36,7 +40,8 @@ void OnMovement(const MovementData& movement) {
         return;
     }
     service->GetHandler()->PostTask([] {
-        const auto stateManager = StandbyServiceImpl::GetInstance()->GetStateManager();
+        const auto running = StandbyServiceImpl::GetInstance();
+        const auto stateManager = running == nullptr ? nullptr : running->GetStateManager();
         if (stateManager != nullptr && stateManager->GetCurState() > StandbyState::DARK) {
             stateManager->TransitToState(StandbyState::DARK);
         }
@@ -83,8 +88,14 @@ void ConstraintManagerAdapter::RegisterConstraintCallback(const ConstraintEvalPa
     monitors_.emplace(params, monitor);
 }
 
-void ConstraintManagerAdapter::ShellDump(const std::vector<std::string>& /*args*/, std::string& result) {
-    result += "constraints: " + std::to_string(monitors_.size()) + "\n";
+void ConstraintManagerAdapter::ShellDump(const std::vector<std::string>& args, std::string& result) {
+    if (!IsDetailDump(args)) {
+        return;
+    }
+    for (const auto& [step, monitor] : monitors_) {
+        result += "from state " + std::to_string(step.curState) + " to " + std::to_string(step.nextState) + ": " +
+                  monitor->Name() + (monitor->IsMet() ? ", yes" : ", no") + "\n";
+    }
 }
 
 }  // namespace TARN::DevStandbyMgr

@@ -1,5 +1,6 @@
 #include "network_strategy.h"
 
+#include "dump_words.h"
 #include "net_policy_client.h"
 #include "standby_constants.h"
 #include "standby_service_impl.h"
@@ -7,20 +8,27 @@
 
 namespace TARN::DevStandbyMgr {
 
+namespace {
+
+bool IsAutomatic() {
+    return StandbyServiceImpl::GetInstance()->IsAutomatic();
+}
+
+}  // namespace
+
 void NetworkStrategy::HandleEvent(const StandbyMessage& message) {
     const AAFwk::Want& want = message.Params();
-    const bool isAutomatic = StandbyServiceImpl::GetInstance()->IsAutomatic();
     switch (message.eventId) {
         case StandbyMessageType::STATE_TRANSIT:
             curState_ = want.GetIntParam(CURRENT_STATE, 0);
-            if (isAutomatic && curState_ == StandbyState::MAINTENANCE) {
+            if (curState_ == StandbyState::MAINTENANCE && IsAutomatic()) {
                 DisableNetworkFirewall(message);
             }
             break;
         case StandbyMessageType::PHASE_TRANSIT:
             curState_ = want.GetIntParam(CURRENT_STATE, 0);
             curPhase_ = want.GetIntParam(CURRENT_PHASE, 0);
-            if (isAutomatic) {
+            if (IsAutomatic()) {
                 EnableNetworkFirewall(message);
             }
             break;
@@ -33,10 +41,15 @@ void NetworkStrategy::HandleEvent(const StandbyMessage& message) {
     BaseNetworkStrategy::HandleEvent(message);
 }
 
-void NetworkStrategy::ShellDump(const std::vector<std::string>& /*args*/, std::string& /*result*/) {}
+void NetworkStrategy::ShellDump(const std::vector<std::string>& args, std::string& result) {
+    if (IsDetailDump(args) && IsAutomatic()) {
+        result += "\n=================NetworkFirewall=========================\n";
+        BaseNetworkStrategy::ShellDump(args, result);
+    }
+}
 
 void NetworkStrategy::SetFirewallAllowedList(const std::vector<uint32_t>& uids, bool isAdded) {
-    if (uids.empty()) {
+    if (IsAskedOnly(uids) || uids.empty()) {
         return;
     }
     const int32_t status =

@@ -2,62 +2,61 @@
 
 #include <algorithm>
 #include <list>
-#include <memory>
-#include <set>
 
 #include "ability_manager_helper.h"
-#include "app_mgr_helper.h"
-#include "background_task_mgr_helper.h"
-#include "bundle_manager_helper.h"
+#include "dump_words.h"
+#include "exemption_flag.h"
+#include "local_time.h"
 #include "power_mgr_client.h"
+#include "running_applications.h"
 #include "standby_constants.h"
 #include "standby_service_impl.h"
 #include "standby_service_log.h"
+#include "time_service_client.h"
 
 namespace TARN::DevStandbyMgr {
 
 namespace {
 
-using AppExecFwk::RunningProcessInfo;
+constexpr char kConfigName[] = "RUNNING_LOCK";
 
-std::list<SystemProcessInfo> RunningNatives() {
-    std::list<SystemProcessInfo> natives;
-    if (!AbilityManagerHelper::GetInstance()->GetRunningSystemProcess(natives)) {
-        STANDBYSERVICE_LOGW("the native processes could not be fetched");
-    }
-    return natives;
+RunningApplications& Applications() {
+    return StandbyServiceImpl::GetInstance()->Applications();
+}
+
+bool IsAutomatic() {
+    return StandbyServiceImpl::GetInstance()->IsAutomatic();
+}
+
+void RefreshLater() {
+    StandbyServiceImpl::GetInstance()->RefreshLater();
 }
 
 }  // namespace
 
-std::string RunningLockStrategy::KeyOf(int32_t uid, const std::string& name) {
-    return std::to_string(uid) + "_" + name;
-}
-
 void RunningLockStrategy::HandleEvent(const StandbyMessage& message) {
-    if (!StandbyServiceImpl::GetInstance()->IsAutomatic()) {
-        return;
-    }
     const AAFwk::Want& want = message.Params();
+    const int32_t state = want.GetIntParam(CURRENT_STATE, 0);
     switch (message.eventId) {
         case StandbyMessageType::STATE_TRANSIT:
-            if (want.GetIntParam(CURRENT_STATE, 0) != StandbyState::SLEEP) {
-                StopProxy();
+            if (state != StandbyState::SLEEP && IsAutomatic()) {
+                isWanted_ = false;
+                Settle();
             }
             break;
         case StandbyMessageType::PHASE_TRANSIT:
-            if (want.GetIntParam(CURRENT_PHASE, 0) >= StandbyPhase::SYS_RES_DEEP) {
-                StartProxy();
+            if (state == StandbyState::SLEEP && want.GetIntParam(CURRENT_PHASE, 0) >= StandbyPhase::SYS_RES_DEEP &&
+                IsAutomatic()) {
+                isWanted_ = true;
+                Settle();
             }
             break;
         case StandbyMessageType::ALLOW_LIST_CHANGED:
-            UpdateExemptionList(message);
-            break;
         case StandbyMessageType::BG_TASK_STATUS_CHANGED:
-            ChangeFlagOfUid(message, ExemptionFlag::CONTINUOUS_TASK, want.GetBoolParam("started", false));
-            break;
-        case StandbyMessageType::PROCESS_STATE_CHANGED:
-            ChangeFlagOfUid(message, ExemptionFlag::FOREGROUND, want.GetBoolParam("isForeground", false));
+        case StandbyMessageType::HOST_REFRESH:
+            if (IsAutomatic()) {
+                Settle();
+            }
             break;
         default:
             break;
@@ -66,96 +65,162 @@ void RunningLockStrategy::HandleEvent(const StandbyMessage& message) {
 
 ErrCode RunningLockStrategy::OnCreated() {
     isProxied_ = false;
+    isWanted_ = false;
+    if (!held_.empty()) {
+        RefreshLater();  // restoring was refused when this strategy was last destroyed
+    }
     return ERR_OK;
 }
 
 ErrCode RunningLockStrategy::OnDestroy() {
-    StopProxy();
+    isWanted_ = false;
+    Settle();
     return ERR_OK;
 }
 
-void RunningLockStrategy::ShellDump(const std::vector<std::string>& /*args*/, std::string& /*result*/) {}
+/// Brings the power manager to what is wanted now.
+void RunningLockStrategy::Settle() {
+    if (isWanted_ && !isProxied_) {
+        StartProxy();
+    } else if (isWanted_) {
+        FollowChanges();
+    } else if (isProxied_) {
+        StopProxy();
+    } else {
+        RestoreLeft();
+    }
+}
 
 void RunningLockStrategy::StartProxy() {
-    if (isProxied_ || InitProxiedAppInfo() != ERR_OK) {
+    Applications().MarkStale();
+    if (CollectApps() != ERR_OK) {
+        RefreshLater();
         return;
     }
-    InitNativeProcInfo();
     isProxied_ = true;
-    ExemptAllowedNatives();
+    sinceMs_ = MiscServices::TimeServiceClient::GetInstance()->GetWallTimeMs();
+    CollectNatives();
     ProxyAppAndProcess(true);
 }
 
-void RunningLockStrategy::ExemptAllowedNatives() {
-    std::vector<AllowInfo> allowInfos;
-    if (StandbyServiceImpl::GetInstance()->GetAllowList(AllowType::RUNNING_LOCK, allowInfos, 0) != ERR_OK) {
+void RunningLockStrategy::StopProxy() {
+    ProxyAppAndProcess(false);
+    isProxied_ = false;
+    ClearProxyRecord();
+    refused_.clear();
+    RestoreLeft();
+}
+
+void RunningLockStrategy::FollowChanges() {
+    const std::set<std::string> restrictedBefore = restricted_;
+    if (CollectApps() != ERR_OK) {
+        RefreshLater();
         return;
     }
-    std::set<std::string> allowed;
-    for (const AllowInfo& info : allowInfos) {
-        allowed.insert(info.GetName());
+    TellApps();
+    if (restricted_ != restrictedBefore || !areNativesKnown_) {
+        RenewNatives();
+    } else {
+        FollowAllowedNatives();
     }
-    for (const SystemProcessInfo& process : RunningNatives()) {
-        if (allowed.count(process.processName) != 0) {
-            AddExemptionFlag(process.uid, process.processName, ExemptionFlag::EXEMPTION);
+    const std::set<Pair> refused = std::exchange(refused_, {});
+    ProxyRunningLockList(true, {refused.begin(), refused.end()});
+}
+
+ErrCode RunningLockStrategy::CollectApps() {
+    if (Applications().Update() != ERR_OK || !StandbyServiceImpl::GetInstance()->FetchExemptions(
+                                                 AllowType::RUNNING_LOCK, kConfigName, allowed_, restricted_)) {
+        return ERR_RUNNING_PROCESSES_UNAVAILABLE;
+    }
+    if (!Applications().UpdateUse()) {
+        RefreshLater();
+    }
+    std::map<Pair, ProxiedAppInfo> apps;
+    for (const auto& [uid, app] : Applications().ByUid()) {
+        uint8_t shared = app.isSystem.value_or(false) ? ExemptionFlag::UNRESTRICTED : uint8_t{0};
+        shared |= app.taskTypes.empty() ? uint8_t{0} : ExemptionFlag::CONTINUOUS_TASK;
+        shared |= app.isForeground ? ExemptionFlag::FOREGROUND : uint8_t{0};
+        for (const RunningApplication::Process& process : app.processes) {
+            uint8_t flag = shared;
+            flag |= allowed_.count(process.name) != 0 ? ExemptionFlag::EXEMPTION : uint8_t{0};
+            flag |= restricted_.count(process.name) != 0 ? ExemptionFlag::RESTRICTED : uint8_t{0};
+            apps[{process.pid, uid}] = {process.name, uid, process.pid, flag};
+        }
+    }
+    apps_.swap(apps);
+    for (const auto& [pair, ended] : apps) {
+        if (apps_.count(pair) == 0) {
+            held_.erase(pair);  // its locks went with it
+        }
+    }
+    return ERR_OK;
+}
+
+/// Holds back the applications that are to be and are not, and restores those that are and are not to be.
+void RunningLockStrategy::TellApps() {
+    std::vector<Pair> toProxy;
+    std::vector<Pair> toRestore;
+    for (const auto& [pair, app] : apps_) {
+        refused_.erase(pair);  // an application is asked for anew each time
+        if (IsExempted(app.exemptionFlag) == (held_.count(pair) != 0)) {
+            (IsExempted(app.exemptionFlag) ? toRestore : toProxy).push_back(pair);
+        }
+    }
+    ProxyRunningLockList(false, toRestore);
+    ProxyRunningLockList(true, toProxy);
+}
+
+/// Knows the natives of this moment, and who of them is exempted; holds nobody back yet.
+void RunningLockStrategy::CollectNatives() {
+    isSettingUp_ = true;
+    areNativesKnown_ = InitNativeProcInfo() == ERR_OK;
+    exemptedNatives_.clear();
+    FollowAllowedNatives();
+    isSettingUp_ = false;
+    if (!areNativesKnown_) {
+        RefreshLater();
+    }
+}
+
+/// Natives that came onto the allow list are exempted, those that left it are no more.
+void RunningLockStrategy::FollowAllowedNatives() {
+    for (auto native = exemptedNatives_.begin(); native != exemptedNatives_.end();) {
+        const auto [uid, name] = *native;
+        if (allowed_.count(name) != 0) {
+            ++native;
+        } else {
+            native = exemptedNatives_.erase(native);
+            RemoveExemptionFlag(uid, name, ExemptionFlag::EXEMPTION);
+        }
+    }
+    if (allowed_.empty()) {
+        return;
+    }
+    std::list<SystemProcessInfo> natives;
+    if (!AbilityManagerHelper::GetInstance()->GetRunningSystemProcess(natives)) {
+        STANDBYSERVICE_LOGW("the native processes could not be fetched");
+        RefreshLater();
+        return;
+    }
+    for (const SystemProcessInfo& native : natives) {
+        if (allowed_.count(native.processName) != 0 &&
+            exemptedNatives_.emplace(native.uid, native.processName).second) {
+            AddExemptionFlag(native.uid, native.processName, ExemptionFlag::EXEMPTION);
         }
     }
 }
 
-void RunningLockStrategy::StopProxy() {
-    if (!isProxied_) {
-        return;
-    }
+/// The natives are collected anew: those that were held back are restored first, since nobody knows them after that.
+void RunningLockStrategy::RenewNatives() {
+    areAppsLeftAlone_ = true;
     ProxyAppAndProcess(false);
-    isProxied_ = false;
-    ClearProxyRecord();
+    CollectNatives();
+    ProxyAppAndProcess(true);
+    areAppsLeftAlone_ = false;
 }
 
-ErrCode RunningLockStrategy::InitProxiedAppInfo() {
-    const auto service = StandbyServiceImpl::GetInstance();
-    std::vector<RunningProcessInfo> processes;
-    std::vector<AllowInfo> allowInfos;
-    std::set<std::string> restricted;
-    if (!AppMgrHelper::GetInstance()->GetAllRunningProcesses(processes) ||
-        service->GetAllowList(AllowType::RUNNING_LOCK, allowInfos, 0) != ERR_OK ||
-        service->GetEligiableRestrictSet(AllowType::RUNNING_LOCK, "RUNNING_LOCK", 0, restricted) != ERR_OK) {
-        STANDBYSERVICE_LOGE("the running applications or their exemptions could not be fetched");
-        return ERR_RUNNING_PROCESSES_UNAVAILABLE;
-    }
-    std::set<std::string> allowed;
-    for (const AllowInfo& info : allowInfos) {
-        allowed.insert(info.GetName());
-    }
-    std::set<int32_t> busyUids;
-    std::vector<std::shared_ptr<BackgroundTaskMgr::ContinuousTaskCallbackInfo>> tasks;
-    if (BackgroundTaskMgr::BackgroundTaskMgrHelper::GetContinuousTaskApps(tasks) != ERR_OK) {
-        STANDBYSERVICE_LOGW("the continuous tasks could not be fetched");
-    }
-    for (const auto& task : tasks) {
-        busyUids.insert(task->GetCreatorUid());
-    }
-    std::set<int32_t> foregroundPids;
-    std::vector<AppExecFwk::AppStateData> foreground;
-    if (!AppMgrHelper::GetInstance()->GetForegroundApplications(foreground)) {
-        STANDBYSERVICE_LOGW("the foreground applications could not be fetched");
-    }
-    for (const auto& app : foreground) {
-        foregroundPids.insert(app.pid);
-    }
-    proxiedAppInfo_.clear();
-    for (const RunningProcessInfo& process : processes) {
-        const std::string& name = AppMgrHelper::NameOf(process);
-        bool isSystemApp = false;
-        const bool isKnown = BundleManagerHelper::GetInstance()->CheckIsSystemAppByUid(process.uid_, isSystemApp);
-        uint8_t flag = 0;
-        flag |= isKnown && isSystemApp ? ExemptionFlag::UNRESTRICTED : uint8_t{0};
-        flag |= allowed.count(name) != 0 ? ExemptionFlag::EXEMPTION : uint8_t{0};
-        flag |= restricted.count(name) != 0 ? ExemptionFlag::RESTRICTED : uint8_t{0};
-        flag |= busyUids.count(process.uid_) != 0 ? ExemptionFlag::CONTINUOUS_TASK : uint8_t{0};
-        flag |= foregroundPids.count(process.pid_) != 0 ? ExemptionFlag::FOREGROUND : uint8_t{0};
-        proxiedAppInfo_[KeyOf(process.uid_, process.processName_)] = {name, process.uid_, process.pid_, flag};
-    }
-    return ERR_OK;
+void RunningLockStrategy::RestoreLeft() {
+    ProxyRunningLockList(false, {held_.begin(), held_.end()});
 }
 
 ErrCode RunningLockStrategy::InitNativeProcInfo() {
@@ -163,10 +228,13 @@ ErrCode RunningLockStrategy::InitNativeProcInfo() {
 }
 
 void RunningLockStrategy::ProxyAppAndProcess(bool isProxied) {
-    std::vector<std::pair<int32_t, int32_t>> processes;
-    for (const auto& [key, info] : proxiedAppInfo_) {
-        if (info.IsProxied()) {
-            processes.emplace_back(info.pid, info.uid);
+    if (areAppsLeftAlone_) {
+        return;
+    }
+    std::vector<Pair> processes;
+    for (const auto& [pair, app] : apps_) {
+        if (isProxied ? !IsExempted(app.exemptionFlag) && held_.count(pair) == 0 : held_.count(pair) != 0) {
+            processes.push_back(pair);
         }
     }
     ProxyRunningLockList(isProxied, processes);
@@ -181,69 +249,72 @@ void RunningLockStrategy::RemoveExemptionFlag(int32_t uid, const std::string& na
 }
 
 void RunningLockStrategy::ChangeFlag(int32_t uid, const std::string& name, uint8_t flag, bool isSet) {
-    std::vector<std::pair<int32_t, int32_t>> changed;
-    for (auto& [key, info] : proxiedAppInfo_) {
-        if (info.uid != uid || info.name != name) {
-            continue;
-        }
-        const bool wasProxied = info.IsProxied();
-        info.exemptionFlag = static_cast<uint8_t>(isSet ? info.exemptionFlag | flag : info.exemptionFlag & ~flag);
-        if (info.IsProxied() != wasProxied) {
-            changed.emplace_back(info.pid, info.uid);
+    for (auto& [pair, app] : apps_) {
+        if (app.uid == uid && app.name == name) {
+            app.exemptionFlag = static_cast<uint8_t>(isSet ? app.exemptionFlag | flag : app.exemptionFlag & ~flag);
         }
     }
-    if (isProxied_ && !changed.empty()) {
-        ProxyRunningLockList(!isSet, changed);
-    }
-}
-
-void RunningLockStrategy::ChangeFlagOfUid(const StandbyMessage& message, uint8_t flag, bool isSet) {
-    const int32_t uid = message.Params().GetIntParam("uid", -1);
-    std::set<std::string> names;
-    for (const auto& [key, info] : proxiedAppInfo_) {
-        if (info.uid == uid) {
-            names.insert(info.name);
-        }
-    }
-    for (const std::string& name : names) {
-        isSet ? AddExemptionFlag(uid, name, flag) : RemoveExemptionFlag(uid, name, flag);
-    }
-}
-
-void RunningLockStrategy::UpdateExemptionList(const StandbyMessage& message) {
-    const AAFwk::Want& want = message.Params();
-    if (want.GetIntParam("allowType", 0) != AllowType::RUNNING_LOCK) {
-        return;
-    }
-    const std::string name = want.GetStringParam("name");
-    std::set<int32_t> uids;
-    for (const auto& [key, info] : proxiedAppInfo_) {
-        if (info.name == name) {
-            uids.insert(info.uid);
-        }
-    }
-    for (const SystemProcessInfo& process : RunningNatives()) {
-        if (process.processName == name) {
-            uids.insert(process.uid);
-        }
-    }
-    for (const int32_t uid : uids) {
-        want.GetBoolParam("added", false) ? AddExemptionFlag(uid, name, ExemptionFlag::EXEMPTION)
-                                          : RemoveExemptionFlag(uid, name, ExemptionFlag::EXEMPTION);
+    if (isProxied_) {
+        TellApps();
     }
 }
 
 void RunningLockStrategy::ClearProxyRecord() {
-    proxiedAppInfo_.clear();
+    apps_.clear();
+    exemptedNatives_.clear();
 }
 
 ErrCode RunningLockStrategy::ProxyRunningLockList(bool isProxied,
                                                   const std::vector<std::pair<int32_t, int32_t>>& proxiedAppList) {
+    if (proxiedAppList.empty() || (!isProxied && isSettingUp_)) {
+        return ERR_OK;
+    }
     const ErrCode status = PowerMgr::PowerMgrClient::GetInstance().ProxyRunningLocks(isProxied, proxiedAppList);
     if (status != ERR_OK) {
-        STANDBYSERVICE_LOGW("running locks were not proxied or restored, err code is %{public}d", status);
+        STANDBYSERVICE_LOGW("running locks were not %{public}s, err code is %{public}d",
+                            isProxied ? "proxied" : "restored", status);
+        RefreshLater();
+    }
+    for (const Pair& pair : proxiedAppList) {
+        refused_.erase(pair);
+        refused_.erase({pair.second, pair.first});  // derived classes name a single process the other way round
+        if (status != ERR_OK && isProxied) {
+            refused_.insert(pair);
+        } else if (status == ERR_OK && isProxied) {
+            held_.insert(pair);
+        } else if (status == ERR_OK) {
+            held_.erase(pair);
+        }
     }
     return status;
+}
+
+void RunningLockStrategy::ShellDump(const std::vector<std::string>& args, std::string& result) {
+    if (!IsDetailDump(args) || !IsAutomatic()) {
+        return;
+    }
+    result += "\n=================RunningLock=========================\n";
+    result +=
+        "running locks: " + (isProxied_ ? "proxied since " + LocalTimeText(sinceMs_) : std::string("left alone")) +
+        "\n";
+    for (const bool isHeld : {true, false}) {
+        std::string lines;
+        size_t count = 0;
+        for (const auto& [pair, app] : apps_) {
+            if ((held_.count(pair) != 0) != isHeld) {
+                continue;
+            }
+            ++count;
+            lines += "  pid " + std::to_string(app.pid) + " uid " + std::to_string(app.uid) + " " + app.name + ": " +
+                     DescribeExemption(app.exemptionFlag) + "\n";
+        }
+        if (isProxied_) {
+            result += std::string(isHeld ? "held back" : "not held back") + ": " + std::to_string(count) + "\n" + lines;
+        }
+    }
+    if (!isProxied_ && !held_.empty()) {
+        result += "still to be restored: " + std::to_string(held_.size()) + "\n";
+    }
 }
 
 }  // namespace TARN::DevStandbyMgr

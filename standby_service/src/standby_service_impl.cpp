@@ -1,11 +1,14 @@
 #include "standby_service_impl.h"
 
 #include <algorithm>
+#include <mutex>
+#include <utility>
 
 #include "base_network_strategy.h"
 #include "condition_watch.h"
 #include "device.h"
 #include "device_state_cache.h"
+#include "dump_words.h"
 #include "plugin_library.h"
 #include "standby_config_manager.h"
 #include "standby_constants.h"
@@ -17,11 +20,33 @@ int32_t STANDBT_MODE = 0;
 
 namespace {
 
-/// The process's service.
-std::shared_ptr<StandbyServiceImpl>& Instance() {
-    static std::shared_ptr<StandbyServiceImpl> instance;
-    return instance;
-}
+constexpr char kRefreshTask[] = "standby_refresh_task";
+constexpr int64_t kMsPerSecond = 1000;
+
+/// The process's service, which any thread may ask for.
+class Instance {
+public:
+    static std::shared_ptr<StandbyServiceImpl> Get() {
+        const std::lock_guard lock(Mutex());
+        return Service();
+    }
+
+    /// Returns the one of before, which so ends outside the lock.
+    static std::shared_ptr<StandbyServiceImpl> Exchange(std::shared_ptr<StandbyServiceImpl> service) {
+        const std::lock_guard lock(Mutex());
+        return std::exchange(Service(), std::move(service));
+    }
+
+private:
+    static std::mutex& Mutex() {
+        static std::mutex mutex;
+        return mutex;
+    }
+    static std::shared_ptr<StandbyServiceImpl>& Service() {
+        static std::shared_ptr<StandbyServiceImpl> service;
+        return service;
+    }
+};
 
 void Report(bool isInitialised, const char* adapter) {
     if (!isInitialised) {
@@ -32,7 +57,7 @@ void Report(bool isInitialised, const char* adapter) {
 }  // namespace
 
 std::shared_ptr<StandbyServiceImpl> StandbyServiceImpl::GetInstance() {
-    return Instance();
+    return Instance::Get();
 }
 
 std::shared_ptr<StandbyServiceImpl> StandbyServiceImpl::Create(StandbyConfig config) {
@@ -40,19 +65,21 @@ std::shared_ptr<StandbyServiceImpl> StandbyServiceImpl::Create(StandbyConfig con
     if (service->handler_ == nullptr) {
         return nullptr;
     }
-    Instance() = service;
+    Instance::Exchange(service);
     return service;
 }
 
 void StandbyServiceImpl::Destroy() {
-    Instance().reset();
+    Instance::Exchange(nullptr);
 }
 
 StandbyServiceImpl::StandbyServiceImpl(StandbyConfig config)
     : handler_(Device::Current().CreateEventHandler()),
+      tasks_(handler_),
       configManager_(std::make_shared<StandbyConfigManager>(std::move(config))),
       deviceStateCache_(std::make_shared<DeviceStateCache>()),
-      conditionWatch_(std::make_unique<ConditionWatch>(configManager_->Config(), handler_)) {
+      conditionWatch_(std::make_unique<ConditionWatch>(configManager_->Config(), handler_)),
+      applications_(IsAutomatic()) {
     STANDBT_MODE = configManager_->Config().standbyMode;
 }
 
@@ -61,6 +88,7 @@ StandbyServiceImpl::~StandbyServiceImpl() {
 }
 
 bool StandbyServiceImpl::LoadPlugin(const std::string& path, std::string& error) {
+    UnloadPlugin();
     plugin_ = PluginLibrary::Load(path, error);
     if (plugin_ == nullptr) {
         return false;
@@ -74,6 +102,11 @@ bool StandbyServiceImpl::LoadPlugin(const std::string& path, std::string& error)
 }
 
 void StandbyServiceImpl::UnloadPlugin() {
+    if (plugin_ != nullptr || strategyManager_ != nullptr) {
+        Device::Current().DropPending();
+        isRefreshQueued_ = false;
+        isRefreshWaiting_ = false;
+    }
     stateManager_.reset();
     strategyManager_.reset();
     listenerManager_.reset();
@@ -97,6 +130,7 @@ void StandbyServiceImpl::Init() {
     Report(listenerManager_->Init(), "listener manager");
     Report(strategyManager_->Init(), "strategy manager");
     Report(stateManager_->Init(), "state manager");
+    applications_.MarkStale();
     listenerManager_->StartListener();
     conditionWatch_->Start();
 }
@@ -107,13 +141,41 @@ void StandbyServiceImpl::UnInit() {
     strategyManager_->UnInit();
     stateManager_->UnInit();
     constraintManager_->UnInit();
+    tasks_.Remove(kRefreshTask);
+    isRefreshWaiting_ = false;
 }
 
 void StandbyServiceImpl::DispatchEvent(const StandbyMessage& message) {
-    handler_->PostTask([this, message] { Deliver(message); });
+    handler_->PostTask([service = weak_from_this(), message] {
+        if (const auto running = service.lock()) {
+            running->Deliver(message);
+        }
+    });
+}
+
+void StandbyServiceImpl::Refresh() {
+    applications_.MarkStale();
+    if (IsAutomatic() && !isRefreshQueued_.exchange(true)) {
+        DispatchEvent(StandbyMessage(StandbyMessageType::HOST_REFRESH));
+    }
+}
+
+void StandbyServiceImpl::RefreshLater() {
+    if (!IsAutomatic() || std::exchange(isRefreshWaiting_, true)) {
+        return;
+    }
+    tasks_.Post(
+        [this] {
+            isRefreshWaiting_ = false;
+            Refresh();
+        },
+        kRefreshTask, configManager_->Config().policy.retryAfterSeconds * kMsPerSecond);
 }
 
 void StandbyServiceImpl::Deliver(const StandbyMessage& message) {
+    if (message.eventId == StandbyMessageType::HOST_REFRESH) {
+        isRefreshQueued_ = false;
+    }
     if (strategyManager_ == nullptr) {
         return;
     }
@@ -126,9 +188,13 @@ void StandbyServiceImpl::Deliver(const StandbyMessage& message) {
 }
 
 void StandbyServiceImpl::ShellDump(const std::vector<std::string>& args, std::string& result) {
-    if (strategyManager_ != nullptr) {
-        strategyManager_->ShellDump(args, result);
+    if (strategyManager_ == nullptr) {
+        return;
     }
+    if (IsDetailDump(args) && IsAutomatic()) {
+        DumpHost(args, result);
+    }
+    strategyManager_->ShellDump(args, result);
 }
 
 bool StandbyServiceImpl::IsAutomatic() const {
@@ -157,6 +223,33 @@ int32_t StandbyServiceImpl::GetEligiableRestrictSet(int32_t allowType, const std
     const auto names = restrictSets_.find(allowType);
     restrictSet = names == restrictSets_.end() ? std::set<std::string>() : names->second;
     return ERR_OK;
+}
+
+bool StandbyServiceImpl::FetchExemptions(int32_t allowType, const std::string& strategyName,
+                                         std::set<std::string>& allowed, std::set<std::string>& restricted) const {
+    std::vector<AllowInfo> allowInfos;
+    std::set<std::string> restrictSet;
+    int32_t status = GetAllowList(allowType, allowInfos, 0);
+    if (status == ERR_OK) {
+        status = GetEligiableRestrictSet(allowType, strategyName, 0, restrictSet);
+    }
+    if (status != ERR_OK) {
+        STANDBYSERVICE_LOGE("the exemptions for %{public}s could not be fetched, err code is %{public}d",
+                            strategyName.c_str(), status);
+        return false;
+    }
+    allowed.clear();
+    for (const AllowInfo& info : allowInfos) {
+        allowed.insert(info.GetName());
+    }
+    restricted.swap(restrictSet);
+    return true;
+}
+
+void StandbyServiceImpl::SetRestrictSet(int32_t allowType, std::set<std::string> names) {
+    if (std::exchange(restrictSets_[allowType], names) != names && ReportsChanges()) {
+        Refresh();
+    }
 }
 
 void StandbyServiceImpl::SetAllowList(int32_t allowType, const std::vector<std::string>& names) {

@@ -1,11 +1,14 @@
 #include "state_manager_adapter.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 #include "battery_srv_client.h"
 #include "common_event_support.h"
+#include "dump_words.h"
 #include "iconstraint_manager_adapter.h"
+#include "local_time.h"
 #include "power_mgr_client.h"
 #include "standby_config_manager.h"
 #include "standby_service_impl.h"
@@ -18,6 +21,7 @@ namespace {
 using EventFwk::CommonEventSupport;
 
 constexpr char kStepTask[] = "standby_state_step_task";
+constexpr char kPhaseTask[] = "standby_phase_task";
 constexpr char kHalfHourTask[] = "standby_screen_off_half_hour_task";
 constexpr int64_t kMsPerSecond = 1000;
 
@@ -33,18 +37,36 @@ void Dispatch(int32_t eventId, AAFwk::Want want) {
     StandbyServiceImpl::GetInstance()->DispatchEvent(StandbyMessage(eventId, {}, std::move(want)));
 }
 
-std::shared_ptr<AppExecFwk::EventHandler> Handler() {
-    return StandbyServiceImpl::GetInstance()->GetHandler();
-}
-
 bool IsPlugged() {
     return PowerMgr::BatterySrvClient::GetInstance().GetPluggedType() != 0;
 }
 
+/// "4 SLEEP", or the number alone of a value that nobody named.
+template <size_t N>
+std::string NameOf(const std::array<const char*, N>& names, int64_t value) {
+    const bool isNamed = value >= 0 && static_cast<size_t>(value) < N;
+    return std::to_string(value) + (isNamed ? std::string(" ") + names[static_cast<size_t>(value)] : "");
+}
+
+constexpr std::array kStates = {"WORKING", "DARK", "NAP", "MAINTENANCE", "SLEEP"};
+constexpr std::array kPhases = {"LIGHT", "APP_RES_DEEP", "SYS_RES_DEEP", "DEEP"};
+
 }  // namespace
 
+// A service that is stopped and initialised again, be it without unloading, begins as one that starts.
 bool StateManagerAdapter::Init() {
-    isAutomatic_ = StandbyServiceImpl::GetInstance()->IsAutomatic();
+    const auto service = StandbyServiceImpl::GetInstance();
+    tasks_ = std::make_unique<OwnedTasks>(service->GetHandler());
+    isAutomatic_ = service->IsAutomatic();
+    curState_ = preState_ = StandbyState::WORKING;
+    curPhase_ = StandbyPhase::LIGHT;
+    isBlocked_ = false;
+    missed_.reset();
+    isScreenOn_ = true;
+    scrOffHalfHourCtrl_ = false;
+    screenOffTimeStamp_ = 0;
+    maintenanceCount_ = 0;
+    stateSinceMs_ = phaseSinceMs_ = NowMs();
     if (isAutomatic_ && !PowerMgr::PowerMgrClient::GetInstance().IsScreenOn()) {
         OnScreenOff();  // the service started again in the middle of the night
     }
@@ -57,7 +79,7 @@ bool StateManagerAdapter::UnInit() {
 }
 
 void StateManagerAdapter::HandleEvent(const StandbyMessage& message) {
-    if (!isAutomatic_ || message.eventId != StandbyMessageType::COMMON_EVENT) {
+    if (message.eventId != StandbyMessageType::COMMON_EVENT || !isAutomatic_) {
         return;
     }
     if (message.action == CommonEventSupport::COMMON_EVENT_SCREEN_ON) {
@@ -75,7 +97,7 @@ void StateManagerAdapter::HandleEvent(const StandbyMessage& message) {
 void StateManagerAdapter::OnScreenOn() {
     isScreenOn_ = true;
     screenOffTimeStamp_ = 0;
-    Handler()->RemoveTask(kHalfHourTask);
+    tasks_->Remove(kHalfHourTask);
     OnScreenOffHalfHour(false, false);
     TransitToState(StandbyState::WORKING);
 }
@@ -83,9 +105,8 @@ void StateManagerAdapter::OnScreenOn() {
 void StateManagerAdapter::OnScreenOff() {
     if (std::exchange(isScreenOn_, false)) {
         screenOffTimeStamp_ = NowMs();
-        Handler()->RemoveTask(kHalfHourTask);
-        Handler()->PostTask([this] { OnScreenOffHalfHour(true, false); }, kHalfHourTask,
-                            Policy().halfHourSeconds * kMsPerSecond);
+        tasks_->Post([this] { OnScreenOffHalfHour(true, false); }, kHalfHourTask,
+                     Policy().halfHourSeconds * kMsPerSecond);
     }
     if (curState_ == StandbyState::WORKING && !IsPlugged()) {
         TransitToState(StandbyState::DARK);
@@ -103,7 +124,11 @@ void StateManagerAdapter::OnScreenOffHalfHour(bool scrOffHalfHour, bool repeated
 }
 
 uint32_t StateManagerAdapter::TransitToState(uint32_t nextState) {
-    if (isBlocked_ || nextState == curState_) {
+    if (isBlocked_) {
+        missed_ = std::min(missed_.value_or(nextState), nextState);
+        return ERR_ALREADY_IN_STATE;
+    }
+    if (nextState == curState_) {
         return ERR_ALREADY_IN_STATE;
     }
     return TransitToStateInner(nextState);
@@ -111,13 +136,13 @@ uint32_t StateManagerAdapter::TransitToState(uint32_t nextState) {
 
 uint32_t StateManagerAdapter::TransitToStateInner(uint32_t nextState) {
     preState_ = std::exchange(curState_, nextState);
+    stateSinceMs_ = NowMs();
     AAFwk::Want want;
     want.SetParam(PREVIOUS_STATE, static_cast<int32_t>(preState_));
     want.SetParam(CURRENT_STATE, static_cast<int32_t>(curState_));
     Dispatch(StandbyMessageType::STATE_TRANSIT, std::move(want));
     if (curState_ == StandbyState::SLEEP) {
         const bool isResumed = preState_ == StandbyState::MAINTENANCE;
-        sleepStartMs_ = NowMs();
         maintenanceCount_ = isResumed ? maintenanceCount_ + 1 : 0;
         EnterPhase(isResumed ? curPhase_ : StandbyPhase::LIGHT);
     }
@@ -127,63 +152,57 @@ uint32_t StateManagerAdapter::TransitToStateInner(uint32_t nextState) {
 
 void StateManagerAdapter::EnterPhase(int32_t phase) {
     curPhase_ = phase;
-    phaseStartMs_ = NowMs();
+    phaseSinceMs_ = NowMs();
     AAFwk::Want want;
     want.SetParam(CURRENT_STATE, static_cast<int32_t>(curState_)).SetParam(CURRENT_PHASE, curPhase_);
     Dispatch(StandbyMessageType::PHASE_TRANSIT, std::move(want));
 }
 
-int64_t StateManagerAdapter::MaintenanceAfterMs() const {
-    const std::vector<int64_t>& stretches = Policy().maintenanceAfterSeconds;
-    return stretches[std::min(maintenanceCount_, stretches.size() - 1)] * kMsPerSecond;
-}
-
 void StateManagerAdapter::ScheduleStep() {
-    int64_t delayMs = 0;
+    if (tasks_ == nullptr) {
+        return;  // not initialised yet
+    }
+    RemoveSteps();
     switch (curState_) {
         case StandbyState::DARK:
-            delayMs = Policy().napAfterSeconds * kMsPerSecond;
+            tasks_->Post([this] { StartEvalCurrentState(); }, kStepTask, Policy().napAfterSeconds * kMsPerSecond);
             break;
         case StandbyState::NAP:
-            delayMs = Policy().sleepAfterSeconds * kMsPerSecond;
+            tasks_->Post([this] { StartEvalCurrentState(); }, kStepTask, Policy().sleepAfterSeconds * kMsPerSecond);
             break;
         case StandbyState::MAINTENANCE:
-            delayMs = Policy().maintenanceSeconds * kMsPerSecond;
+            tasks_->Post([this] { TransitToState(StandbyState::SLEEP); }, kStepTask,
+                         Policy().maintenanceSeconds * kMsPerSecond);
             break;
-        case StandbyState::SLEEP: {
-            const int64_t maintenanceMs = sleepStartMs_ + MaintenanceAfterMs();
-            const int64_t phaseMs = phaseStartMs_ + Policy().phaseEverySeconds * kMsPerSecond;
-            delayMs = (curPhase_ < StandbyPhase::DEEP ? std::min(maintenanceMs, phaseMs) : maintenanceMs) - NowMs();
+        case StandbyState::SLEEP:
+            ScheduleMaintenance();  // before the phase: of two that are due at one time it comes first
+            SchedulePhase();
             break;
-        }
         default:
-            Handler()->RemoveTask(kStepTask);
-            return;
-    }
-    Handler()->RemoveTask(kStepTask);
-    Handler()->PostTask([this] { Step(); }, kStepTask, delayMs);
-}
-
-void StateManagerAdapter::Step() {
-    if (isBlocked_) {
-        return;
-    }
-    if (curState_ == StandbyState::MAINTENANCE) {
-        TransitToState(StandbyState::SLEEP);
-    } else if (curState_ == StandbyState::SLEEP) {
-        StepWithinSleep();
-    } else {
-        StartEvalCurrentState();
+            break;
     }
 }
 
-void StateManagerAdapter::StepWithinSleep() {
-    if (NowMs() >= sleepStartMs_ + MaintenanceAfterMs()) {
-        TransitToState(StandbyState::MAINTENANCE);
-        return;
+void StateManagerAdapter::ScheduleMaintenance() {
+    const std::vector<int64_t>& stretches = Policy().maintenanceAfterSeconds;
+    tasks_->Post([this] { TransitToState(StandbyState::MAINTENANCE); }, kStepTask,
+                 stretches[std::min(maintenanceCount_, stretches.size() - 1)] * kMsPerSecond);
+}
+
+void StateManagerAdapter::SchedulePhase() {
+    if (curPhase_ < StandbyPhase::DEEP) {
+        tasks_->Post([this] { OnPhaseOver(); }, kPhaseTask, Policy().phaseEverySeconds * kMsPerSecond);
     }
+}
+
+void StateManagerAdapter::OnPhaseOver() {
     EnterPhase(curPhase_ + 1);
-    ScheduleStep();
+    SchedulePhase();
+}
+
+void StateManagerAdapter::RemoveSteps() {
+    tasks_->Remove(kStepTask);
+    tasks_->Remove(kPhaseTask);
 }
 
 void StateManagerAdapter::StartEvalCurrentState() {
@@ -203,23 +222,51 @@ void StateManagerAdapter::EndEvalCurrentState(bool evalResult) {
 }
 
 void StateManagerAdapter::StopEvalution() {
-    Handler()->RemoveTask(kStepTask);
-    Handler()->RemoveTask(kHalfHourTask);
+    if (tasks_ != nullptr) {
+        RemoveSteps();
+        tasks_->Remove(kHalfHourTask);
+    }
 }
 
 void StateManagerAdapter::BlockCurrentState() {
-    isBlocked_ = true;
-    Handler()->RemoveTask(kStepTask);
+    if (tasks_ != nullptr && !std::exchange(isBlocked_, true)) {
+        RemoveSteps();
+    }
 }
 
 void StateManagerAdapter::UnblockCurrentState() {
-    isBlocked_ = false;
-    ScheduleStep();
+    if (!std::exchange(isBlocked_, false)) {
+        return;
+    }
+    const bool isUsed = isScreenOn_ || IsPlugged();
+    const std::optional<uint32_t> missed = std::exchange(missed_, std::nullopt);
+    if (isUsed) {
+        Wake(StandbyState::WORKING);
+    } else if (missed || curState_ == StandbyState::WORKING) {
+        Wake(StandbyState::DARK);  // it was used or moved meanwhile, or its screen went off
+    } else {
+        ScheduleStep();
+    }
 }
 
-void StateManagerAdapter::ShellDump(const std::vector<std::string>& /*args*/, std::string& result) {
-    result += "state: " + std::to_string(curState_) + " phase: " + std::to_string(curPhase_) +
-              " previous state: " + std::to_string(preState_) + "\n";
+void StateManagerAdapter::Wake(uint32_t state) {
+    if (TransitToState(state) != ERR_OK) {
+        ScheduleStep();
+    }
+}
+
+void StateManagerAdapter::ShellDump(const std::vector<std::string>& args, std::string& result) {
+    if (!IsDetailDump(args) || !isAutomatic_) {
+        return;
+    }
+    result += "state: " + NameOf(kStates, curState_) + " since " + LocalTimeText(stateSinceMs_) +
+              ", before: " + NameOf(kStates, preState_) + (isBlocked_ ? ", blocked" : "") + "\n";
+    if (curState_ == StandbyState::SLEEP || curState_ == StandbyState::MAINTENANCE) {
+        result += "phase: " + NameOf(kPhases, curPhase_) + " since " + LocalTimeText(phaseSinceMs_) + "\n";
+    }
+    result += isScreenOn_ ? "screen: on\n"
+                          : "screen: off since " + LocalTimeText(screenOffTimeStamp_) +
+                                (scrOffHalfHourCtrl_ ? ", for half an hour reported" : "") + "\n";
 }
 
 }  // namespace TARN::DevStandbyMgr

@@ -84,6 +84,81 @@ TEST_F(PolicyTest, ABlockedStateIsKeptUntilItIsUnblocked) {
     EXPECT_EQ(service->GetStateManager()->GetScreenOffTimeStamp(), phone.Now() - kHourMs - 60'000);
 }
 
+TEST_F(PolicyTest, WhatWasMissedWhileBlockedTakesEffectAfterwards) {
+    config.policy.napAfterSeconds = 60;
+    Start();
+    const auto state = service->GetStateManager();
+    const auto broadcast = [this](std::string_view action) {
+        phone->Broadcast(AAFwk::Want().SetAction(std::string(action)));
+        phone.Run();
+    };
+    ScreenOff();
+    phone.Run(kHourMs);
+    ASSERT_EQ(state->GetCurState(), 4U);
+    heard.clear();
+    state->BlockCurrentState();
+    broadcast(EventFwk::CommonEventSupport::COMMON_EVENT_SCREEN_ON);
+    EXPECT_THAT(heard, IsEmpty());
+    state->UnblockCurrentState();
+    phone.Run();
+    EXPECT_THAT(heard, Are({"13:00:00 state 0"})) << "the screen is lit";
+
+    state->BlockCurrentState();
+    ScreenOff();
+    phone.Run(kHourMs);
+    state->UnblockCurrentState();
+    phone.Run(60'000);
+    EXPECT_THAT(heard, Are({"13:00:00 state 0", "14:00:00 state 1", "14:01:00 state 2"})) << "its screen went off";
+
+    heard.clear();
+    state->BlockCurrentState();
+    state->BlockCurrentState();
+    phone.Change([](auto& change) { change.movement = Simulated::Movement{2, 0}; });
+    phone.Run();
+    phone.Change([](auto& change) { change.movement = Simulated::Movement{1, 0}; });
+    state->UnblockCurrentState();
+    state->UnblockCurrentState();
+    phone.Run(60'000);
+    EXPECT_THAT(heard, Are({"14:01:00 state 1", "14:02:00 state 2"})) << "it was moved";
+
+    heard.clear();
+    state->BlockCurrentState();
+    broadcast(EventFwk::CommonEventSupport::COMMON_EVENT_SCREEN_ON);
+    broadcast(EventFwk::CommonEventSupport::COMMON_EVENT_SCREEN_OFF);
+    state->UnblockCurrentState();
+    phone.Run();
+    EXPECT_THAT(heard, Are({"14:02:00 state 1"})) << "it was used";
+}
+
+TEST_F(PolicyTest, AServiceThatIsInitialisedAgainBeginsAnew) {
+    Start();
+    ScreenOff();
+    phone.Run(10 * 60'000);
+    ASSERT_EQ(service->GetStateManager()->GetCurState(), 2U);
+    service->GetStateManager()->BlockCurrentState();
+    service->UnInit();
+    phone.Run(kHourMs);
+    heard.clear();
+    service->Init();
+    phone.Run(35 * 60'000);
+    EXPECT_THAT(heard, Are({"13:10:00 state 1", "13:15:00 state 2", "13:45:00 state 4", "13:45:00 phase 0"}));
+}
+
+TEST_F(PolicyTest, AnotherTimeZoneIsAnotherNight) {
+    Start();
+    Replay::TimeZone("Pacific/Auckland").Use();
+    phone.Run();
+    EXPECT_THAT(heard, IsEmpty());
+    phone->Broadcast(AAFwk::Want().SetAction("COMMON_EVENT_TIMEZONE_CHANGED"));
+    phone.Run(8 * kHourMs);
+    EXPECT_THAT(heard, Are({"01:00:00 condition 2", "07:00:00 condition 1"}));
+    service->UnInit();
+    phone->Broadcast(AAFwk::Want().SetAction("COMMON_EVENT_TIMEZONE_CHANGED"));
+    Replay::TimeZone("UTC").Use();
+    phone.Run(24 * kHourMs);
+    EXPECT_EQ(heard.size(), 2U) << "a stopped service watches nothing";
+}
+
 TEST_F(PolicyTest, TheConditionOfALaterTimeIsKnownAhead) {
     Start();
     EXPECT_EQ(TimeProvider::GetCondition(), 1U);

@@ -204,6 +204,7 @@ public:
     int32_t SetTimerExemption(const std::unordered_set<std::string>& /*names*/, bool /*isExemption*/) override {
         return 0;
     }
+    int32_t GetTimerBatching(MiscServices::TimerBatching& /*batching*/) override { return 1; }
 
     Callback callback;
 };

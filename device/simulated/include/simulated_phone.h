@@ -43,8 +43,7 @@ public:
     /// Writes one of the service's files behind its back, or removes it.
     void WriteFile(const std::string& name, const std::optional<std::string>& text);
 
-    /// Drops all waiting work, timers, subscriptions and observers, as when the service's process ends.
-    void DropPending();
+    void DropPending() override;
 
     [[nodiscard]] const std::string& FileRoot() const noexcept override;
     [[nodiscard]] int32_t Fault(std::string_view operation) const noexcept override;

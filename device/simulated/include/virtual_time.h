@@ -28,14 +28,18 @@ public:
 
     [[nodiscard]] int64_t NowMs() const noexcept { return nowMs_.load(std::memory_order_relaxed); }
 
-    /// Queues work behind what already waits for `dueMs`. A due time in the past means now.
-    Ticket Post(int64_t dueMs, Work work, std::string name = {});
+    /// Queues work behind what already waits for `dueMs`. A due time in the past means now. `owner`, if any, is whose
+    /// work it is.
+    Ticket Post(int64_t dueMs, Work work, std::string name = {}, const void* owner = nullptr);
 
     /// Drops one piece of waiting work; false when it is not waiting (any more).
     bool Cancel(const Ticket& ticket);
 
-    /// Drops all waiting work of that name.
-    void CancelNamed(const std::string& name);
+    /// Drops an owner's waiting work of that name.
+    void CancelNamed(const std::string& name, const void* owner = nullptr);
+
+    /// Drops all waiting work of an owner.
+    void CancelOwned(const void* owner);
 
     /// Drops all waiting work.
     void Clear();
@@ -53,6 +57,7 @@ private:
     struct Entry {
         Work work;
         std::string name;
+        const void* owner;
     };
 
     bool RunNext(int64_t lastDueMs);

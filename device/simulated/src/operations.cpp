@@ -7,7 +7,7 @@ namespace TARN::Simulated {
 
 namespace {
 
-constexpr std::array<std::string_view, 67> kOperations = {
+constexpr std::array<std::string_view, 70> kOperations = {
     "AbilityManagerHelper.GetRunningSystemProcess",
     "AppMgrHelper.GetAllRunningProcesses",
     "AppMgrHelper.GetForegroundApplications",
@@ -32,6 +32,7 @@ constexpr std::array<std::string_view, 67> kOperations = {
     "JsonUtils.DumpJsonValueToFile",
     "JsonUtils.LoadJsonValueFromFile",
     "MovementClient.GetMovementData",
+    "NetPolicyClient.GetDeviceIdleTrustlist",
     "NetPolicyClient.SetDeviceIdlePolicy",
     "NetPolicyClient.SetDeviceIdleTrustlist",
     "OsAccountManager.QueryActiveOsAccountIds",
@@ -58,6 +59,7 @@ constexpr std::array<std::string_view, 67> kOperations = {
     "StandbyConfigManager.GetStrategyConfigList",
     "StandbyServiceImpl.GetAllowList",
     "StandbyServiceImpl.GetEligiableRestrictSet",
+    "SuspendManagerClient.GetFrozenProcesses",
     "SuspendManagerClient.OperateNativeProcesses",
     "SystemAbilityManager.GetSystemAbility",
     "SystemAbilityManagerClient.GetSystemAbilityManager",
@@ -65,6 +67,7 @@ constexpr std::array<std::string_view, 67> kOperations = {
     "TimeServiceClient.AdjustTimer",
     "TimeServiceClient.DestroyTimer",
     "TimeServiceClient.GetBootTimeNs",
+    "TimeServiceClient.GetTimerBatching",
     "TimeServiceClient.GetWallTimeMs",
     "TimeServiceClient.SetTimerExemption",
     "TimeServiceClient.StartTimer",

@@ -15,6 +15,7 @@ namespace TARN::Simulated {
 namespace {
 
 constexpr int kCannotOpen = -1;
+constexpr int kCannotWrite = -2;
 
 class XmlPreferences : public NativePreferences::Preferences {
 public:
@@ -45,10 +46,12 @@ public:
         if (!node) {
             node = document_.child("preferences").append_child("bool");
             node.append_attribute("key").set_value(key.c_str());
-            node.append_attribute("value");
         }
-        node.attribute("value").set_value(value ? "true" : "false");
-        return 0;
+        pugi::xml_attribute attribute = node.attribute("value");
+        if (!attribute) {  // also where somebody wrote the key alone
+            attribute = node.append_attribute("value");
+        }
+        return attribute.set_value(value ? "true" : "false") ? 0 : kCannotWrite;
     }
 
     int FlushSync() override {
@@ -57,7 +60,7 @@ public:
         }
         std::ostringstream text;
         document_.save(text, "  ");
-        return FileUtil::ReplaceFile(path_, text.str()) ? 0 : kCannotOpen;
+        return FileUtil::ReplaceFile(path_, text.str()) ? 0 : kCannotWrite;
     }
 
 private:

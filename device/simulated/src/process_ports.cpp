@@ -8,10 +8,15 @@ namespace TARN::Simulated {
 
 namespace {
 
+using AppExecFwk::AppState;
 using AppExecFwk::AppStateData;
 using AppExecFwk::RunningProcessInfo;
 using AppExecFwk::SystemProcessInfo;
 using BackgroundTaskMgr::ContinuousTaskCallbackInfo;
+
+AppStateData StateOf(const Process& process, AppState state) {
+    return {process.bundles.empty() ? process.name : process.bundles.front(), process.pid, process.uid, state};
+}
 
 }  // namespace
 
@@ -51,7 +56,7 @@ bool Processes::GetForegroundApplications(std::vector<AppStateData>& apps) {
     for (size_t i = 0; i < core_.facts.processes.size(); ++i) {
         const Process& process = core_.facts.processes[i];
         if (!process.native && process.foreground && !isDead_[i]) {
-            apps.push_back({process.name, process.pid, process.uid, true});
+            apps.push_back(StateOf(process, AppState::FOREGROUND));
         }
     }
     return true;
@@ -81,6 +86,7 @@ int32_t Processes::KillProcess(const std::unordered_map<std::string, std::string
         const auto [first, last] = placeByPid_.equal_range(pid);
         for (auto it = first; it != last; ++it) {
             isDead_[it->second] = true;
+            Report(core_.facts.processes[it->second], AppState::ENDED);
         }
         placeByPid_.erase(first, last);
     }
@@ -88,27 +94,33 @@ int32_t Processes::KillProcess(const std::unordered_map<std::string, std::string
 }
 
 void Processes::Replace(std::vector<Process> processes) {
-    const auto foreground = [](const std::vector<Process>& list) {
-        std::map<std::tuple<int32_t, int32_t, std::string>, const Process*> apps;
-        for (const Process& process : list) {
-            if (!process.native && process.foreground) {
-                apps.emplace(std::tuple(process.pid, process.uid, process.name), &process);
+    using Key = std::tuple<int32_t, int32_t, std::string>;
+    const auto running = [this] {
+        std::map<Key, const Process*> apps;
+        for (size_t i = 0; i < core_.facts.processes.size(); ++i) {
+            const Process& process = core_.facts.processes[i];
+            if (!process.native && !isDead_[i]) {
+                apps.emplace(Key(process.pid, process.uid, process.name), &process);
             }
         }
         return apps;
     };
+    const std::map<Key, const Process*> had = running();
     const std::vector<Process> before = std::exchange(core_.facts.processes, std::move(processes));
     Index();
-    const auto had = foreground(before);
-    const auto has = foreground(core_.facts.processes);
+    const std::map<Key, const Process*> has = running();
     for (const auto& [key, process] : had) {
         if (has.count(key) == 0) {
-            Report(*process, false);
+            Report(*process, AppState::ENDED);
         }
     }
     for (const auto& [key, process] : has) {
-        if (had.count(key) == 0) {
-            Report(*process, true);
+        const auto earlier = had.find(key);
+        if (earlier == had.end()) {
+            Report(*process, AppState::STARTED);
+        }
+        if (process->foreground != (earlier != had.end() && earlier->second->foreground)) {
+            Report(*process, process->foreground ? AppState::FOREGROUND : AppState::BACKGROUND);
         }
     }
 }
@@ -124,16 +136,15 @@ void Processes::Index() {
     }
 }
 
-void Processes::Report(const Process& process, bool isForeground) {
-    if (!observer_) {
+void Processes::Report(const Process& process, AppState state) {
+    if (!observer_ || process.native) {
         return;
     }
-    core_.time.Post(core_.time.NowMs(),
-                    [this, app = AppStateData{process.name, process.pid, process.uid, isForeground}] {
-                        if (observer_) {
-                            observer_(app);
-                        }
-                    });
+    core_.time.Post(core_.time.NowMs(), [this, app = StateOf(process, state)] {
+        if (observer_) {
+            observer_(app);
+        }
+    });
 }
 
 int32_t BackgroundTasks::ContinuousTasks(std::vector<std::shared_ptr<ContinuousTaskCallbackInfo>>& list) {

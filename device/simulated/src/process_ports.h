@@ -27,19 +27,19 @@ public:
     bool GetRunningSystemProcess(std::list<AppExecFwk::SystemProcessInfo>& infos) override;
     bool GetAllRunningProcesses(std::vector<AppExecFwk::RunningProcessInfo>& infos) override;
     bool GetForegroundApplications(std::vector<AppExecFwk::AppStateData>& apps) override;
-    void ObserveForeground(ForegroundObserver observer) override { observer_ = std::move(observer); }
+    void ObserveStates(StateObserver observer) override { observer_ = std::move(observer); }
     bool CheckIsSystemAppByUid(int32_t uid, bool& isSystemApp) override;
     int32_t KillProcess(const std::unordered_map<std::string, std::string>& processInfo) override;
 
-    /// Replaces the processes and tells the observer which applications changed place.
+    /// Replaces the processes and tells the observer which of the applications' ended, started or changed place.
     void Replace(std::vector<Process> processes);
 
 private:
     void Index();
-    void Report(const Process& process, bool isForeground);
+    void Report(const Process& process, AppExecFwk::AppState state);
 
     PhoneCore& core_;
-    ForegroundObserver observer_;
+    StateObserver observer_;
     std::unordered_map<int32_t, std::deque<size_t>> placesByUid_;  ///< of each uid's processes; the first counts
     std::unordered_multimap<std::string, size_t> placeByPid_;      ///< by the pid as text
     std::vector<bool> isDead_;                                     ///< by place in the facts

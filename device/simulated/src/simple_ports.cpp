@@ -70,12 +70,12 @@ int32_t BluetoothAdapter::EnableBle() {
     return code;
 }
 
-bool Brokers::Register(const std::string& descriptor, Creator creator) {
-    return creators_.emplace(descriptor, std::move(creator)).second;
+bool Brokers::Register(const std::string& descriptor, Creator /*creator*/) {
+    return taken_.insert(descriptor).second;
 }
 
 void Brokers::Unregister(const std::string& descriptor) {
-    creators_.erase(descriptor);
+    taken_.erase(descriptor);
 }
 
 int32_t Modem::GetMaxSimCount() {
@@ -114,7 +114,23 @@ void MovementDetector::Report() {
 int32_t NetPolicy::SetDeviceIdleTrustlist(const std::vector<uint32_t>& uids, bool isAdded) {
     std::vector<uint32_t> sorted = uids;
     std::sort(sorted.begin(), sorted.end());
-    return core_.Call("NetPolicyClient.SetDeviceIdleTrustlist", {{"uids", sorted}, {"added", isAdded}});
+    const int32_t code = core_.Call("NetPolicyClient.SetDeviceIdleTrustlist", {{"uids", sorted}, {"added", isAdded}});
+    if (code == 0 && isAdded) {
+        trusted_.insert(sorted.begin(), sorted.end());
+    } else if (code == 0) {
+        for (const uint32_t uid : sorted) {
+            trusted_.erase(uid);
+        }
+    }
+    return code;
+}
+
+int32_t NetPolicy::GetDeviceIdleTrustlist(std::vector<uint32_t>& uids) {
+    const int32_t code = core_.Fault("NetPolicyClient.GetDeviceIdleTrustlist");
+    if (code == 0) {
+        uids.assign(trusted_.begin(), trusted_.end());
+    }
+    return code;
 }
 
 int32_t NetPolicy::SetDeviceIdlePolicy(bool enable) {
@@ -157,9 +173,35 @@ std::vector<int32_t> Freezer::OperateNativeProcesses(const std::vector<SuspendMa
         entries.push_back(
             {{"pid", process.GetPid()}, {"name", process.GetProcessName()}, {"freeze", process.IsFreeze()}});
     }
-    std::vector<int32_t> results(processes.size(), core_.Fault(kOperation));
+    const int32_t code = core_.Fault(kOperation);
+    for (const auto& process : processes) {
+        if (code == 0 && process.IsFreeze()) {
+            frozen_.insert_or_assign(process.GetPid(), process);
+        } else if (code == 0) {
+            frozen_.erase(process.GetPid());
+        }
+    }
+    std::vector<int32_t> results(processes.size(), code);
     core_.observer.OnCall(kOperation, {{"processes", std::move(entries)}}, results);
     return results;
+}
+
+int32_t Freezer::GetFrozenProcesses(std::vector<SuspendManager::NativeProcessInfo>& processes) {
+    if (const int32_t code = core_.Fault("SuspendManagerClient.GetFrozenProcesses"); code != 0) {
+        return code;
+    }
+    processes.clear();
+    for (const auto& [pid, process] : frozen_) {
+        // one that ended, or whose pid is another's now, is frozen no more
+        const bool isRunning = std::any_of(core_.facts.processes.begin(), core_.facts.processes.end(),
+                                           [frozenPid = pid, &name = process.GetProcessName()](const Process& one) {
+                                               return one.native && one.pid == frozenPid && one.name == name;
+                                           });
+        if (isRunning) {
+            processes.push_back(process);
+        }
+    }
+    return 0;
 }
 
 std::shared_ptr<ISystemAbilityManager> SystemAbilities::GetSystemAbilityManager() {

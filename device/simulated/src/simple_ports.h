@@ -4,6 +4,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -65,7 +66,7 @@ public:
     void Unregister(const std::string& descriptor) override;
 
 private:
-    std::map<std::string, Creator> creators_;
+    std::set<std::string> taken_;  ///< descriptors; nobody on this phone makes proxies, so the creators are not kept
 };
 
 class Logger : public LogService {
@@ -106,6 +107,7 @@ class NetPolicy : public NetManagerStandard::NetPolicyClient {
 public:
     explicit NetPolicy(PhoneCore& core) : core_(core) {}
     int32_t SetDeviceIdleTrustlist(const std::vector<uint32_t>& uids, bool isAdded) override;
+    int32_t GetDeviceIdleTrustlist(std::vector<uint32_t>& uids) override;
     int32_t SetDeviceIdlePolicy(bool enable) override;
     void ObserveDeviceIdlePolicy(IdlePolicyObserver observer) override { observer_ = std::move(observer); }
 
@@ -113,6 +115,7 @@ private:
     PhoneCore& core_;
     IdlePolicyObserver observer_;
     bool isIdle_ = false;
+    std::set<uint32_t> trusted_;
 };
 
 class SystemParameters : public system::Parameters {
@@ -140,9 +143,11 @@ public:
     explicit Freezer(PhoneCore& core) : core_(core) {}
     std::vector<int32_t> OperateNativeProcesses(
         const std::vector<SuspendManager::NativeProcessInfo>& processes) override;
+    int32_t GetFrozenProcesses(std::vector<SuspendManager::NativeProcessInfo>& processes) override;
 
 private:
     PhoneCore& core_;
+    std::map<int32_t, SuspendManager::NativeProcessInfo> frozen_;  ///< by pid
 };
 
 class SystemAbilities : public SystemAbilityManagerClient {

@@ -146,7 +146,7 @@ void SimulatedPhone::DropPending() {
     ports_->preferences.DropAll();
     ports_->movement.Observe(nullptr);
     ports_->netPolicy.ObserveDeviceIdlePolicy(nullptr);
-    ports_->processes.ObserveForeground(nullptr);
+    ports_->processes.ObserveStates(nullptr);
     ports_->backgroundTasks.DropObserver();
 }
 

@@ -7,7 +7,7 @@
 namespace TARN::Simulated {
 
 bool QueueHandler::PostTask(Callback task, const std::string& name, int64_t delayMs, Priority /*priority*/) {
-    core_.time.Post(core_.time.NowMs() + std::max<int64_t>(delayMs, 0), std::move(task), name);
+    core_.time.Post(core_.time.NowMs() + std::max<int64_t>(delayMs, 0), std::move(task), name, this);
     return true;
 }
 
@@ -97,13 +97,36 @@ void TimeService::Fire(uint64_t timerId) {
 }
 
 int32_t TimeService::AdjustTimer(bool isAdjust, uint32_t intervalSeconds) {
-    return core_.Call("TimeServiceClient.AdjustTimer", {{"adjust", isAdjust}, {"interval", intervalSeconds}});
+    const int32_t code =
+        core_.Call("TimeServiceClient.AdjustTimer", {{"adjust", isAdjust}, {"interval", intervalSeconds}});
+    if (code == 0) {
+        batching_.isAdjusted = isAdjust;
+        batching_.intervalSeconds = intervalSeconds;
+    }
+    return code;
 }
 
 int32_t TimeService::SetTimerExemption(const std::unordered_set<std::string>& names, bool isExemption) {
     std::vector<std::string> sorted(names.begin(), names.end());
     std::sort(sorted.begin(), sorted.end());
-    return core_.Call("TimeServiceClient.SetTimerExemption", {{"names", sorted}, {"exempt", isExemption}});
+    const int32_t code =
+        core_.Call("TimeServiceClient.SetTimerExemption", {{"names", sorted}, {"exempt", isExemption}});
+    if (code == 0 && isExemption) {
+        batching_.exemptedNames.insert(sorted.begin(), sorted.end());
+    } else if (code == 0) {
+        for (const std::string& name : sorted) {
+            batching_.exemptedNames.erase(name);
+        }
+    }
+    return code;
+}
+
+int32_t TimeService::GetTimerBatching(MiscServices::TimerBatching& batching) {
+    const int32_t code = core_.Fault("TimeServiceClient.GetTimerBatching");
+    if (code == 0) {
+        batching = batching_;
+    }
+    return code;
 }
 
 void TimeService::DropAll() {

@@ -17,7 +17,8 @@ class QueueHandler : public AppExecFwk::EventHandler {
 public:
     explicit QueueHandler(PhoneCore& core) : core_(core) {}
     bool PostTask(Callback task, const std::string& name, int64_t delayMs, Priority priority) override;
-    void RemoveTask(const std::string& name) override { core_.time.CancelNamed(name); }
+    void RemoveTask(const std::string& name) override { core_.time.CancelNamed(name, this); }
+    void RemoveAllTasks() override { core_.time.CancelOwned(this); }
 
 private:
     PhoneCore& core_;
@@ -35,6 +36,7 @@ public:
     bool DestroyTimer(uint64_t timerId) override;
     int32_t AdjustTimer(bool isAdjust, uint32_t intervalSeconds) override;
     int32_t SetTimerExemption(const std::unordered_set<std::string>& names, bool isExemption) override;
+    int32_t GetTimerBatching(MiscServices::TimerBatching& batching) override;
 
     /// Forgets every timer; ids go on.
     void DropAll();
@@ -54,6 +56,7 @@ private:
     PhoneCore& core_;
     uint64_t lastId_ = 0;
     std::map<uint64_t, Timer> timers_;
+    MiscServices::TimerBatching batching_;
 };
 
 }  // namespace TARN::Simulated

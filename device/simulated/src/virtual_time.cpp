@@ -4,10 +4,10 @@
 
 namespace TARN::Simulated {
 
-VirtualTime::Ticket VirtualTime::Post(int64_t dueMs, Work work, std::string name) {
+VirtualTime::Ticket VirtualTime::Post(int64_t dueMs, Work work, std::string name, const void* owner) {
     const std::lock_guard lock(mutex_);
     const Ticket ticket(std::max(dueMs, NowMs()), arrivals_++);
-    const auto entry = queue_.emplace(ticket, Entry{std::move(work), std::move(name)}).first;
+    const auto entry = queue_.emplace(ticket, Entry{std::move(work), std::move(name), owner}).first;
     if (!entry->second.name.empty()) {
         named_.emplace(entry->second.name, ticket);
     }
@@ -26,14 +26,31 @@ bool VirtualTime::Cancel(const Ticket& ticket) {
     return true;
 }
 
-void VirtualTime::CancelNamed(const std::string& name) {
+void VirtualTime::CancelNamed(const std::string& name, const void* owner) {
     std::map<Ticket, Entry> dropped;
     const std::lock_guard lock(mutex_);
     const auto [first, last] = named_.equal_range(name);
-    for (auto it = first; it != last; ++it) {
-        dropped.insert(queue_.extract(it->second));
+    for (auto it = first; it != last;) {
+        const auto entry = queue_.find(it->second);
+        if (entry->second.owner == owner) {
+            it = named_.erase(it);  // before its name, which lies in the entry
+            dropped.insert(queue_.extract(entry));
+        } else {
+            ++it;
+        }
     }
-    named_.erase(first, last);
+}
+
+void VirtualTime::CancelOwned(const void* owner) {
+    std::map<Ticket, Entry> dropped;
+    const std::lock_guard lock(mutex_);
+    for (auto it = queue_.begin(); it != queue_.end();) {
+        const auto entry = it++;
+        if (entry->second.owner == owner) {
+            ForgetName(entry->second.name, entry->first);
+            dropped.insert(queue_.extract(entry));
+        }
+    }
 }
 
 void VirtualTime::Clear() {

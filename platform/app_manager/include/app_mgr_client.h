@@ -13,7 +13,7 @@ namespace TARN::AppExecFwk {
 /// The application manager: which applications run, and which of them the user looks at.
 class AppMgrClient {
 public:
-    using ForegroundObserver = std::function<void(const AppStateData&)>;
+    using StateObserver = std::function<void(const AppStateData&)>;
 
     virtual ~AppMgrClient() = default;
 
@@ -25,9 +25,10 @@ public:
     /// Replaces `apps` with the applications in the foreground. False when the manager does not answer.
     virtual bool GetForegroundApplications(std::vector<AppStateData>& apps) = 0;
 
-    /// Calls `observer` for every application that comes to or leaves the foreground, until the next call
-    /// with another one; an empty observer ends it. Calls arrive on the manager's thread.
-    virtual void ObserveForeground(ForegroundObserver observer) = 0;
+    /// Calls `observer` for every application process that starts, ends, comes to or leaves the foreground, until the
+    /// next call with another one; an empty observer ends it. Calls arrive on the manager's thread. The call waits
+    /// until the earlier observer does not run any more, unless it comes from within it.
+    virtual void ObserveStates(StateObserver observer) = 0;
 };
 
 }  // namespace TARN::AppExecFwk

@@ -23,7 +23,8 @@ public:
     }
 
     /// Calls `observer` for every continuous task that starts or stops, until the next call with another
-    /// one; an empty observer ends it. Calls arrive on the manager's thread.
+    /// one; an empty observer ends it. Calls arrive on the manager's thread. The call waits until the earlier observer
+    /// does not run any more, unless it comes from within it.
     static void ObserveContinuousTasks(ContinuousTaskObserver observer) {
         Device::Current().BackgroundTasks().Observe(std::move(observer));
     }

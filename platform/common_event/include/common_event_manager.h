@@ -9,7 +9,8 @@
 namespace TARN::EventFwk {
 
 /// System broadcasts. Every operation returns whether the service accepted it; a broadcast reaches its
-/// receivers later, each on the service's thread. A subscription keeps the subscriber alive.
+/// receivers later, each on the service's thread. A subscription keeps the subscriber alive. Unsubscribing waits until
+/// the subscriber does not receive any more, unless it comes from within its OnReceiveEvent.
 class CommonEventManager {
 public:
     static bool SubscribeCommonEvent(const std::shared_ptr<CommonEventSubscriber>& subscriber) {

@@ -14,6 +14,8 @@ public:
     static constexpr std::string_view COMMON_EVENT_CHARGING = "COMMON_EVENT_CHARGING";
     static constexpr std::string_view COMMON_EVENT_DISCHARGING = "COMMON_EVENT_DISCHARGING";
     static constexpr std::string_view COMMON_EVENT_POWER_SAVE_MODE_CHANGED = "COMMON_EVENT_POWER_SAVE_MODE_CHANGED";
+    static constexpr std::string_view COMMON_EVENT_TIME_CHANGED = "COMMON_EVENT_TIME_CHANGED";
+    static constexpr std::string_view COMMON_EVENT_TIMEZONE_CHANGED = "COMMON_EVENT_TIMEZONE_CHANGED";
 };
 
 }  // namespace TARN::EventFwk

@@ -91,6 +91,12 @@ public:
     /// A rehearsal device injects faults this way; a real one has none.
     [[nodiscard]] virtual int32_t Fault(std::string_view operation) const noexcept;
 
+    /// Drops whatever may call into a library that is about to be unloaded: the waiting tasks of all handlers, timers,
+    /// sensor subscriptions, broadcast subscriptions, observers, open preferences. Waits until none of their callbacks
+    /// runs any more, the caller's own aside; when it returns, no thread of the device is in the library's code or
+    /// will be, and nothing of the device holds an object of the library. Called on the handler's thread.
+    virtual void DropPending() = 0;
+
     /// A new handler with a thread of its own, or null when the device cannot start one.
     [[nodiscard]] virtual std::shared_ptr<AppExecFwk::EventHandler> CreateEventHandler() = 0;
 

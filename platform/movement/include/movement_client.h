@@ -32,7 +32,8 @@ public:
     virtual MovementData GetMovementData(MovementType type) = 0;
 
     /// Calls `observer` at every change, until the next call with another one; an empty observer ends it.
-    /// Calls arrive on the service's thread.
+    /// Calls arrive on the service's thread. The call waits until the earlier observer does not run any more,
+    /// unless it comes from within it.
     virtual void Observe(Observer observer) = 0;
 };
 

@@ -26,11 +26,16 @@ public:
     /// Puts the uids on the trust list of the device-idle policy, or takes them off. Returns 0 on success.
     virtual int32_t SetDeviceIdleTrustlist(const std::vector<uint32_t>& uids, bool isAdded) = 0;
 
+    /// Replaces `uids` with the trust list as the service holds it; it outlives whoever filled it. Returns 0 on
+    /// success; else `uids` is untouched.
+    virtual int32_t GetDeviceIdleTrustlist(std::vector<uint32_t>& uids) = 0;
+
     /// Switches the device-idle policy: while on, only trusted uids reach the network. Returns 0 on success.
     virtual int32_t SetDeviceIdlePolicy(bool enable) = 0;
 
     /// Calls `observer` whenever the device-idle policy is switched, until the next call with another one; an
-    /// empty observer ends it. Calls arrive on the service's thread.
+    /// empty observer ends it. Calls arrive on the service's thread. The call waits until the earlier observer
+    /// does not run any more, unless it comes from within it.
     virtual void ObserveDeviceIdlePolicy(IdlePolicyObserver observer) = 0;
 };
 

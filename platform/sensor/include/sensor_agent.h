@@ -8,7 +8,8 @@ extern "C" {
 #endif
 
 /// The sensor agent. Every operation returns 0 on success. Readings arrive on the sensor service's thread
-/// between ActivateSensor and DeactivateSensor of a subscribed sensor.
+/// between ActivateSensor and DeactivateSensor of a subscribed sensor. Deactivating and unsubscribing wait until a
+/// callback of the sensor that runs is done, unless they come from within it.
 
 /// Points `sensorInfos` at the phone's sensors, which stay the agent's own, and counts them.
 int32_t GetAllSensors(SensorInfo** sensorInfos, int32_t* count);

@@ -17,6 +17,10 @@ public:
 
     /// Applies each entry's freeze flag to its process. Returns one result an entry, 0 on success.
     virtual std::vector<int32_t> OperateNativeProcesses(const std::vector<NativeProcessInfo>& processes) = 0;
+
+    /// Replaces `processes` with the native processes that are frozen now. Returns 0 on success; else `processes` is
+    /// untouched.
+    virtual int32_t GetFrozenProcesses(std::vector<NativeProcessInfo>& processes) = 0;
 };
 
 }  // namespace TARN::SuspendManager

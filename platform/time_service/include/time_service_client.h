@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <set>
 #include <string>
 #include <unordered_set>
 
@@ -16,6 +17,13 @@ struct TimerOptions {
     uint64_t intervalMs = 0;
     bool exact = false;
     bool idle = false;
+};
+
+/// The batching of wake-up timers that is in force.
+struct TimerBatching {
+    bool isAdjusted = false;
+    uint32_t intervalSeconds = 0;
+    std::set<std::string> exemptedNames;
 };
 
 /// The time service: the clocks, timers that wake the phone, and their batching.
@@ -43,7 +51,8 @@ public:
     /// Disarms the timer, which stays. False for an unknown id.
     virtual bool StopTimer(uint64_t timerId) = 0;
 
-    /// Forgets the timer. False for an unknown id.
+    /// Forgets the timer. False for an unknown id. Waits until a callback of it that runs is done, unless the call
+    /// comes from within that callback; what the callback holds is released by then. StopTimer does not wait.
     virtual bool DestroyTimer(uint64_t timerId) = 0;
 
     /// Batches wake-up timers to multiples of `intervalSeconds`, or ends that. Returns 0 on success.
@@ -51,6 +60,10 @@ public:
 
     /// Exempts the named bundles from batching, or ends that. Returns 0 on success.
     virtual int32_t SetTimerExemption(const std::unordered_set<std::string>& names, bool isExemption) = 0;
+
+    /// Tells the batching that is in force: whether there is any, its interval in seconds, and who is exempted.
+    /// Returns 0 on success; else `batching` is untouched.
+    virtual int32_t GetTimerBatching(TimerBatching& batching) = 0;
 };
 
 }  // namespace TARN::MiscServices
