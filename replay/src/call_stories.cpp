@@ -65,7 +65,11 @@ const CallStories::Story* CallStories::Find(std::string_view operation) {
               }},
         Story{"ResSchedClient.KillProcess",
               [](CallStories& my, const Json& arguments, const Json& result) {
-                  my.processes_.Kill(std::atoi(arguments.value("pid", "").c_str()), result);
+                  const int32_t pid = std::atoi(arguments.value("pid", "").c_str());
+                  my.processes_.Kill(pid, result);
+                  if (!IsFailure(result)) {
+                      my.phone_.Kill(pid);
+                  }
               }},
         Story{"SuspendManagerClient.OperateNativeProcesses",
               [](CallStories& my, const Json& arguments, const Json& result) {

@@ -14,9 +14,10 @@ namespace TARN::Replay {
 /// Tells what the plugin does to the phone, operation by operation.
 class CallStories {
 public:
-    CallStories(Teller& teller, NightSummary& night, const PhonePicture& phone, SleepStory& sleep)
+    CallStories(Teller& teller, NightSummary& night, PhonePicture& phone, SleepStory& sleep)
         : teller_(teller),
           night_(night),
+          phone_(phone),
           sleep_(sleep),
           radios_(teller, night),
           processes_(teller, night, phone),
@@ -37,6 +38,7 @@ private:
 
     Teller& teller_;
     NightSummary& night_;
+    PhonePicture& phone_;
     SleepStory& sleep_;
     RadioStory radios_;
     ProcessStory processes_;

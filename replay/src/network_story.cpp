@@ -91,7 +91,7 @@ void NetworkStory::TellChange() {
         }
     }
     for (const int64_t uid : change_.before) {
-        if (trusted_.count(uid) == 0) {
+        if (trusted_.count(uid) == 0 && phone_.IsRunning(uid)) {  // one that ended loses nothing
             shut.push_back(phone_.NameOfUid(uid));
         }
     }

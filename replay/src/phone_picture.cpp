@@ -1,5 +1,7 @@
 #include "phone_picture.h"
 
+#include <algorithm>
+
 namespace TARN::Replay {
 
 void PhonePicture::Apply(const SetStep& step) {
@@ -9,6 +11,7 @@ void PhonePicture::Apply(const SetStep& step) {
     processes_ = *step.phone.processes;
     byPid_.clear();
     byUid_.clear();
+    killed_.clear();
     for (size_t i = 0; i < processes_.size(); ++i) {
         byPid_.emplace(processes_[i].pid, i);
         byUid_.emplace(processes_[i].uid, i);
@@ -18,6 +21,12 @@ void PhonePicture::Apply(const SetStep& step) {
 const Simulated::Process* PhonePicture::FindPid(int32_t pid) const {
     const auto found = byPid_.find(pid);
     return found == byPid_.end() ? nullptr : &processes_[found->second];
+}
+
+bool PhonePicture::IsRunning(int64_t uid) const {
+    return std::any_of(processes_.begin(), processes_.end(), [this, uid](const Simulated::Process& process) {
+        return process.uid == uid && !process.native && killed_.count(process.pid) == 0;
+    });
 }
 
 std::string PhonePicture::NameOfPid(int32_t pid) const {

@@ -2,6 +2,7 @@
 #define REPLAY_PHONE_PICTURE_H
 
 #include <cstdint>
+#include <set>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -14,6 +15,12 @@ namespace TARN::Replay {
 class PhonePicture {
 public:
     void Apply(const SetStep& step);
+
+    /// A process was killed.
+    void Kill(int32_t pid) { killed_.insert(pid); }
+
+    /// Whether an application runs under the uid, as far as the trace and the kills tell.
+    [[nodiscard]] bool IsRunning(int64_t uid) const;
 
     /// A process's name, "pid 412" for one that the trace never named.
     [[nodiscard]] std::string NameOfPid(int32_t pid) const;
@@ -30,6 +37,7 @@ private:
     std::vector<Simulated::Process> processes_;
     std::unordered_map<int32_t, size_t> byPid_;
     std::unordered_map<int64_t, size_t> byUid_;
+    std::set<int32_t> killed_;  ///< pids, since the trace named the processes
 };
 
 }  // namespace TARN::Replay

@@ -45,7 +45,7 @@ public:
     /// cannot start its handler.
     static std::shared_ptr<StandbyServiceImpl> Create(StandbyConfig config);
 
-    /// Ends the process's service.
+    /// Ends the process's service and unloads its plugin.
     static void Destroy();
 
     ~StandbyServiceImpl();

@@ -70,6 +70,9 @@ std::shared_ptr<StandbyServiceImpl> StandbyServiceImpl::Create(StandbyConfig con
 }
 
 void StandbyServiceImpl::Destroy() {
+    if (const auto service = Instance::Get()) {
+        service->UnloadPlugin();  // here, whoever releases the service last; its listeners may ask for it until then
+    }
     Instance::Exchange(nullptr);
 }
 
