@@ -2,11 +2,11 @@
 #define STANDBY_SERVICE_JSON_FIELDS_H
 
 #include <cstdint>
-#include <functional>
 #include <limits>
 #include <set>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <nlohmann/json.hpp>

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "event_handler.h"
+#include "standby_service_log.h"
 
 namespace TARN::DevStandbyMgr {
 
@@ -16,16 +17,19 @@ class OwnedTasks {
 public:
     explicit OwnedTasks(std::shared_ptr<AppExecFwk::EventHandler> handler) : handler_(std::move(handler)) {}
 
-    /// Posts a task in place of a waiting one of that name. False when the handler takes no more.
-    bool Post(AppExecFwk::EventHandler::Callback task, const std::string& name, int64_t delayMs) {
+    /// Posts a task in place of a waiting one of that name. A handler that takes no more is a line in the log.
+    void Post(AppExecFwk::EventHandler::Callback task, const std::string& name, int64_t delayMs) {
         handler_->RemoveTask(name);
-        return handler_->PostTask(
+        const bool isPosted = handler_->PostTask(
             [owner = std::weak_ptr<bool>(life_), task = std::move(task)] {
                 if (!owner.expired()) {
                     task();
                 }
             },
             name, delayMs);
+        if (!isPosted) {
+            STANDBYSERVICE_LOGE("%{public}s could not be posted", name.c_str());
+        }
     }
 
     void Remove(const std::string& name) { handler_->RemoveTask(name); }

@@ -8,6 +8,7 @@
 #include "movement_client.h"
 #include "standby_constants.h"
 #include "standby_service_impl.h"
+#include "standby_service_log.h"
 
 namespace TARN::DevStandbyMgr {
 
@@ -22,8 +23,11 @@ using Msdp::MovementValue;
 class StillnessMonitor : public IConstraintMonitor {
 public:
     bool IsMet() override {
-        return MovementClient::GetInstance().GetMovementData(MovementType::TYPE_STILL).value !=
-               MovementValue::VALUE_EXIT;
+        const MovementValue value = MovementClient::GetInstance().GetMovementData(MovementType::TYPE_STILL).value;
+        if (value == MovementValue::VALUE_INVALID) {
+            STANDBYSERVICE_LOGW("the movement service does not answer, the phone counts as still");
+        }
+        return value != MovementValue::VALUE_EXIT;
     }
     [[nodiscard]] std::string Name() const override { return "still"; }
 };

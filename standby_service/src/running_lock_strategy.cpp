@@ -1,6 +1,5 @@
 #include "running_lock_strategy.h"
 
-#include <algorithm>
 #include <list>
 
 #include "ability_manager_helper.h"

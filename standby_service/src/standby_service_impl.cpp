@@ -1,6 +1,5 @@
 #include "standby_service_impl.h"
 
-#include <algorithm>
 #include <mutex>
 #include <utility>
 
@@ -149,11 +148,14 @@ void StandbyServiceImpl::UnInit() {
 }
 
 void StandbyServiceImpl::DispatchEvent(const StandbyMessage& message) {
-    handler_->PostTask([service = weak_from_this(), message] {
+    const bool isPosted = handler_->PostTask([service = weak_from_this(), message] {
         if (const auto running = service.lock()) {
             running->Deliver(message);
         }
     });
+    if (!isPosted) {
+        STANDBYSERVICE_LOGE("message %{public}d could not be queued", message.eventId);
+    }
 }
 
 void StandbyServiceImpl::Refresh() {

@@ -1,6 +1,6 @@
 #include "log_format.h"
 
-#include <cstdio>
+#include <string>
 
 #include "device.h"
 
