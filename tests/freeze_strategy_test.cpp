@@ -12,7 +12,6 @@ namespace {
 using ::testing::Contains;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-using ::testing::Not;
 
 /// Both conditions configure processes; "storage" runs twice, "ghost" has no pid, "absent" does not run.
 Night FreezingNight() {
@@ -51,19 +50,6 @@ Night& LoseExemption(Night& night, const std::string& name, int32_t allowType = 
         5, R"({"allowType": )" + std::to_string(allowType) + R"(, "name": ")" + name + R"(", "added": false})");
 }
 
-TEST(FreezeStrategy, DeepSleepFreezesTheFirstProcessOfEachConfiguredNameInOrder) {
-    const Record record = FreezingNight().GoToDeepSleep().Play();
-    EXPECT_THAT(Commands(record), Are({"freeze camera:21 storage:11 -> [0,0]"}));
-    EXPECT_THAT(
-        record.LogsOf("freeze_strategy"),
-        Are({"info FreezeStrategy is now OnCreated", "debug enter FreezeStrategy HandleEvent, eventId is 2",
-             "debug now is thaw, do not need to StopFreeze", "debug enter FreezeStrategy HandleEvent, eventId is 3",
-             "debug current state is 4, current phase is 1", "debug defaultNativeProcess size is 4",
-             "debug allowInfoList size is 0", "debug processNameDozeset size is 4",
-             "debug systemProcessInfos size is 5", "debug absent 's pid is -1", "debug ghost 's pid is -1",
-             "info Freeze, list size is 2, Freeze successd list is 2", "info FreezeStrategy is now OnDestroy"}));
-}
-
 TEST(FreezeStrategy, OnlySleepInItsFirstDeepPhaseFreezes) {
     for (const auto& [state, phase] : {std::pair{3, 1}, {4, 0}, {4, 2}, {4, 3}, {0, 1}, {1, 4}}) {
         const Record record = FreezingNight().EnterPhase(state, phase).Play();
@@ -72,15 +58,6 @@ TEST(FreezeStrategy, OnlySleepInItsFirstDeepPhaseFreezes) {
                     Contains("debug current state is not SLEEP or current phase is not APP_RES_DEEP!"));
     }
     EXPECT_THAT(Commands(FreezingNight().MessageWithoutWant(3).MessageWithoutWant(2).Play()), IsEmpty());
-}
-
-TEST(FreezeStrategy, AFrozenGroupIsNotCalculatedAgain) {
-    const Record record = FreezingNight().GoToDeepSleep().AdvanceTo("22:00").EnterPhase(4, 1).EnterPhase(4, 2).Play();
-    EXPECT_THAT(Commands(record.At("22:00")), IsEmpty());
-    EXPECT_THAT(record.At("22:00").LogsOf("freeze_strategy"),
-                Are({HasSubstr("eventId is 3"), "debug now is doze, do not need startFreeze, repeat process",
-                     HasSubstr("eventId is 3"), "debug now is doze, do not need startFreeze, repeat process",
-                     HasSubstr("OnDestroy")}));
 }
 
 TEST(FreezeStrategy, LeavingSleepThawsOnce) {
@@ -111,37 +88,6 @@ TEST(FreezeStrategy, OtherTransitionsWhileFrozenThawNothing) {
     }
 }
 
-TEST(FreezeStrategy, MaintenanceThawsAndItsEndFreezesWhatIsConfiguredByThen) {
-    const Record record = FreezingNight()
-                              .GoToDeepSleep()
-                              .AdvanceTo("22:00")
-                              .GoFromTo(4, 3)
-                              .AdvanceTo("22:01")
-                              .GoFromTo(4, 3)
-                              .AdvanceTo("22:05")
-                              .Set(R"({"condition": 2})")
-                              .GoFromTo(3, 4)
-                              .EnterPhase(4, 1)
-                              .AdvanceTo("23:00")
-                              .WakeUp()
-                              .Play();
-    EXPECT_THAT(Commands(record.Timed()),
-                Are({"freeze camera:21 storage:11 -> [0,0]", "thaw camera:21 storage:11 -> [0,0]",
-                     "thaw camera:21 storage:11 -> [0,0]", "freeze camera:21 nfc:31 -> [0,0]",
-                     "thaw camera:21 nfc:31 -> [0,0]"}));
-    EXPECT_THAT(record.At("22:05").LogsOf("freeze_strategy"),
-                Contains("debug now is doze, do not need startFreeze, repeat process"));
-}
-
-TEST(FreezeStrategy, TheEndOfAMaintenanceFreezesWithoutAnEarlierFreezeAndLeavesTheGroupThawed) {
-    const Record record =
-        FreezingNight().GoFromTo(3, 4).AdvanceTo("22:00").WakeUp().AdvanceTo("23:00").EnterPhase(4, 1).Play();
-    EXPECT_THAT(Commands(record.At("21:00")), Are({"freeze camera:21 storage:11 -> [0,0]"}));
-    EXPECT_THAT(record.At("22:00").LogsOf("freeze_strategy"), Contains("debug now is thaw, do not need to StopFreeze"));
-    EXPECT_THAT(Commands(record.At("22:00")), IsEmpty());
-    EXPECT_THAT(Commands(record.At("23:00")), Are({"freeze camera:21 storage:11 -> [0,0]"}));
-}
-
 TEST(FreezeStrategy, AConditionChangeThawsAndFreezesAnewInAnyState) {
     const Record frozen =
         FreezingNight().GoToDeepSleep().AdvanceTo("22:00").ChangeCondition(2).AdvanceTo("23:00").WakeUp().Play();
@@ -154,72 +100,6 @@ TEST(FreezeStrategy, AConditionChangeThawsAndFreezesAnewInAnyState) {
     const Record awake = FreezingNight().ChangeCondition(2).AdvanceTo("22:00").WakeUp().Play();
     EXPECT_THAT(awake.At("21:00").LogsOf("freeze_strategy"), Contains("debug FreezedNativeProcess size is 0"));
     EXPECT_THAT(Commands(awake), Are({"freeze camera:21 nfc:31 -> [0,0]"})) << "and nothing thaws it";
-}
-
-TEST(FreezeStrategy, AConditionChangeFreezesForTheConditionOfTheMoment) {
-    const Record record = FreezingNight().Set(R"({"condition": 2})").Message(4, R"({"RES_CTRL_CONDITION": 1})").Play();
-    EXPECT_THAT(Commands(record), Are({"freeze camera:21 nfc:31 -> [0,0]"}));
-}
-
-TEST(FreezeStrategy, AnExemptedProcessIsNeverFrozen) {
-    const Record record = FreezingNight()
-                              .Device("allow_list", R"({"64": ["storage", "storage", "nfc"], "1": ["camera"]})")
-                              .GoToDeepSleep()
-                              .Play();
-    EXPECT_THAT(Commands(record), Are({"freeze camera:21 -> [0]"}));
-    EXPECT_THAT(record.LogsOf("freeze_strategy"), Contains("debug allowInfoList size is 3"));
-    EXPECT_THAT(record.LogsOf("freeze_strategy"), Contains("debug processNameDozeset size is 3"));
-}
-
-TEST(FreezeStrategy, ALostExemptionFreezesAtOnceAndJoinsTheGroup) {
-    Night night = FreezingNight().Device("allow_list", R"({"64": ["storage"]})").GoToDeepSleep();
-    night.AdvanceTo("22:00").Set(R"({"allow_list": {"64": []}})");
-    const Record record = LoseExemption(night, "storage").AdvanceTo("23:00").WakeUp().Play();
-    EXPECT_THAT(Commands(record.At("22:00")), Are({"freeze storage:11 -> [0]"}));
-    EXPECT_THAT(
-        record.At("22:00").LogsOf("freeze_strategy"),
-        Are({HasSubstr("eventId is 5"), "info enter FreezeStrategy::UpdateAllowedList",
-             "debug storage apply allow, added is 0", "debug Freeze nativeProcess storage, freezed is successed"}));
-    EXPECT_THAT(Commands(record.At("23:00")), Are({"thaw camera:21 storage:11 -> [0,0]"}));
-}
-
-TEST(FreezeStrategy, AProcessThatLosesItsExemptionTwiceIsInTheGroupTwice) {
-    Night night = FreezingNight().GoToDeepSleep().AdvanceTo("22:00");
-    const Record record = LoseExemption(night, "storage").WakeUp().Play();
-    EXPECT_THAT(Commands(record.At("22:00")),
-                Are({"freeze storage:11 -> [0]", "thaw camera:21 storage:11 storage:11 -> [0,0,0]"}));
-}
-
-TEST(FreezeStrategy, AGrantedExemptionThawsNothing) {
-    const Record record = FreezingNight()
-                              .GoToDeepSleep()
-                              .AdvanceTo("22:00")
-                              .Message(5, R"({"allowType": 64, "name": "storage", "added": true})")
-                              .Play();
-    EXPECT_THAT(Commands(record.At("22:00")), IsEmpty());
-    EXPECT_THAT(record.At("22:00").LogsOf("freeze_strategy"),
-                Are({HasSubstr("eventId is 5"), HasSubstr("UpdateAllowedList"), "debug storage apply allow, added is 1",
-                     "debug storage is thaw do not need apply allowed", HasSubstr("OnDestroy")}));
-}
-
-TEST(FreezeStrategy, LostExemptionsThatFreezeNothing) {
-    struct Case {
-        const char* name;
-        int32_t allowType;
-        bool isAsleep;
-        const char* lastLine;
-    };
-    for (const Case& test : {Case{"storage", 65, true, "debug allowType is not freeze, currentType is 65"},
-                             Case{"nfc", 64, true, "debug nfc apply allow, added is 0"},
-                             Case{"storage", 64, false, "debug storage apply allow, added is 0"},
-                             Case{"ghost", 64, true, "debug ghost 's pid is -1, find error"},
-                             Case{"absent", 64, true, "debug absent 's pid is -1, find error"}}) {
-        Night night = FreezingNight();
-        (test.isAsleep ? night.GoToDeepSleep() : night.GoToDeepSleep().WakeUp()).AdvanceTo("22:00");
-        const Record record = LoseExemption(night, test.name, test.allowType).PlayUntil("22:01");
-        EXPECT_THAT(Commands(record.At("22:00")), IsEmpty()) << test.name;
-        EXPECT_EQ(record.At("22:00").LogsOf("freeze_strategy").back(), test.lastLine);
-    }
 }
 
 TEST(FreezeStrategy, AFailedCalculationFreezesNothingAndMayBeTriedAgain) {
@@ -259,14 +139,6 @@ TEST(FreezeStrategy, AFailedCalculationAfterMaintenanceKeepsTheGroup) {
     EXPECT_THAT(Commands(record.At("22:00")), Are({"thaw camera:21 storage:11 -> [0,0]"}));
 }
 
-TEST(FreezeStrategy, ProcessesThatAreNotToBeHadKeepALostExemptionFromFreezing) {
-    Night night =
-        FreezingNight().GoToDeepSleep().AdvanceTo("22:00").Fail("AbilityManagerHelper.GetRunningSystemProcess");
-    const Record record = LoseExemption(night, "storage").PlayUntil("22:01");
-    EXPECT_THAT(Commands(record.At("22:00")), IsEmpty());
-    EXPECT_EQ(record.At("22:00").LogsOf("freeze_strategy").back(), "error connect to app ability service failed");
-}
-
 TEST(FreezeStrategy, RefusedFreezesAreCountedAndThawedAllTheSame) {
     Night night = FreezingNight().Fail("SuspendManagerClient.OperateNativeProcesses", 7).GoToDeepSleep();
     const Record record = LoseExemption(night, "storage").AdvanceTo("22:00").WakeUp().Play();
@@ -275,20 +147,6 @@ TEST(FreezeStrategy, RefusedFreezesAreCountedAndThawedAllTheSame) {
     EXPECT_THAT(record.LogsOf("freeze_strategy"), Contains("info Freeze, list size is 2, Freeze successd list is 0"));
     EXPECT_THAT(record.LogsOf("freeze_strategy"), Contains("debug Freeze nativeProcess storage, freezed is failed"));
     EXPECT_THAT(record.LogsOf("freeze_strategy"), Contains("info Thaw, list size is 3, Thaw successd list is 0"));
-}
-
-TEST(FreezeStrategy, WithNothingToFreezeTheSuspendManagerIsLeftAlone) {
-    const Record record = FreezingNight().Device("processes", "[]").GoToDeepSleep().WakeUp().Play();
-    EXPECT_THAT(Commands(record), IsEmpty());
-    EXPECT_THAT(record.LogsOf("freeze_strategy"), Contains("debug FreezedNativeProcess size is 0").Times(2));
-}
-
-TEST(FreezeStrategy, StoppingWhileFrozenLeavesTheProcessesFrozen) {
-    const Record record = FreezingNight().GoToDeepSleep().AdvanceTo("22:00").Restart().EnterPhase(4, 1).Play();
-    EXPECT_THAT(Commands(record), Are({HasSubstr("freeze camera"), HasSubstr("freeze camera")}))
-        << "a fresh library knows of no doze and thaws nothing";
-    EXPECT_THAT(record.At("22:00").LogsOf("freeze_strategy"),
-                Contains("info FreezeStrategy is now OnDestroy").Times(2));
 }
 
 TEST(FreezeStrategy, ANameListedTwiceHearsEverythingTwice) {

@@ -15,7 +15,6 @@ using ::testing::Contains;
 using ::testing::Each;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-using ::testing::Not;
 
 constexpr char kUnlocked[] = "COMMON_EVENT_SCREEN_UNLOCKED";
 constexpr char kUserSleep[] = "COMMON_EVENT_USER_SLEEP_STATE_CHANGED";
@@ -92,14 +91,6 @@ TEST(StrategyList, AnEmptyListSwitchesEveryStrategyOffAndTheRunGoesOn) {
         << "not even the strategies without a name live";
 }
 
-TEST(StrategyList, WithoutAConfigurationThePluginDoesNotInitialise) {
-    const Record record = Night().Device("fail", R"({"StandbyConfigManager.GetInstance": 1})").Play();
-    EXPECT_THAT(record.LogsOf("phone_strategy_manager_adapter_ext"),
-                Are({"error standby service ptr is nullptr, init failed"}));
-    const Record failing = Night().Device("fail", R"({"StandbyConfigManager.GetStrategyConfigList": 1})").Play();
-    EXPECT_THAT(failing.LogsOf("phone_strategy_manager_adapter_ext"), Are({"info strategies is disabled"}));
-}
-
 TEST(Listener, IsThereForEveryDeviceKindButTheLast) {
     for (const int32_t mode : {0, 1, 2, -1}) {
         const Record record =
@@ -123,37 +114,6 @@ TEST(Listener, IsThereForEveryDeviceKindButTheLast) {
         Night().Automatic().Host("standby_mode", "3").AdvanceTo("22:00").ScreenOff().PlayUntil("22:01").Deliveries({1}),
         Are({"1 COMMON_EVENT_SCREEN_OFF {}"}))
         << "the host's own listeners are there all the same";
-}
-
-TEST(Listener, TurnsItsTwoBroadcastsIntoMessages) {
-    const Record record = Night()
-                              .AdvanceTo("22:00")
-                              .Broadcast(kUnlocked, R"({"userId": 100})")
-                              .Broadcast(kUserSleep, R"({"isSleep": true, "wakeupTime": 1772434800000, "more": "x"})")
-                              .Broadcast("COMMON_EVENT_USER_SLEEP_STATE_CHANGEd")
-                              .Broadcast("COMMON_EVENT_SCREEN_ON")
-                              .PlayUntil("22:01");
-    EXPECT_THAT(record.At("22:00").Of({"common_event_listener_ext", "deliver 1 ", "deliver 11 "}),
-                Are({"debug common_event_listener_ext: receive common event COMMON_EVENT_SCREEN_UNLOCKED",
-                     "debug common_event_listener_ext: receive common event COMMON_EVENT_USER_SLEEP_STATE_CHANGED",
-                     "deliver 1 COMMON_EVENT_SCREEN_UNLOCKED null",
-                     R"(deliver 11 {"isSleep":true,"more":"x","wakeupTime":1772434800000})"}));
-}
-
-TEST(Listener, ARefusedSubscriptionIsLoggedAndTheRunGoesOn) {
-    const Record record = Night()
-                              .Device("fail", R"({"CommonEventManager.SubscribeCommonEvent": 5})")
-                              .AdvanceTo("22:00")
-                              .Broadcast(kUnlocked)
-                              .Heal("CommonEventManager.SubscribeCommonEvent")
-                              .Message(7)
-                              .Play();
-    EXPECT_THAT(record.Calls("CommonEventManager"),
-                Are({std::string(kSubscribed) + "false", "CommonEventManager.UnSubscribeCommonEvent {} -> false"}));
-    EXPECT_THAT(record.LogsOf("common_event_listener_ext"),
-                Are({"error SubscribeCommonEvent occur exception", "error UnsubscribeCommonEvent occur exception"}));
-    EXPECT_THAT(record.Deliveries({1, 7}), Are({"7 {}"}));
-    EXPECT_THAT(record.LogsOf("standby_service_impl"), IsEmpty()) << "the adapters report no failure";
 }
 
 TEST(Listener, ARefusedUnsubscriptionIsLoggedAndNobodyListensAfterTheRestart) {

@@ -11,7 +11,6 @@ using ::testing::Contains;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::IsSupersetOf;
-using ::testing::Not;
 using ::testing::StartsWith;
 
 constexpr char kHalfHour[] = R"({"SCR_OFF_HALF_HOUR_STATUS": true})";
@@ -272,16 +271,6 @@ TEST(PowerOff, AConnectionThatTheRecordNamesKeepsTheBroadcastBack) {
                 Contains("debug network connection is still existing, can not send network ctrl common event"));
     EXPECT_THAT(saved(R"("{\"cellular_data_off\": 2}")").Calls("CommonEventManager.Publish"), ::testing::SizeIs(1))
         << "2 is no connection";
-}
-
-TEST(PowerOff, TheDumpCommandSwitchesBluetoothOffWithoutAsking) {
-    Night night = Night().Device("bluetooth", R"({"state": 3, "connection": 1})").Fail("BluetoothHost.DisableBt");
-    night.Dump(R"(["", "DUMP_POWEROFF_STRATEGY"])").Dump(R"(["DUMP_POWEROFF_STRATEGY"])").Dump(kDetails);
-    const Record record = night.AdvanceTo("22:00").Crash().Play();
-    EXPECT_THAT(Radios(record), Are({"bluetooth off", "bluetooth on"}));
-    EXPECT_THAT(record.LogsOf("power_off_strategy"), Contains("info start power save off, after 0 callback"));
-    EXPECT_THAT(record.Dumps().front(), Not(HasSubstr("PowerOff")));
-    EXPECT_THAT(record.Dumps().back(), HasSubstr("isPowerOff: 1\nbluetoothStatus_: 2\n"));
 }
 
 }  // namespace

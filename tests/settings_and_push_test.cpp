@@ -8,7 +8,6 @@ namespace TARN::Tests {
 namespace {
 
 using ::testing::Contains;
-using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
 constexpr char kHalfHour[] = R"({"SCR_OFF_HALF_HOUR_STATUS": true})";
@@ -85,39 +84,12 @@ Record::Texts Published(const Record& record) {
     return record.Calls("CommonEventManager.Publish");
 }
 
-TEST(Push, TellsWhenTheNetworkIsControlledAndWhenItIsGivenBack) {
-    Night night = Pushing().Message(12, R"({"NET_IDLE_POLICY_STATUS": true})");
-    night.Message(12, R"({"NET_IDLE_POLICY_STATUS": false})").Message(12, R"({"NET_IDLE_POLICY_STATUS": 1})");
-    night.Message(12).MessageWithoutWant(12).Message(11, R"({"NET_IDLE_POLICY_STATUS": true})");
-    const Record record = night.Play();
-    EXPECT_THAT(Published(record), Are({kRestore, kControl, kRestore, kRestore, kRestore, kRestore}))
-        << "the first when it is created; none when it ends";
-}
-
 TEST(Push, FollowsThePolicyOfAnAutomaticPhone) {
     const std::string change = "COMMON_EVENT_USER_SLEEP_STATE_CHANGED";
     Night night = Pushing().Automatic().Broadcast(change, R"({"isSleep": true})").AdvanceTo("22:10").Broadcast(change);
     const Record record = night.PlayUntil("22:20");
     EXPECT_THAT(Published(record.At("22:00")), Are({kControl}));
     EXPECT_THAT(Published(record.At("22:10")), Are({kRestore}));
-}
-
-TEST(Push, KnowsTwoDumpWordsInTheSecondPlace) {
-    Night night = Pushing().Dump(R"(["x", "--ctrlnetwork"])").Dump(R"(["", "--restorectrlnetwork", "x"])");
-    const Record record = night.Dump(R"(["--ctrlnetwork"])").Dump(R"(["x", "--ctrlnetworks"])").Dump("[]").Play();
-    EXPECT_THAT(Published(record.At("22:00")), Are({kControl, kRestore}));
-    EXPECT_THAT(record.Dumps(), ::testing::Each("\"userSleepState: 0\n\""))
-        << "which another strategy says; this one says nothing";
-}
-
-TEST(Push, ABroadcastThatFailsIsNotRepeated) {
-    Night night = Pushing().Fail("CommonEventManager.PublishCommonEvent");
-    night.Message(12, R"({"NET_IDLE_POLICY_STATUS": true})").Message(12).AdvanceTo("22:10");
-    const Record record = night.Heal("CommonEventManager.PublishCommonEvent").PlayUntil("23:00");
-    EXPECT_THAT(Published(record.At("22:")), Are({HasSubstr("-> false"), HasSubstr("-> false")}));
-    EXPECT_THAT(record.At("22:").LogsOf("push_strategy"),
-                Are({HasSubstr("eventId is 12"), "error PublishCommonEvent for ctrl_network_status failed",
-                     HasSubstr("eventId is 12"), "error PublishCommonEvent for restore_network_status failed"}));
 }
 
 }  // namespace

@@ -15,8 +15,6 @@ namespace TARN::Tests {
 namespace {
 
 using ::testing::Contains;
-using ::testing::IsEmpty;
-using ::testing::StartsWith;
 
 constexpr const char* kSource = "sleep_data_collecter";
 
@@ -239,16 +237,6 @@ TEST(SleepCollecter, TheNextAlarmIsTheNumberInTheSettings) {
         EXPECT_THAT(Values(record, {"mNextAlarmClockTriggerTime"}), Are({"-1"})) << broken;
         EXPECT_THAT(record.LogsOf(kSource), Contains("error query nearest alarm clock failed")) << broken;
     }
-}
-
-TEST(SleepCollecter, ACollectionWithoutContentsIsAllUnknown) {
-    const Record record = Night().AdvanceTo("03:00").MessageWithoutWant(100).Play();
-    EXPECT_THAT(record.LogsOf("sleep_detection_strategy"),
-                Contains("info collected data: user stationary duration:(-1); light dark duration(-1); screen off "
-                         "duration(-1); baseline result(-1); screen on count(-1); light(-1.000000); "
-                         "proximity(-1.000000); unlock time(-1); collect time(-1); next alarm clock time(-1)"));
-    EXPECT_THAT(record.LogsOf("sleep_detection_strategy"), Contains(StartsWith("info predict baseline result: 0, ")));
-    EXPECT_THAT(record.Calls("CommonEventManager.PublishCommonEvent"), IsEmpty());
 }
 
 /// What the strategy appended to the only dump, without what others did.

@@ -14,8 +14,6 @@ namespace TARN::Tests {
 namespace {
 
 using ::testing::Contains;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
 using ::testing::StartsWith;
 
 constexpr const char* kSource = "sleep_detection_strategy";
@@ -97,35 +95,6 @@ Record::Texts Snapshots(const Record& record) {
     return times;
 }
 
-TEST(SleepDetection, EachChangeIsPublishedOnceAndThenToldWithinTheService) {
-    const Record record = Played({"03:00:00 asleep", "03:10:00 asleep", "03:20:00 awake", "03:30:00 awake"});
-    EXPECT_THAT(Told(record), Are({"03:00:00 asleep, up at 06:15:00", "03:20:00 awake, up at 06:35:00"}));
-    const std::string wakeUp = std::to_string(Ms("06:15:00"));
-    const std::string want = R"({"isSleep":true,"wakeupTime":)" + wakeUp + "}";
-    EXPECT_THAT(record.At("03:00").Of({kPublish, "deliver 1 ", "deliver 11 "}),
-                Are({R"(call CommonEventManager.PublishCommonEvent {"action":"COMMON_EVENT_USER_SLEEP_STATE_CHANGED",)"
-                     R"("want":)" +
-                         want + R"(,"permissions":["tarn.permission.MANAGER_USER_SLEEP_STATUS"]} -> true)",
-                     "deliver 1 COMMON_EVENT_USER_SLEEP_STATE_CHANGED " + want, "deliver 11 " + want}));
-    EXPECT_THAT(record.At("03:00").LogsOf(kSource),
-                Are({HasSubstr("user stationary duration:(5000); light dark duration(5000);"),
-                     "info predict baseline result: 1, wakeup time: " + wakeUp, "info into slp",
-                     "info PublishCommonEvent for user slp state changed success, isSleep: 1, " + wakeUp}));
-    EXPECT_THAT(record.At("03:10").Calls(), IsEmpty());
-}
-
-TEST(SleepDetection, AFailedPublishInformsNobodyButTheStateIsKept) {
-    Night night;
-    Tell(Tell(night.Fail(kPublish), {"03:00:00 asleep"}).AdvanceTo("03:05").Heal(kPublish),
-         {"03:10:00 asleep", "03:20:00 awake"});
-    const Record record = night.Play();
-    EXPECT_THAT(record.At("03:00").Deliveries({1, 11}), IsEmpty());
-    EXPECT_THAT(record.At("03:00").LogsOf(kSource),
-                Contains("warn PublishCommonEvent for user slp state changed fail"));
-    EXPECT_THAT(Told(record), Are({"03:00:00 asleep, up at 06:15:00", "03:20:00 awake, up at 06:35:00"}))
-        << "nothing is made up for";
-}
-
 TEST(SleepDetection, SleepEndsFifteenMinutesBeforeTheWakeUp) {
     for (const auto& [time, isNear] : {std::pair{"05:59:59.999", false}, {"06:00:00", true}}) {
         Night night;
@@ -199,31 +168,6 @@ TEST(SleepDetection, AnOverruledVerdictIsNoSleepToContinue) {
     }
 }
 
-TEST(SleepDetection, TheEnhancedModelIsTheBetterForThreeDays) {
-    for (const int64_t beyondMs : {0, 1}) {
-        Night night = Enhanced();
-        Collected(night.AdvanceTo("00:30"), Ms("00:10:00") + 3 * kDayMs + beyondMs, "light");
-        const Record record = night.Play().At("00:30");
-        EXPECT_EQ(!Told(record).empty(), beyondMs > 0);
-        EXPECT_EQ(record.LogsOf(kSource).at(2) == "info update IsEnhanceModelBetter to 0", beyondMs > 0);
-    }
-}
-
-TEST(SleepDetection, ActiveUseEndsSleepAndIsNamedInOrder) {
-    Night night;
-    Tell(night, {"02:00:00 other +", "02:00:00 asleep", "02:05:00 sport +", "02:10:00 asleep", "02:20:00 asleep",
-                 "02:25:00 call +", "02:30:00 asleep", "02:35:00 audio +", "02:40:00 asleep", "02:45:00 sport -",
-                 "02:45:00 call -", "02:50:00 asleep", "02:55:00 audio -", "03:00:00 asleep"});
-    const Record record = night.Play();
-    EXPECT_THAT(Told(record), Are({"02:00:00 asleep, up at 06:15:00", "02:10:00 awake, up at -1",
-                                   "03:00:00 asleep, up at 06:15:00"}));
-    Record::Texts logs = record.At("02:").LogsOf(kSource);
-    std::erase_if(logs, [](const std::string& line) { return !line.ends_with(" now") && !line.ends_with("slp"); });
-    EXPECT_THAT(logs,
-                Are({"info into slp", "info sporting now", "info exit slp", "info sporting now", "info calling now",
-                     "info playing or recording audio now", "info playing or recording audio now"}));
-}
-
 TEST(SleepDetection, ALitScreenEndsSleepAndNoSleepIsAnnouncedUnderIt) {
     const Record record = Played({"03:00:00 asleep", "03:05:00 on", "03:10:00 asleep", "03:20:00 awake",
                                   "03:30:00 asleep", "03:40:00 on", "03:40:00 on"});
@@ -285,15 +229,6 @@ TEST(SleepDetection, AnIdlePassOfTheDayForgetsTheVerdicts) {
         Collected(night.AdvanceTo("22:00"), Ms("22:00:00") + kDayMs, "asleep");
         EXPECT_EQ(Told(night.Play().At("22:00")).empty(), isIdlePass) << "the unlock contradicts no verdict";
     }
-}
-
-TEST(SleepDetection, ADumpedMessageChangesNoState) {
-    Night night;
-    DumpTest(night, R"("--SendMessage", "stop")");
-    DumpTest(night, R"("--SendMessage", "start")");
-    const Record record = Tell(night, {"02:50:00 on", "03:00:00 awake"}).Play();
-    EXPECT_THAT(Told(record), Are({"21:00:00 awake, up at -1", "21:00:00 asleep, up at -1"}));
-    EXPECT_THAT(record.Deliveries({11}), ::testing::SizeIs(2));
 }
 
 }  // namespace

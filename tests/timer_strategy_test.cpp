@@ -103,22 +103,6 @@ TEST(TimerStrategy, BatchesByTheTableInEveryStateAndAKeepAliveReplacesEveryInter
     }
 }
 
-TEST(TimerStrategy, SaysWhatItDoesAndTriesNothingAgain) {
-    const Record record = TimerNight()
-                              .AdvanceTo("22:00")
-                              .Message(14, R"({"MESSAGE_ENABLE": true, "MESSAGE_INTERVAL": 120})")
-                              .Fail("TimeServiceClient.AdjustTimer", 5)
-                              .ScreenOff()
-                              .Dump(R"(["DUMP_DETAIL_INFO", "DUMP_STRATGY_DETAIL"])")
-                              .PlayUntil("23:00");
-    EXPECT_THAT(Deeds(record), Are({"info timer_strategy_ext: Timer Strategy Ext Created",
-                                    "debug timer_strategy_ext: Timer Strategy Ext Dump",
-                                    "info timer_strategy_ext: nat detect enable: 1, interval: 120", kRefused,
-                                    "info timer_strategy_ext: unified timer state: 1, interval: 120",
-                                    R"(call TimeServiceClient.AdjustTimer {"adjust":true,"interval":120} -> 5)"}))
-        << "the screen begins on";
-}
-
 TEST(TimerStrategy, ExemptsForOneKindOfResourceWhomTheListDoesNotName) {
     const std::tuple<int32_t, std::string, bool, bool> cases[] = {
         {4, "com.x", true, true},  {5, "com.x", false, true}, {-1, "com.x", true, true},  {2, "com.x", true, false},
