@@ -80,6 +80,9 @@ TEST_F(SleepPreferences, AFlagIsInTheFileAndNowhereElse) {
 
     ASSERT_TRUE(std::filesystem::remove(phone->FileRoot() + kPath)) << "written before anybody asks again";
     EXPECT_TRUE(Get(true)) << "what was read before is not kept";
+    Put(false);
+    ASSERT_TRUE(std::filesystem::remove(phone->FileRoot() + kPath));
+    EXPECT_TRUE(Get(true)) << "nor what was written";
 }
 
 TEST_F(SleepPreferences, AStoreThatDoesNotOpenIsFalseAndTakesNothing) {
