@@ -14,6 +14,7 @@
 #include "system_ability_manager_client.h"
 #include "test_phone.h"
 #include "user_sleep_power_off_strategy.h"
+#include "wifi_device.h"
 
 namespace TARN::DevStandbyMgr {
 namespace {
@@ -56,6 +57,10 @@ private:
     DataShare::DataShareService& Settings() override { return *this; }
     Sensors::SensorService& Sensors() override { return *this; }
     SuspendManager::SuspendManagerClient& Suspend() override { return *this; }
+    std::shared_ptr<Wifi::WifiDevice> Wifi(int32_t systemAbilityId, int32_t instance) override {
+        asked.push_back("wifi " + std::to_string(systemAbilityId) + " " + std::to_string(instance));
+        return SimulatedPhone::Wifi(systemAbilityId, instance);
+    }
 
     std::shared_ptr<ISystemAbilityManager> GetSystemAbilityManager() override {
         return {std::shared_ptr<void>(), static_cast<ISystemAbilityManager*>(this)};
@@ -199,6 +204,27 @@ TEST(SensorsAreAsked, ForTheServicesRates) {
     std::make_shared<WatchSleepDataCollecter>()->CollectSleepData(false);
     const std::string rates = " " + std::to_string(SENSOR_SAMPLING_RATE) + " " + std::to_string(SENSOR_REPORTING_RATE);
     EXPECT_EQ(phone.asked, (std::vector<std::string>{"batch 5" + rates, "batch 12" + rates}));
+}
+
+TEST(WifiIsAsked, OfItsServicesFirstInstance) {
+    AttentivePhone phone;
+    StandbyServiceImpl::Create({});
+    phone.WriteFile("power_off_record", R"({"wifi_off": 2})");
+    EXPECT_EQ(std::make_shared<PowerOffStrategy>()->ResetPowerOffStatus(), 0);
+    EXPECT_EQ(phone.asked, (std::vector<std::string>{"wifi 1120 0"}));
+}
+
+TEST(UserSleepPowerOffStatus, ItsFirewallBeginsAndEndsWithIt) {
+    const std::string policyOff = R"(SetDeviceIdlePolicy {"enable":false} -> 0)";
+    TestPhone phone;
+    StandbyConfig config;
+    config.mode = HostMode::SCRIPTED;
+    phone.StartService(config);
+    const auto strategy = std::make_shared<UserSleepPowerOffStrategy>();
+    strategy->OnCreated();
+    EXPECT_THAT(phone.TakeCalls(), Contains(policyOff));
+    strategy->OnDestroy();
+    EXPECT_THAT(phone.TakeCalls(), Contains(policyOff));
 }
 
 TEST(FreezeStrategyStatus, NoAnswerOfTheSuspendManagerIsAFailure) {
