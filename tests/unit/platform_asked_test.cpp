@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "are.h"
 #include "datashare_helper.h"
 #include "freeze_strategy.h"
@@ -13,6 +15,7 @@
 #include "suspend_manager_client.h"
 #include "system_ability_manager_client.h"
 #include "test_phone.h"
+#include "time_zone.h"
 #include "user_sleep_power_off_strategy.h"
 #include "wifi_device.h"
 
@@ -225,6 +228,27 @@ TEST(UserSleepPowerOffStatus, ItsFirewallBeginsAndEndsWithIt) {
     EXPECT_THAT(phone.TakeCalls(), Contains(policyOff));
     strategy->OnDestroy();
     EXPECT_THAT(phone.TakeCalls(), Contains(policyOff));
+}
+
+TEST(DayCheck, ComesAgainAfterTenMinutesAndStartsNoSecondSnapshotMeanwhile) {
+    constexpr int64_t kNoonMs = 1'772'366'400'000;
+    Replay::TimeZone("UTC").Use();
+    TestPhone phone(kNoonMs);
+    phone.StartService();
+    const auto collecter = std::make_shared<WatchSleepDataCollecter>();
+    const auto snapshots = [&phone] {
+        const std::vector<std::string> logs = phone.TakeLogs();
+        return std::count(logs.begin(), logs.end(), "info StartSensor");
+    };
+    collecter->SetUnlockTimestamp(kNoonMs);
+    collecter->DayCollection();  // the screen is on
+    collecter->SetScrOffStartTimestamp(kNoonMs - 900'000);
+    phone.Run(599'999);
+    EXPECT_EQ(snapshots(), 0);
+    phone.Run(1);
+    EXPECT_EQ(snapshots(), 1);
+    collecter->DayCollection();
+    EXPECT_EQ(snapshots(), 0) << "the first is not over";
 }
 
 TEST(FreezeStrategyStatus, NoAnswerOfTheSuspendManagerIsAFailure) {
