@@ -141,6 +141,7 @@ private:
     std::vector<int32_t> OperateNativeProcesses(const std::vector<SuspendManager::NativeProcessInfo>&) override {
         return {};
     }
+    int32_t GetFrozenProcesses(std::vector<SuspendManager::NativeProcessInfo>& /*processes*/) override { return 1; }
 
     SensorInfo sensors_[2] = {{{}, 1, SENSOR_TYPE_ID_AMBIENT_LIGHT}, {{}, 2, SENSOR_TYPE_ID_PROXIMITY}};
 };
@@ -162,7 +163,7 @@ TEST(SettingsAreAsked, OnceForTheirKeyAndClosedOnceWhetherOrNotTheyAreThere) {
         {"SETTINGSDATA?Proxy=true&key=airplane_mode", "settings.telephony.airplanemode",
          [](AttentivePhone&) {
              PowerOffStrategy::SetPowerOffState(false);  // it is the process's, and so other tests' too
-             std::make_shared<UserSleepPowerOffStrategy>()->StartPowerOffStatus();
+             static_cast<void>(std::make_shared<UserSleepPowerOffStrategy>()->StartPowerOffStatus());
          }},
         {"SETTINGSDATA?Proxy=true&key=nearestAlarmingTime", "nearestAlarmingTime",
          [](AttentivePhone& phone) {
@@ -261,11 +262,12 @@ TEST(FreezeStrategyStatus, NoAnswerOfTheSuspendManagerIsAFailure) {
     change.processes = {Simulated::Process{11, 0, "storage", {}, true}};
     phone.Apply(change);
     FreezeStrategy strategy;
-    strategy.StartFreeze(StandbyMessage(StandbyMessageType::PHASE_TRANSIT, {},
-                                        AAFwk::Want().SetParam(CURRENT_STATE, 4).SetParam(CURRENT_PHASE, 1)));
+    static_cast<void>(strategy.StartFreeze(StandbyMessage(
+        StandbyMessageType::PHASE_TRANSIT, {}, AAFwk::Want().SetParam(CURRENT_STATE, 4).SetParam(CURRENT_PHASE, 1))));
     EXPECT_EQ(phone.logs.back(), "Freeze, list size is 1, Freeze successd list is 0");
-    strategy.UpdateAllowedList(StandbyMessage(StandbyMessageType::ALLOW_LIST_CHANGED, {},
-                                              AAFwk::Want().SetParam("allowType", 64).SetParam("name", "storage")));
+    static_cast<void>(strategy.UpdateAllowedList(
+        StandbyMessage(StandbyMessageType::ALLOW_LIST_CHANGED, {},
+                       AAFwk::Want().SetParam("allowType", 64).SetParam("name", "storage"))));
     EXPECT_EQ(phone.logs.back(), "Freeze nativeProcess storage, freezed is failed");
 }
 
