@@ -89,7 +89,7 @@ private:
         ++lives_;
     }
 
-    /// Half a minute of the phone's life; every tenth ends the service's in one way or another.
+    /// A little of the phone's life; every fifth ends the service's in one way or another.
     void LiveOn() {
         phone_.CatchUp();
         Simulated::FactsChange facts;
@@ -101,7 +101,7 @@ private:
         service->SetAllowList(1, random_() % 2 == 0 ? std::vector<std::string>{"app"} : std::vector<std::string>());
         std::string dump;
         service->ShellDump({"DUMP_DETAIL_INFO", "DUMP_STRATGY_DETAIL"}, dump);
-        switch (random_() % 40) {
+        switch (random_() % 20) {
             case 0:  // stopped and initialised again
                 service->UnInit();
                 service->Init();
@@ -138,7 +138,7 @@ private:
             const std::string action = kActions[random() % std::size(kActions)];
             EventFwk::CommonEventManager::PublishCommonEvent(
                 EventFwk::CommonEventData(AAFwk::Want().SetAction(action).SetParam("isSleep", random() % 2 == 0)));
-            std::this_thread::sleep_for(std::chrono::microseconds(random() % 3000));
+            std::this_thread::sleep_for(std::chrono::microseconds(random() % 10000));
         }
     }
 
@@ -149,7 +149,7 @@ private:
                 service->DispatchEvent(AnyMessage(random));
                 service->Refresh();
             }
-            std::this_thread::sleep_for(std::chrono::microseconds(random() % 1000));
+            std::this_thread::sleep_for(std::chrono::microseconds(random() % 5000));
         }
     }
 

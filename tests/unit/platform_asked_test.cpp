@@ -226,7 +226,10 @@ TEST(UserSleepPowerOffStatus, ItsFirewallBeginsAndEndsWithIt) {
     phone.StartService(config);
     const auto strategy = std::make_shared<UserSleepPowerOffStrategy>();
     strategy->OnCreated();
-    EXPECT_THAT(phone.TakeCalls(), Contains(policyOff));
+    EXPECT_THAT(phone.TakeCalls(), Contains(policyOff)) << "whatever a service of before left";
+    strategy->HandleEvent(
+        StandbyMessage(StandbyMessageType::USER_SLEEP_STATE_CHANGED, {}, AAFwk::Want().SetParam("isSleep", true)));
+    EXPECT_THAT(phone.TakeCalls(), Contains(R"(SetDeviceIdlePolicy {"enable":true} -> 0)"));
     strategy->OnDestroy();
     EXPECT_THAT(phone.TakeCalls(), Contains(policyOff));
 }
