@@ -235,8 +235,40 @@ TEST(AutomaticHost, ASubscriptionThatWasRefusedIsTriedAgain) {
     const Record record = night.PlayUntil("21:08");
     EXPECT_THAT(Steps(record), Are({"21:02:00 0-1", "21:07:00 1-2"}));
     EXPECT_THAT(record.At("21:00").LogsOf("listener_manager_adapter"),
-                Contains("error the service's broadcasts could not be subscribed to"));
+                Contains("error the system's broadcasts could not be had, tried again later"));
     EXPECT_THAT(record.At("21:01").Calls(subscribe), SizeIs(2)) << "the plugin's own listener is its own matter";
+}
+
+TEST(AutomaticHost, WhatWasMissedMeanwhileIsMadeUpFor) {
+    const char* subscribe = "CommonEventManager.SubscribeCommonEvent";
+    Night deaf =
+        AutomaticNight().ScreenOff().AdvanceTo("21:01").Fail(subscribe).Crash().AdvanceTo("21:01:10").Heal(subscribe);
+    EXPECT_THAT(Steps(deaf.AdvanceTo("21:01:20").ScreenOn().PlayUntil("22:00")),
+                Are({"21:00:00 0-1", "21:01:00 0-1", "21:02:00 1-0"}))
+        << "a screen that went on";
+    Night dark = AutomaticNight().Device("fail", R"({"CommonEventManager.SubscribeCommonEvent": 1})");
+    EXPECT_THAT(Steps(dark.ScreenOff().AdvanceTo("21:00:30").Heal(subscribe).PlayUntil("21:05")),
+                Are({"21:01:00 0-1"}));
+
+    const char* tasks = "BackgroundTaskMgrHelper.GetContinuousTaskApps";
+    Night players = AutomaticNight().Device("fail", std::string(R"({")") + tasks + R"(": 5})");
+    players.Device("continuous_tasks", R"([{"type": 2, "uid": 5, "pid": 6}, {"type": 2, "uid": 7, "pid": 8}])");
+    players.AdvanceTo("21:00:30").Heal(tasks).AdvanceTo("21:10");
+    players.Set(R"({"continuous_tasks": [{"type": 2, "uid": 5, "pid": 6}]})");
+    EXPECT_THAT(players.PlayUntil("21:11").Timed().Deliveries({101}),
+                Are({R"(21:01:00 101 {"started":true,"typeId":2,"uid":5})",
+                     R"(21:01:00 101 {"started":true,"typeId":2,"uid":7})"}));
+
+    Night unlit = AutomaticNight().Device("fail", R"({"PowerMgrClient.IsScreenOn": 1})");
+    const Record unknown = unlit.AdvanceTo("21:00:30").Heal("PowerMgrClient.IsScreenOn").PlayUntil("22:00");
+    EXPECT_THAT(Steps(unknown), IsEmpty()) << "a screen that nobody tells of counts as lit";
+    EXPECT_THAT(unknown.LogsOf("state_manager_adapter"),
+                Are({"warn the power manager does not tell whether the screen is on"}));
+
+    Night plug = AutomaticNight().Fail("BatterySrvClient.GetPluggedType", 7).ScreenOff().AdvanceTo("21:01");
+    EXPECT_THAT(Steps(plug.Heal("BatterySrvClient.GetPluggedType").PlayUntil("21:11")),
+                Are({"21:05:00 0-1", "21:10:00 1-2"}))
+        << "the plug is looked at again";
 }
 
 TEST(AutomaticHost, ItsDumpAnswersToEveryQuestionOfTheNight) {

@@ -233,6 +233,38 @@ TEST(Network, ARefreshThatCannotLookLeavesTheListAsItIs) {
     EXPECT_EQ(Reach(record, "13:12"), "11 14 15 19");
 }
 
+TEST(Network, WhatTheDeviceDoesNotConfirmIsNotBelieved) {
+    const char* look = "NetPolicyClient.GetDeviceIdleTrustlist";
+    Night both =
+        Phone("12:00").AdvanceTo("13:04").Fail(look).Fail(kTrustList).AdvanceTo("13:05:30").Heal(look).Heal(kTrustList);
+    both.AdvanceTo("13:10").Fail(look).Fail(kTrustList).ScreenOn().AdvanceTo("13:10:30").Heal(look).Heal(kTrustList);
+    const Record list = both.PlayUntil("13:20");
+    EXPECT_EQ(Reach(list, "13:05:30"), "");
+    EXPECT_EQ(Reach(list, "13:06"), "12 13 14 15 17 19");
+    EXPECT_EQ(Reach(list, "13:10:30"), "all, listed 12 13 14 15 17 19");
+    EXPECT_EQ(Reach(list, "13:11"), kAllOpen);
+
+    Night unknown =
+        Phone("12:00").Device("fail", R"({"NetPolicyClient.SetDeviceIdlePolicy": 5})").AdvanceTo("12:00:01");
+    EXPECT_EQ(Reach(FallAsleep(unknown).AdvanceTo("12:00:02").Heal(kPolicy).PlayUntil("12:04"), "12:01"), "12 15 17 19")
+        << "a policy that was never confirmed is off or on";
+
+    const char* classify = "BundleManagerHelper.CheckIsSystemAppByUid";
+    Night strangers = Phone("12:00").AdvanceTo("13:04").Fail(classify).AdvanceTo("13:05:30").Heal(classify);
+    const Record classified = strangers.PlayUntil("13:20");
+    EXPECT_EQ(Reach(classified, "13:05"), "12 13 14 17 19");
+    EXPECT_EQ(Reach(classified, "13:06"), "12 13 14 15 17 19");
+    EXPECT_THAT(classified.LogsOf("running_applications"),
+                Are({"warn 9 applications could not be classified, they count as not the system's"}));
+
+    const char* tasks = "BackgroundTaskMgrHelper.GetContinuousTaskApps";
+    Night never =
+        Phone("12:00").Device("fail", std::string(R"({")") + tasks + R"(": 5})").AdvanceTo("13:05:30").Heal(tasks);
+    const Record played = never.PlayUntil("13:20");
+    EXPECT_EQ(Reach(played, "13:05"), kAllOpen) << "who plays is not known yet";
+    EXPECT_EQ(Reach(played, "13:06"), "12 13 14 15 17 19");
+}
+
 TEST(Network, NobodyIsLeftOnTheListOfACrashedService) {
     Night night = Phone("12:00").AdvanceTo("13:10");
     night.Set(R"({"processes": [{"pid": 1, "uid": 11, "name": "idle"}]})");

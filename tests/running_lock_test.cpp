@@ -160,6 +160,28 @@ TEST(RunningLocks, WhatThePowerManagerRefusesIsTriedAgain) {
     EXPECT_THAT(done("22:12"), IsEmpty()) << "it is over";
 }
 
+TEST(RunningLocks, WhatAServiceOfBeforeHeldBackIsRestored) {
+    EXPECT_THAT(Locks(LockNight().AdvanceTo("22:00").Crash().PlayUntil("22:01").At("22:00")),
+                Are({"22:00:00 restore [[11,1],[21,3]]"}));
+    const char* look = "PowerMgrClient.GetProxiedRunningLocks";
+    Night untold = LockNight().AdvanceTo("22:00").Fail(look, 3).Crash().AdvanceTo("22:00:30").Heal(look);
+    const Record record = untold.PlayUntil("22:02");
+    EXPECT_THAT(Locks(record.At("22:0")), Are({"22:01:00 restore [[11,1],[21,3]]"}));
+    EXPECT_THAT(record.At("22:00").LogsOf("running_lock_strategy"),
+                ::testing::Each("warn the proxied running locks could not be read, err code is 3"));
+}
+
+TEST(RunningLocks, ANativeIsRestoredForAllItsNames) {
+    const char* proxy = "PowerMgrClient.ProxyRunningLocks";
+    Night refused = LockNight().AdvanceTo("22:10").Fail(proxy).Set(R"({"restrict_set": {"2": []}})");
+    EXPECT_THAT(Locks(refused.AdvanceTo("22:10:30").Heal(proxy).PlayUntil("22:12").At("22:11")),
+                Are({"22:11:00 restore [[11,1]]"}));
+    Night twice = LockNight().AdvanceTo("22:10").Set(R"({"allow_list": {"2": ["daemon"]}})").AdvanceTo("22:11");
+    twice.Set(R"({"allow_list": {"2": []}})").AdvanceTo("22:12").Set(R"({"restrict_set": {"2": []}})");
+    EXPECT_THAT(Locks(twice.PlayUntil("22:13").At("22:12")),
+                Are({"22:12:00 restore [[11,1]]", "22:12:00 restore [[1,11]]"}));
+}
+
 TEST(RunningLocks, AScriptedHostDrivesNothing) {
     Night night;
     night.Strategies(R"(["RUNNING_LOCK"])").GoToDeepSleep().EnterPhase(4, 2).EnterPhase(4, 3).WakeUp();

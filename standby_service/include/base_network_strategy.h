@@ -119,15 +119,15 @@ protected:
 
 private:
     void Follow(const StandbyMessage& message);
-    ErrCode Settle(bool isRenewal);
-    ErrCode PutUp(bool isRenewal);
+    ErrCode Settle();
+    ErrCode PutUp();
     ErrCode TakeDown();
     ErrCode SwitchPolicy(bool enable);
     ErrCode DeriveAllowed(std::set<uint32_t>& allowed);
     ErrCode CollectApps();
     [[nodiscard]] std::set<uint32_t> AskWhoIsAllowed();
     bool TellTrustlist(const std::set<uint32_t>& wanted, bool isSwitching);
-    void AddTaskAndForegroundFlags();
+    bool AddTaskAndForegroundFlags();
     void DumpApplications(std::string& result);
 
     Firewall kind_ = Firewall::USER_SLEEP;

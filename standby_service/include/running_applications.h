@@ -47,6 +47,12 @@ public:
     /// Asks for continuous tasks and the foreground. False when one of them was not answered.
     bool UpdateUse();
 
+    /// Whether of every running application it is known if it belongs to the system; else an update asks again.
+    [[nodiscard]] bool AreAllClassified() const noexcept { return unclassified_ == 0; }
+
+    /// Whether the phone ever told its continuous tasks and its foreground.
+    [[nodiscard]] bool IsUseKnown() const noexcept { return areTasksKnown_ && isForegroundKnown_; }
+
     [[nodiscard]] const std::map<int32_t, RunningApplication>& ByUid() const noexcept { return byUid_; }
 
 private:
@@ -60,6 +66,9 @@ private:
     std::map<int32_t, RunningApplication> byUid_;
     std::map<int32_t, std::set<uint32_t>> taskTypes_;  ///< by uid, of applications that do not run too
     std::set<int32_t> foregroundUids_;
+    size_t unclassified_ = 0;  ///< applications
+    bool areTasksKnown_ = false;
+    bool isForegroundKnown_ = false;
 };
 
 }  // namespace TARN::DevStandbyMgr

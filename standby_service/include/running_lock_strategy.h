@@ -64,6 +64,8 @@ private:
     void FollowAllowedNatives();
     void RenewNatives();
     void RestoreLeft();
+    void LookAtHeld();
+    [[nodiscard]] std::vector<Pair> HeldNatives() const;
     void ChangeFlag(int32_t uid, const std::string& name, uint8_t flag, bool isSet);
 
     bool isWanted_ = false;                ///< SLEEP has reached the phase
@@ -74,6 +76,8 @@ private:
     std::map<Pair, ProxiedAppInfo> apps_;  ///< the running applications' processes, by pid and uid
     std::set<Pair> held_;                  ///< what the power manager holds back, as it confirmed
     std::set<Pair> refused_;               ///< what it would not hold back when it was asked to
+    std::set<Pair> owed_;                  ///< what it would not restore
+    bool isHeldKnown_ = true;              ///< false: it was asked what it holds, and did not tell
     std::set<std::string> allowed_;        ///< the allow list, as last seen
     std::set<std::string> restricted_;     ///< the restrict set, as last seen
     std::set<std::pair<int32_t, std::string>> exemptedNatives_;  ///< uid and name

@@ -14,9 +14,10 @@ namespace TARN::DevStandbyMgr {
 ///
 /// In automatic mode the screen going off leads to DARK and from there, step by step, deeper; the lengths
 /// of the steps are those of StandbyPolicy, the conditions those of the constraint manager. Screen on and a
-/// plugged charger lead to WORKING at once. A service that starts with the screen off starts towards DARK. SLEEP is
-/// interrupted by MAINTENANCE and resumes in the phase it had reached. Each change dispatches one STATE_TRANSIT, each
-/// phase one PHASE_TRANSIT. In scripted mode it stays where it is.
+/// plugged charger lead to WORKING at once. A phone that lies plugged in with its screen off is looked at again and
+/// again, should nobody tell that it was unplugged. A service that starts with the screen off starts towards DARK.
+/// SLEEP is interrupted by MAINTENANCE and resumes in the phase it had reached. Each change dispatches one
+/// STATE_TRANSIT, each phase one PHASE_TRANSIT. In scripted mode it stays where it is.
 ///
 /// Lengths are delays of the handler's tasks and so run on the boot clock; the wall clock decides nothing here. While a
 /// state is blocked no time counts; what would have woken the phone meanwhile takes effect when it is unblocked.
@@ -42,6 +43,8 @@ public:
 private:
     void OnScreenOn();
     void OnScreenOff();
+    void LookAtScreen();
+    void LookAtPlug();
     void Wake(uint32_t state);
     void ScheduleStep();
     void ScheduleMaintenance();
@@ -58,6 +61,7 @@ private:
     bool isBlocked_ = false;
     std::optional<uint32_t> missed_;  ///< the least deep state that was asked for while blocked
     bool isScreenOn_ = true;
+    bool isScreenKnown_ = true;  ///< false: the power manager did not tell when this began
     bool scrOffHalfHourCtrl_ = false;
     int64_t screenOffTimeStamp_ = 0;
     int64_t stateSinceMs_ = 0;     ///< wall clock, for people

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <iterator>
+#include <optional>
 #include <utility>
 
 #include "dump_words.h"
@@ -27,8 +28,9 @@ constexpr size_t kFirewalls = 2;
 /// The one firewall of the phone, as all network strategies see it, beside the two fields that derived classes share.
 struct SharedFirewall {
     bool isWanted = false;
-    bool isPolicyOn = true;       ///< as the device confirmed last; before it did, the worst is assumed
-    std::set<uint32_t> trusted;   ///< the trust list as the device told last
+    std::optional<bool> policy;   ///< on or off, as the device confirmed last; nobody knows before it did
+    std::set<uint32_t> trusted;   ///< the trust list as the device told last, and whoever may have come onto it since
+    bool isListKnown = false;     ///< the device told it, and nothing happened to it that it did not confirm
     bool isStandbysTurn = false;  ///< the applications were collected for deep standby, not for the user's sleep
     int64_t switchedMs = 0;       ///< when the policy was last switched, 0 never
     BaseNetworkStrategy* inCharge = nullptr;                 ///< who follows changes: the last that was asked for it
@@ -50,10 +52,16 @@ bool IsExempting(uint32_t taskType, int32_t mask) {
     return taskType < kTaskTypes && ((static_cast<uint32_t>(mask) >> taskType) & 1U) != 0;
 }
 
-/// Asks the device for the trust list it holds. False, and the last answer stays, when it does not tell.
+bool IsPolicy(bool isOn) {
+    return g_firewall.policy == isOn;
+}
+
+/// Asks the device for the trust list it holds. False, and what is believed of it stays, when it does not tell.
 bool LookAtTrustlist() {
     std::vector<uint32_t> uids;
-    if (const int32_t status = Client()->GetDeviceIdleTrustlist(uids); status != ERR_OK) {
+    const int32_t status = Client()->GetDeviceIdleTrustlist(uids);
+    g_firewall.isListKnown = status == ERR_OK;
+    if (status != ERR_OK) {
         STANDBYSERVICE_LOGW("the trust list could not be read, err code is %{public}d", status);
         return false;
     }
@@ -170,13 +178,17 @@ ErrCode BaseNetworkStrategy::DisableNetworkFirewall(const StandbyMessage& messag
 void BaseNetworkStrategy::GiveUpPending() {
     if (g_firewall.isWanted && !isFirewallEnabled_) {
         g_firewall.isWanted = false;
-        Settle(false);
+        Settle();
     }
 }
 
 ErrCode BaseNetworkStrategy::EnableNetworkFirewallInner() {
     Applications().MarkStale();
-    HandleDeviceIdlePolicy(true);
+    if (IsPolicy(true)) {
+        UpdateFirewallAllowList();  // it could not go off, and now it is wanted again
+    } else {
+        HandleDeviceIdlePolicy(true);
+    }
     return idlePolicyStatus_;
 }
 
@@ -187,14 +199,18 @@ void BaseNetworkStrategy::DisableNetworkFirewallInner() {
 void BaseNetworkStrategy::HandleDeviceIdlePolicy(bool enableFirewall) {
     g_firewall.inCharge = this;
     g_firewall.isWanted = enableFirewall;
-    idlePolicyStatus_ = Settle(enableFirewall);
+    if (enableFirewall && IsPolicy(true)) {
+        idlePolicyStatus_ = SwitchPolicy(true);  // says it once more; its list follows changes by itself
+    } else {
+        idlePolicyStatus_ = Settle();
+    }
 }
 
 void BaseNetworkStrategy::UpdateFirewallAllowList() {
     g_firewall.inCharge = this;
     g_firewall.isWanted = true;
     Applications().MarkStale();
-    Settle(false);
+    idlePolicyStatus_ = Settle();
 }
 
 void BaseNetworkStrategy::UpdateExemptionList(const StandbyMessage& message) {
@@ -212,45 +228,47 @@ void BaseNetworkStrategy::HandleProcessStatusChanged(const StandbyMessage& /*mes
 }
 
 void BaseNetworkStrategy::FollowChanges() {
-    if (g_firewall.inCharge != nullptr && g_firewall.inCharge != this) {
-        return;
+    if (g_firewall.inCharge == nullptr) {
+        g_firewall.inCharge = this;
     }
-    if (g_firewall.isWanted || g_firewall.isPolicyOn || !g_firewall.trusted.empty()) {
-        Settle(false);
+    const bool isSettled =
+        !g_firewall.isWanted && IsPolicy(false) && g_firewall.isListKnown && g_firewall.trusted.empty();
+    if (g_firewall.inCharge == this && !isSettled) {
+        Settle();
     }
 }
 
 /// Brings the device to what is wanted. What it refuses now is tried again later.
-ErrCode BaseNetworkStrategy::Settle(bool isRenewal) {
-    const ErrCode status = g_firewall.isWanted ? PutUp(isRenewal) : TakeDown();
-    isFirewallEnabled_ = g_firewall.isPolicyOn;
+ErrCode BaseNetworkStrategy::Settle() {
+    const ErrCode status = g_firewall.isWanted ? PutUp() : TakeDown();
+    isFirewallEnabled_ = IsPolicy(true);
     if (status != ERR_OK) {
         StandbyServiceImpl::GetInstance()->RefreshLater();
     }
     return status;
 }
 
-ErrCode BaseNetworkStrategy::PutUp(bool isRenewal) {
+ErrCode BaseNetworkStrategy::PutUp() {
+    const bool isSwitching = !IsPolicy(true);
     std::set<uint32_t> allowed;
     const ErrCode derived = DeriveAllowed(allowed);
-    if (derived != ERR_OK && !g_firewall.isPolicyOn) {
+    if (derived != ERR_OK && isSwitching) {
         return derived;  // a policy without its list would cut off everybody
     }
-    const bool isListed = derived == ERR_OK && TellTrustlist(allowed, !g_firewall.isPolicyOn);
-    if (!isListed) {
+    if (derived != ERR_OK || !TellTrustlist(allowed, isSwitching)) {
         StandbyServiceImpl::GetInstance()->RefreshLater();  // the policy goes on without waiting for the list
     }
-    return isRenewal || !g_firewall.isPolicyOn ? SwitchPolicy(true) : ERR_OK;
+    return isSwitching ? SwitchPolicy(true) : ERR_OK;
 }
 
 ErrCode BaseNetworkStrategy::TakeDown() {
-    const bool wasOn = g_firewall.isPolicyOn;
-    if (wasOn) {
+    const bool isSwitching = !IsPolicy(false);
+    if (isSwitching) {
         if (const ErrCode status = SwitchPolicy(false); status != ERR_OK) {
             return status;  // and whoever is on the list of a policy that stays needs it
         }
     }
-    if (!TellTrustlist({}, wasOn)) {
+    if (!TellTrustlist({}, isSwitching)) {
         StandbyServiceImpl::GetInstance()->RefreshLater();
     }
     return ERR_OK;
@@ -262,17 +280,17 @@ ErrCode BaseNetworkStrategy::SwitchPolicy(bool enable) {
         STANDBYSERVICE_LOGW("the device-idle policy was refused, err code is %{public}d", status);
         return status;
     }
-    if (std::exchange(g_firewall.isPolicyOn, enable) != enable) {
+    if (std::exchange(g_firewall.policy, enable) != enable) {
         g_firewall.switchedMs = MiscServices::TimeServiceClient::GetInstance()->GetWallTimeMs();
     }
     return ERR_OK;
 }
 
 /// Tells the device what has to change on its trust list. `isSwitching` says so too when nothing has to. False when the
-/// list is not as wanted after that.
+/// device did not confirm that the list is as wanted after that.
 bool BaseNetworkStrategy::TellTrustlist(const std::set<uint32_t>& wanted, bool isSwitching) {
-    LookAtTrustlist();
-    const std::vector<uint32_t> added = Difference(wanted, g_firewall.trusted);
+    const bool isKnown = LookAtTrustlist();
+    const std::vector<uint32_t> added = Difference(wanted, isKnown ? g_firewall.trusted : std::set<uint32_t>());
     const std::vector<uint32_t> removed = Difference(g_firewall.trusted, wanted);
     if (!added.empty() || (isSwitching && g_firewall.isWanted)) {
         SetFirewallAllowedList(added, true);
@@ -280,10 +298,15 @@ bool BaseNetworkStrategy::TellTrustlist(const std::set<uint32_t>& wanted, bool i
     if (!removed.empty() || (isSwitching && !g_firewall.isWanted)) {
         SetFirewallAllowedList(removed, false);
     }
-    if ((!added.empty() || !removed.empty()) && !LookAtTrustlist()) {
-        g_firewall.trusted = wanted;  // what was told has to do
+    if (isKnown && added.empty() && removed.empty()) {
+        return true;
     }
-    return g_firewall.trusted == wanted;
+    if (isKnown && LookAtTrustlist()) {
+        return g_firewall.trusted == wanted;
+    }
+    g_firewall.isListKnown = false;
+    g_firewall.trusted.insert(wanted.begin(), wanted.end());  // whoever may be on it, to be taken off some day
+    return false;
 }
 
 /// Whom the strategy that this moment belongs to lets through. The bits of the applications stay as they were when they
@@ -346,34 +369,32 @@ void BaseNetworkStrategy::ResetFirewallAllowList() {
     g_firewall.isWanted = false;
     g_firewall.inCharge = nullptr;
     std::replace(g_firewall.live.begin(), g_firewall.live.end(), this, static_cast<BaseNetworkStrategy*>(nullptr));
-    bool isReset = !g_firewall.isPolicyOn || SwitchPolicy(false) == ERR_OK;
-    if (isReset) {
-        if (!LookAtTrustlist() && Applications().Update() == ERR_OK) {
-            for (const auto& [uid, app] : Applications().ByUid()) {
-                g_firewall.trusted.insert(static_cast<uint32_t>(uid));
-            }
-        }
-        if (const std::vector<uint32_t> uids = Difference(g_firewall.trusted, {}); !uids.empty()) {
-            const int32_t status = Client()->SetDeviceIdleTrustlist(uids, false);
-            isReset = status == ERR_OK;
-            if (isReset) {
-                g_firewall.trusted.clear();
-            } else {
-                STANDBYSERVICE_LOGW("the trust list could not be emptied, err code is %{public}d", status);
-            }
+    netLimitedAppInfo_.clear();
+    if (!IsPolicy(false) && SwitchPolicy(false) != ERR_OK) {
+        StandbyServiceImpl::GetInstance()->RefreshLater();
+        return;
+    }
+    if (!LookAtTrustlist() && Applications().Update() == ERR_OK) {
+        for (const auto& [uid, app] : Applications().ByUid()) {
+            g_firewall.trusted.insert(static_cast<uint32_t>(uid));  // anybody may be on it
         }
     }
-    netLimitedAppInfo_.clear();
-    if (!isReset) {
+    if (const std::vector<uint32_t> uids = Difference(g_firewall.trusted, {}); !uids.empty()) {
+        if (const int32_t status = Client()->SetDeviceIdleTrustlist(uids, false); status == ERR_OK) {
+            g_firewall.trusted.clear();
+        } else {
+            STANDBYSERVICE_LOGW("the trust list could not be emptied, err code is %{public}d", status);
+        }
+    }
+    if (!g_firewall.trusted.empty() || !g_firewall.isListKnown) {
         StandbyServiceImpl::GetInstance()->RefreshLater();
     }
 }
 
 ErrCode BaseNetworkStrategy::InitNetLimitedAppInfo() {
-    if (GetAllRunningAppInfo() != ERR_OK || GetExemptionConfig() != ERR_OK) {
+    if (GetAllRunningAppInfo() != ERR_OK || GetExemptionConfig() != ERR_OK || !AddTaskAndForegroundFlags()) {
         return ERR_RUNNING_PROCESSES_UNAVAILABLE;
     }
-    AddTaskAndForegroundFlags();
     g_firewall.isStandbysTurn = true;
     return ERR_OK;
 }
@@ -382,6 +403,9 @@ ErrCode BaseNetworkStrategy::GetAllRunningAppInfo() {
     g_firewall.isStandbysTurn = false;
     if (Applications().Update() != ERR_OK) {
         return ERR_RUNNING_PROCESSES_UNAVAILABLE;
+    }
+    if (!Applications().AreAllClassified()) {
+        StandbyServiceImpl::GetInstance()->RefreshLater();
     }
     netLimitedAppInfo_.clear();
     for (const auto& [uid, app] : Applications().ByUid()) {
@@ -415,9 +439,13 @@ ErrCode BaseNetworkStrategy::GetExemptionConfig() {
     return ERR_OK;
 }
 
-void BaseNetworkStrategy::AddTaskAndForegroundFlags() {
+/// False when the phone never told, on a host that decides by itself: who plays or is looked at would be cut off.
+bool BaseNetworkStrategy::AddTaskAndForegroundFlags() {
     if (!Applications().UpdateUse()) {
         StandbyServiceImpl::GetInstance()->RefreshLater();
+        if (!Applications().IsUseKnown() && IsAutomatic()) {
+            return false;
+        }
     }
     for (const auto& [uid, app] : Applications().ByUid()) {
         uint8_t& flags = netLimitedAppInfo_[static_cast<uint32_t>(uid)].exemptionFlags;
@@ -426,6 +454,7 @@ void BaseNetworkStrategy::AddTaskAndForegroundFlags() {
         flags |= isExempted ? ExemptionFlag::CONTINUOUS_TASK : uint8_t{0};
         flags |= app.isForeground ? ExemptionFlag::FOREGROUND : uint8_t{0};
     }
+    return true;
 }
 
 void BaseNetworkStrategy::ShellDump(const std::vector<std::string>& args, std::string& result) {
@@ -442,13 +471,16 @@ void BaseNetworkStrategy::ShellDump(const std::vector<std::string>& args, std::s
         result += "told by the one in charge\n";  // the firewall is one
         return;
     }
-    result += "firewall: " + std::string(g_firewall.isPolicyOn ? "on" : "off");
+    result += std::string("firewall: ") + (IsPolicy(true) ? "on" : IsPolicy(false) ? "off" : "not known");
     result += g_firewall.switchedMs == 0 ? "" : " since " + LocalTimeText(g_firewall.switchedMs);
-    if (g_firewall.isWanted != g_firewall.isPolicyOn) {
+    if (!IsPolicy(g_firewall.isWanted)) {
         result += g_firewall.isWanted ? ", to go on as soon as it can" : ", to go off as soon as it can";
     }
     result += "\n";
-    if (g_firewall.isPolicyOn || g_firewall.isWanted) {
+    if (!g_firewall.isListKnown) {
+        result += "the device did not confirm its trust list\n";
+    }
+    if (!IsPolicy(false) || g_firewall.isWanted) {
         result += g_firewall.isStandbysTurn ? "rule: deep standby\n" : "rule: user sleep, configured exemptions only\n";
         DumpApplications(result);
     } else if (!g_firewall.trusted.empty()) {

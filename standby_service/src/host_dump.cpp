@@ -6,6 +6,7 @@
 #include "local_time.h"
 #include "standby_constants.h"
 #include "standby_service_impl.h"
+#include "standby_service_log.h"
 #include "suspend_manager_client.h"
 #include "time_service_client.h"
 
@@ -13,7 +14,11 @@ namespace TARN::DevStandbyMgr {
 
 namespace {
 
-constexpr char kUnknown[] = "not known, the device does not tell\n";
+/// What stands where the device does not tell.
+std::string Unknown(const char* what, int32_t status) {
+    STANDBYSERVICE_LOGW("the %{public}s could not be read for the dump, err code is %{public}d", what, status);
+    return "not known, err code is " + std::to_string(status) + "\n";
+}
 
 std::string Line(const std::set<std::string>& names) {
     std::string line;
@@ -29,8 +34,9 @@ std::string Condition(uint32_t condition) {
 
 std::string Frozen() {
     std::vector<SuspendManager::NativeProcessInfo> processes;
-    if (SuspendManager::SuspendManagerClient::GetInstance().GetFrozenProcesses(processes) != ERR_OK) {
-        return kUnknown;
+    if (const int32_t status = SuspendManager::SuspendManagerClient::GetInstance().GetFrozenProcesses(processes);
+        status != ERR_OK) {
+        return Unknown("frozen processes", status);
     }
     std::string text = std::to_string(processes.size()) + "\n";
     for (const auto& process : processes) {
@@ -41,8 +47,9 @@ std::string Frozen() {
 
 std::string Batching() {
     MiscServices::TimerBatching batching;
-    if (MiscServices::TimeServiceClient::GetInstance()->GetTimerBatching(batching) != ERR_OK) {
-        return kUnknown;
+    if (const int32_t status = MiscServices::TimeServiceClient::GetInstance()->GetTimerBatching(batching);
+        status != ERR_OK) {
+        return Unknown("timers' batching", status);
     }
     return (batching.isAdjusted ? "stretched to " + std::to_string(batching.intervalSeconds) + " s"
                                 : std::string("not stretched")) +
@@ -58,12 +65,15 @@ void StandbyServiceImpl::DumpHost(const std::vector<std::string>& args, std::str
     stateManager_->ShellDump(args, result);
     constraintManager_->ShellDump(args, result);
     result += "frozen: " + Frozen();
+    result += "exempt from freezing: ";
     std::vector<AllowInfo> allowInfos;
-    if (GetAllowList(AllowType::FREEZE, allowInfos, 0) == ERR_OK) {
+    if (const int32_t status = GetAllowList(AllowType::FREEZE, allowInfos, 0); status != ERR_OK) {
+        result += Unknown("allow list", status);
+    } else {
         std::set<std::string> names;
         std::transform(allowInfos.begin(), allowInfos.end(), std::inserter(names, names.end()),
                        [](const AllowInfo& info) { return info.GetName(); });
-        result += "exempt from freezing: " + Line(names) + "\n";
+        result += Line(names) + "\n";
     }
     result += "timers: " + Batching();
 }

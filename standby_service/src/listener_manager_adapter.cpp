@@ -1,16 +1,20 @@
 #include "listener_manager_adapter.h"
 
+#include <atomic>
 #include <mutex>
+#include <optional>
 #include <set>
 #include <tuple>
 #include <utility>
 
 #include "app_mgr_client.h"
 #include "background_task_mgr_helper.h"
+#include "battery_srv_client.h"
 #include "common_event_manager.h"
 #include "common_event_support.h"
 #include "condition_watch.h"
 #include "net_policy_client.h"
+#include "power_mgr_client.h"
 #include "standby_constants.h"
 #include "standby_service_impl.h"
 #include "standby_service_log.h"
@@ -24,35 +28,62 @@ using BackgroundTaskMgr::ContinuousTaskCallbackInfo;
 using EventFwk::CommonEventManager;
 using EventFwk::CommonEventSupport;
 
-/// A subscriber of the service's own.
-class HostSubscriber : public EventFwk::CommonEventSubscriber,
-                       public IMesssageListener,
-                       public std::enable_shared_from_this<HostSubscriber> {
+/// A listener of the service's own, which the phone may refuse.
+class HostListener : public IMesssageListener {
 public:
-    using EventFwk::CommonEventSubscriber::CommonEventSubscriber;
+    /// Whether it was started, was refused, and was not stopped since.
+    [[nodiscard]] bool IsRefused() const noexcept { return isRefused_; }
 
-    ErrCode StartListener() override {
-        isRefused_ = !CommonEventManager::SubscribeCommonEvent(shared_from_this());
+    /// Makes up for what was missed when a later start succeeds.
+    virtual void CatchUp() {}
+
+protected:
+    /// Takes note of how a start ended; a refusal is a line in the log and is tried again.
+    ErrCode Started(bool isAccepted, const char* what) {
+        isRefused_ = !isAccepted;
         if (isRefused_) {
-            STANDBYSERVICE_LOGE("the service's broadcasts could not be subscribed to");
+            STANDBYSERVICE_LOGE("%{public}s could not be had, tried again later", what);
             StandbyServiceImpl::GetInstance()->RefreshLater();
         }
         return isRefused_ ? ERR_COMMON_EVENT_SUBSCRIBE : ERR_OK;
     }
 
+    bool isRefused_ = false;
+};
+
+/// A subscriber of the service's own.
+class HostSubscriber : public EventFwk::CommonEventSubscriber,
+                       public HostListener,
+                       public std::enable_shared_from_this<HostSubscriber> {
+public:
+    using EventFwk::CommonEventSubscriber::CommonEventSubscriber;
+
+    ErrCode StartListener() override {
+        isListening_ = true;
+        return Started(CommonEventManager::SubscribeCommonEvent(shared_from_this()), "the system's broadcasts");
+    }
+
     ErrCode StopListener() override {
+        isListening_ = false;
         if (std::exchange(isRefused_, false) || CommonEventManager::UnSubscribeCommonEvent(shared_from_this())) {
             return ERR_OK;
         }
-        STANDBYSERVICE_LOGE("the service's broadcasts could not be unsubscribed from");
+        STANDBYSERVICE_LOGE("the system's broadcasts could not be unsubscribed from");
         return ERR_COMMON_EVENT_UNSUBSCRIBE;
     }
 
-    /// Whether it was started, was refused, and was not stopped since.
-    [[nodiscard]] bool IsRefused() const noexcept { return isRefused_; }
+    void OnReceiveEvent(const EventFwk::CommonEventData& data) final {
+        const auto service = StandbyServiceImpl::GetInstance();
+        if (isListening_ && service != nullptr) {  // one that could not be unsubscribed hears on
+            OnBroadcast(*service, data.GetWant());
+        }
+    }
+
+protected:
+    virtual void OnBroadcast(StandbyServiceImpl& service, const AAFwk::Want& want) = 0;
 
 private:
-    bool isRefused_ = false;
+    std::atomic<bool> isListening_ = false;
 };
 
 /// Hands system broadcasts on as COMMON_EVENT.
@@ -60,11 +91,24 @@ class BroadcastListener : public HostSubscriber {
 public:
     using HostSubscriber::HostSubscriber;
 
-    void OnReceiveEvent(const EventFwk::CommonEventData& data) override {
-        const AAFwk::Want& want = data.GetWant();
-        if (const auto service = StandbyServiceImpl::GetInstance()) {
-            service->DispatchEvent(StandbyMessage(StandbyMessageType::COMMON_EVENT, want.GetAction(), want));
+    /// Tells charger and screen as they are now, whose broadcasts may have been missed.
+    void CatchUp() override {
+        const bool isPlugged = PowerMgr::BatterySrvClient::GetInstance().GetPluggedType() != 0;
+        Tell(isPlugged ? CommonEventSupport::COMMON_EVENT_CHARGING : CommonEventSupport::COMMON_EVENT_DISCHARGING);
+        if (const std::optional<bool> isOn = PowerMgr::PowerMgrClient::GetInstance().IsScreenOn()) {
+            Tell(*isOn ? CommonEventSupport::COMMON_EVENT_SCREEN_ON : CommonEventSupport::COMMON_EVENT_SCREEN_OFF);
         }
+    }
+
+protected:
+    void OnBroadcast(StandbyServiceImpl& service, const AAFwk::Want& want) override {
+        service.DispatchEvent(StandbyMessage(StandbyMessageType::COMMON_EVENT, want.GetAction(), want));
+    }
+
+private:
+    static void Tell(std::string_view action) {
+        StandbyServiceImpl::GetInstance()->DispatchEvent(
+            StandbyMessage(StandbyMessageType::COMMON_EVENT, std::string(action), AAFwk::Want()));
     }
 };
 
@@ -73,12 +117,11 @@ class ClockListener : public HostSubscriber {
 public:
     using HostSubscriber::HostSubscriber;
 
-    void OnReceiveEvent(const EventFwk::CommonEventData& /*data*/) override {
-        const auto service = StandbyServiceImpl::GetInstance();
-        if (service == nullptr) {
-            return;
-        }
-        service->GetHandler()->PostTask([] {
+    void CatchUp() override { StandbyServiceImpl::GetInstance()->GetConditionWatch().OnClockChanged(); }
+
+protected:
+    void OnBroadcast(StandbyServiceImpl& service, const AAFwk::Want& /*want*/) override {
+        service.GetHandler()->PostTask([] {
             if (const auto running = StandbyServiceImpl::GetInstance()) {
                 running->GetConditionWatch().OnClockChanged();
             }
@@ -87,7 +130,7 @@ public:
 };
 
 /// Tells which continuous tasks start, and when the last of a type is over.
-class BackgroundTaskListener : public IMesssageListener, public std::enable_shared_from_this<BackgroundTaskListener> {
+class BackgroundTaskListener : public HostListener, public std::enable_shared_from_this<BackgroundTaskListener> {
 public:
     ErrCode StartListener() override {
         BackgroundTaskMgrHelper::ObserveContinuousTasks(
@@ -97,19 +140,18 @@ public:
                 }
             });
         std::vector<std::shared_ptr<ContinuousTaskCallbackInfo>> running;
-        if (BackgroundTaskMgrHelper::GetContinuousTaskApps(running) != ERR_OK) {
-            STANDBYSERVICE_LOGW("the continuous tasks could not be fetched");
-        }
+        const bool isTold = BackgroundTaskMgrHelper::GetContinuousTaskApps(running) == ERR_OK;
         for (const auto& task : running) {
             if (task != nullptr) {
                 OnTask(*task, true);
             }
         }
-        return ERR_OK;
+        return Started(isTold, "the continuous tasks");
     }
 
     ErrCode StopListener() override {
         BackgroundTaskMgrHelper::ObserveContinuousTasks(nullptr);
+        isRefused_ = false;
         const std::lock_guard lock(mutex_);
         tasks_.clear();
         return ERR_OK;
@@ -138,8 +180,7 @@ private:
     bool Note(const Task& task, bool started) {
         const std::lock_guard lock(mutex_);  // the manager reports on a thread of its own
         if (started) {
-            tasks_.insert(task);
-            return true;
+            return tasks_.insert(task).second;
         }
         tasks_.erase(task);
         const auto sameType = tasks_.lower_bound({std::get<0>(task), INT32_MIN, INT32_MIN});
@@ -195,7 +236,7 @@ private:
 };
 
 template <class Listener>
-std::shared_ptr<HostSubscriber> MakeSubscriber(std::initializer_list<std::string_view> actions) {
+std::shared_ptr<HostListener> MakeSubscriber(std::initializer_list<std::string_view> actions) {
     EventFwk::MatchingSkills skills;
     for (const std::string_view action : actions) {
         skills.AddEvent(action);
@@ -206,13 +247,13 @@ std::shared_ptr<HostSubscriber> MakeSubscriber(std::initializer_list<std::string
 /// Starts listeners again that were refused.
 class RefusedListeners : public IMesssageListener {
 public:
-    explicit RefusedListeners(std::vector<std::shared_ptr<HostSubscriber>> listeners)
+    explicit RefusedListeners(std::vector<std::shared_ptr<HostListener>> listeners)
         : listeners_(std::move(listeners)) {}
 
     ErrCode StartListener() override {
         for (const auto& listener : listeners_) {
-            if (listener->IsRefused()) {
-                listener->StartListener();
+            if (listener->IsRefused() && listener->StartListener() == ERR_OK) {
+                listener->CatchUp();
             }
         }
         return ERR_OK;
@@ -221,7 +262,7 @@ public:
     ErrCode StopListener() override { return ERR_OK; }
 
 private:
-    std::vector<std::shared_ptr<HostSubscriber>> listeners_;
+    std::vector<std::shared_ptr<HostListener>> listeners_;
 };
 
 }  // namespace
@@ -236,10 +277,11 @@ bool ListenerManagerAdapter::Init() {
          CommonEventSupport::COMMON_EVENT_POWER_SAVE_MODE_CHANGED, "COMMON_EVENT_TIMER_SA_ABILITY"});
     const auto clock = MakeSubscriber<ClockListener>(
         {CommonEventSupport::COMMON_EVENT_TIME_CHANGED, CommonEventSupport::COMMON_EVENT_TIMEZONE_CHANGED});
-    messageListenerList_ = {broadcasts, std::make_shared<BackgroundTaskListener>(),
-                            std::make_shared<ApplicationListener>(), std::make_shared<IdlePolicyListener>(), clock};
+    const auto tasks = std::make_shared<BackgroundTaskListener>();
+    messageListenerList_ = {broadcasts, tasks, std::make_shared<ApplicationListener>(),
+                            std::make_shared<IdlePolicyListener>(), clock};
     eventListenerMap_[StandbyMessageType::HOST_REFRESH] =
-        std::make_shared<RefusedListeners>(std::vector{broadcasts, clock});
+        std::make_shared<RefusedListeners>(std::vector<std::shared_ptr<HostListener>>{broadcasts, tasks, clock});
     return true;
 }
 

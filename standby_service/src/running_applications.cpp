@@ -1,6 +1,7 @@
 #include "running_applications.h"
 
 #include <memory>
+#include <utility>
 
 #include "app_mgr_helper.h"
 #include "background_task_mgr_helper.h"
@@ -57,11 +58,12 @@ ErrCode RunningApplications::Update() {
         }
         app.processes.push_back({process.pid_, name});
     }
-    if (unclassified != 0) {
+    if (std::exchange(unclassified_, unclassified) != unclassified && unclassified != 0) {
         STANDBYSERVICE_LOGW("%{public}lu applications could not be classified, they count as not the system's",
                             unclassified);
     }
     byUid_.swap(running);
+    isStale_ = isStale_ || unclassified != 0;
     isUseStale_ = true;  // to be matched with those who run now
     return ERR_OK;
 }
@@ -87,6 +89,7 @@ bool RunningApplications::UpdateTasks() {
         STANDBYSERVICE_LOGW("the continuous tasks could not be fetched");
         return false;
     }
+    areTasksKnown_ = true;
     taskTypes_.clear();
     for (const auto& task : tasks) {
         if (task != nullptr) {
@@ -102,6 +105,7 @@ bool RunningApplications::UpdateForeground() {
         STANDBYSERVICE_LOGW("the foreground applications could not be fetched");
         return false;
     }
+    isForegroundKnown_ = true;
     foregroundUids_.clear();
     for (const auto& app : foreground) {
         foregroundUids_.insert(app.uid);

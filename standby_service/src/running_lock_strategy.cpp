@@ -1,5 +1,7 @@
 #include "running_lock_strategy.h"
 
+#include <algorithm>
+#include <iterator>
 #include <list>
 
 #include "ability_manager_helper.h"
@@ -65,8 +67,9 @@ void RunningLockStrategy::HandleEvent(const StandbyMessage& message) {
 ErrCode RunningLockStrategy::OnCreated() {
     isProxied_ = false;
     isWanted_ = false;
-    if (!held_.empty()) {
-        RefreshLater();  // restoring was refused when this strategy was last destroyed
+    if (IsAutomatic()) {
+        LookAtHeld();
+        RestoreLeft();  // what a service of before held back when it crashed, or could not restore
     }
     return ERR_OK;
 }
@@ -79,6 +82,9 @@ ErrCode RunningLockStrategy::OnDestroy() {
 
 /// Brings the power manager to what is wanted now.
 void RunningLockStrategy::Settle() {
+    if (!isHeldKnown_) {
+        LookAtHeld();
+    }
     if (isWanted_ && !isProxied_) {
         StartProxy();
     } else if (isWanted_) {
@@ -107,6 +113,7 @@ void RunningLockStrategy::StopProxy() {
     isProxied_ = false;
     ClearProxyRecord();
     refused_.clear();
+    owed_.clear();
     RestoreLeft();
 }
 
@@ -117,13 +124,15 @@ void RunningLockStrategy::FollowChanges() {
         return;
     }
     TellApps();
+    const std::set<Pair> refused = std::exchange(refused_, {});  // of natives, since applications were just told
+    const std::set<Pair> owed = std::exchange(owed_, {});
+    ProxyRunningLockList(true, {refused.begin(), refused.end()});
+    ProxyRunningLockList(false, {owed.begin(), owed.end()});
     if (restricted_ != restrictedBefore || !areNativesKnown_) {
         RenewNatives();
     } else {
         FollowAllowedNatives();
     }
-    const std::set<Pair> refused = std::exchange(refused_, {});
-    ProxyRunningLockList(true, {refused.begin(), refused.end()});
 }
 
 ErrCode RunningLockStrategy::CollectApps() {
@@ -131,7 +140,7 @@ ErrCode RunningLockStrategy::CollectApps() {
                                                  AllowType::RUNNING_LOCK, kConfigName, allowed_, restricted_)) {
         return ERR_RUNNING_PROCESSES_UNAVAILABLE;
     }
-    if (!Applications().UpdateUse()) {
+    if (!Applications().UpdateUse() || !Applications().AreAllClassified()) {
         RefreshLater();
     }
     std::map<Pair, ProxiedAppInfo> apps;
@@ -161,6 +170,7 @@ void RunningLockStrategy::TellApps() {
     std::vector<Pair> toRestore;
     for (const auto& [pair, app] : apps_) {
         refused_.erase(pair);  // an application is asked for anew each time
+        owed_.erase(pair);
         if (IsExempted(app.exemptionFlag) == (held_.count(pair) != 0)) {
             (IsExempted(app.exemptionFlag) ? toRestore : toProxy).push_back(pair);
         }
@@ -213,6 +223,7 @@ void RunningLockStrategy::FollowAllowedNatives() {
 void RunningLockStrategy::RenewNatives() {
     areAppsLeftAlone_ = true;
     ProxyAppAndProcess(false);
+    ProxyRunningLockList(false, HeldNatives());  // those that were held back under both orders of their pair
     CollectNatives();
     ProxyAppAndProcess(true);
     areAppsLeftAlone_ = false;
@@ -220,6 +231,25 @@ void RunningLockStrategy::RenewNatives() {
 
 void RunningLockStrategy::RestoreLeft() {
     ProxyRunningLockList(false, {held_.begin(), held_.end()});
+}
+
+void RunningLockStrategy::LookAtHeld() {
+    std::vector<Pair> held;
+    const int32_t status = PowerMgr::PowerMgrClient::GetInstance().GetProxiedRunningLocks(held);
+    isHeldKnown_ = status == ERR_OK;
+    if (isHeldKnown_) {
+        held_.insert(held.begin(), held.end());
+    } else {
+        STANDBYSERVICE_LOGW("the proxied running locks could not be read, err code is %{public}d", status);
+        RefreshLater();
+    }
+}
+
+std::vector<RunningLockStrategy::Pair> RunningLockStrategy::HeldNatives() const {
+    std::vector<Pair> natives;
+    std::copy_if(held_.begin(), held_.end(), std::back_inserter(natives),
+                 [this](const Pair& pair) { return apps_.count(pair) == 0; });
+    return natives;
 }
 
 ErrCode RunningLockStrategy::InitNativeProcInfo() {
@@ -277,8 +307,9 @@ ErrCode RunningLockStrategy::ProxyRunningLockList(bool isProxied,
     for (const Pair& pair : proxiedAppList) {
         refused_.erase(pair);
         refused_.erase({pair.second, pair.first});  // derived classes name a single process the other way round
-        if (status != ERR_OK && isProxied) {
-            refused_.insert(pair);
+        owed_.erase(pair);
+        if (status != ERR_OK) {
+            (isProxied ? refused_ : owed_).insert(pair);
         } else if (status == ERR_OK && isProxied) {
             held_.insert(pair);
         } else if (status == ERR_OK) {
@@ -311,7 +342,9 @@ void RunningLockStrategy::ShellDump(const std::vector<std::string>& args, std::s
             result += std::string(isHeld ? "held back" : "not held back") + ": " + std::to_string(count) + "\n" + lines;
         }
     }
-    if (!isProxied_ && !held_.empty()) {
+    if (isProxied_) {
+        result += "natives held back: " + std::to_string(HeldNatives().size()) + "\n";
+    } else if (!held_.empty()) {
         result += "still to be restored: " + std::to_string(held_.size()) + "\n";
     }
 }

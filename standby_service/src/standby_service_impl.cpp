@@ -128,11 +128,11 @@ void StandbyServiceImpl::RegisterPluginInner(IConstraintManagerAdapter* constrai
 }
 
 void StandbyServiceImpl::Init() {
+    applications_.MarkStale();
     Report(constraintManager_->Init(), "constraint manager");
     Report(listenerManager_->Init(), "listener manager");
     Report(strategyManager_->Init(), "strategy manager");
     Report(stateManager_->Init(), "state manager");
-    applications_.MarkStale();
     listenerManager_->StartListener();
     conditionWatch_->Start();
 }

@@ -12,6 +12,7 @@
 #include "power_mgr_client.h"
 #include "standby_config_manager.h"
 #include "standby_service_impl.h"
+#include "standby_service_log.h"
 #include "time_service_client.h"
 
 namespace TARN::DevStandbyMgr {
@@ -62,24 +63,43 @@ bool StateManagerAdapter::Init() {
     curPhase_ = StandbyPhase::LIGHT;
     isBlocked_ = false;
     missed_.reset();
-    isScreenOn_ = true;
+    isScreenOn_ = isScreenKnown_ = true;
     scrOffHalfHourCtrl_ = false;
     screenOffTimeStamp_ = 0;
     maintenanceCount_ = 0;
     stateSinceMs_ = phaseSinceMs_ = NowMs();
-    if (isAutomatic_ && !PowerMgr::PowerMgrClient::GetInstance().IsScreenOn()) {
-        OnScreenOff();  // the service started again in the middle of the night
+    if (isAutomatic_) {
+        LookAtScreen();
     }
     return true;
 }
 
+/// A service may start again in the middle of the night. While nobody tells, the phone counts as used: nothing is lost.
+void StateManagerAdapter::LookAtScreen() {
+    const std::optional<bool> isOn = PowerMgr::PowerMgrClient::GetInstance().IsScreenOn();
+    isScreenKnown_ = isOn.has_value();
+    if (!isScreenKnown_) {
+        STANDBYSERVICE_LOGW("the power manager does not tell whether the screen is on");
+        StandbyServiceImpl::GetInstance()->RefreshLater();
+    } else if (!*isOn) {
+        OnScreenOff();
+    }
+}
+
 bool StateManagerAdapter::UnInit() {
     StopEvalution();
+    isAutomatic_ = false;  // a message that is still queued moves nothing any more
     return true;
 }
 
 void StateManagerAdapter::HandleEvent(const StandbyMessage& message) {
-    if (message.eventId != StandbyMessageType::COMMON_EVENT || !isAutomatic_) {
+    if (!isAutomatic_) {
+        return;
+    }
+    if (message.eventId == StandbyMessageType::HOST_REFRESH && !isScreenKnown_) {
+        LookAtScreen();
+    }
+    if (message.eventId != StandbyMessageType::COMMON_EVENT) {
         return;
     }
     if (message.action == CommonEventSupport::COMMON_EVENT_SCREEN_ON) {
@@ -95,7 +115,7 @@ void StateManagerAdapter::HandleEvent(const StandbyMessage& message) {
 }
 
 void StateManagerAdapter::OnScreenOn() {
-    isScreenOn_ = true;
+    isScreenOn_ = isScreenKnown_ = true;
     screenOffTimeStamp_ = 0;
     tasks_->Remove(kHalfHourTask);
     OnScreenOffHalfHour(false, false);
@@ -103,12 +123,25 @@ void StateManagerAdapter::OnScreenOn() {
 }
 
 void StateManagerAdapter::OnScreenOff() {
+    isScreenKnown_ = true;
     if (std::exchange(isScreenOn_, false)) {
         screenOffTimeStamp_ = NowMs();
         tasks_->Post([this] { OnScreenOffHalfHour(true, false); }, kHalfHourTask,
                      Policy().halfHourSeconds * kMsPerSecond);
     }
-    if (curState_ == StandbyState::WORKING && !IsPlugged()) {
+    if (curState_ == StandbyState::WORKING && !isBlocked_) {
+        LookAtPlug();
+    }
+}
+
+void StateManagerAdapter::LookAtPlug() {
+    if (isScreenOn_) {
+        return;
+    }
+    if (const int32_t plugged = PowerMgr::BatterySrvClient::GetInstance().GetPluggedType(); plugged != 0) {
+        STANDBYSERVICE_LOGD("plugged in, type %{public}d: the phone stays WORKING", plugged);
+        ScheduleStep();
+    } else {
         TransitToState(StandbyState::DARK);
     }
 }
@@ -164,6 +197,11 @@ void StateManagerAdapter::ScheduleStep() {
     }
     RemoveSteps();
     switch (curState_) {
+        case StandbyState::WORKING:
+            if (!isScreenOn_) {
+                tasks_->Post([this] { LookAtPlug(); }, kStepTask, Policy().napAfterSeconds * kMsPerSecond);
+            }
+            break;
         case StandbyState::DARK:
             tasks_->Post([this] { StartEvalCurrentState(); }, kStepTask, Policy().napAfterSeconds * kMsPerSecond);
             break;

@@ -7,7 +7,7 @@ namespace TARN::Simulated {
 
 namespace {
 
-constexpr std::array<std::string_view, 70> kOperations = {
+constexpr std::array<std::string_view, 71> kOperations = {
     "AbilityManagerHelper.GetRunningSystemProcess",
     "AppMgrHelper.GetAllRunningProcesses",
     "AppMgrHelper.GetForegroundApplications",
@@ -37,6 +37,7 @@ constexpr std::array<std::string_view, 70> kOperations = {
     "NetPolicyClient.SetDeviceIdleTrustlist",
     "OsAccountManager.QueryActiveOsAccountIds",
     "PowerMgrClient.GetDeviceMode",
+    "PowerMgrClient.GetProxiedRunningLocks",
     "PowerMgrClient.IsScreenOn",
     "PowerMgrClient.ProxyRunningLocks",
     "Preferences.FlushSync",

@@ -154,8 +154,8 @@ int32_t Power::GetDeviceMode() {
     return Answer(core_, "PowerMgrClient.GetDeviceMode", core_.facts.deviceMode);
 }
 
-bool Power::IsScreenOn() {
-    return core_.Fault("PowerMgrClient.IsScreenOn") == 0 && core_.isScreenOn;
+std::optional<bool> Power::IsScreenOn() {
+    return core_.Fault("PowerMgrClient.IsScreenOn") == 0 ? std::optional(core_.isScreenOn) : std::nullopt;
 }
 
 int32_t Power::ProxyRunningLocks(bool isProxied, const std::vector<std::pair<int32_t, int32_t>>& processes) {
@@ -163,7 +163,24 @@ int32_t Power::ProxyRunningLocks(bool isProxied, const std::vector<std::pair<int
     for (const auto& [first, second] : processes) {
         pairs.push_back(Json::array({first, second}));
     }
-    return core_.Call("PowerMgrClient.ProxyRunningLocks", {{"proxied", isProxied}, {"processes", std::move(pairs)}});
+    const int32_t code =
+        core_.Call("PowerMgrClient.ProxyRunningLocks", {{"proxied", isProxied}, {"processes", std::move(pairs)}});
+    for (const auto& pair : processes) {
+        if (code == 0 && isProxied) {
+            proxied_.insert(pair);
+        } else if (code == 0) {
+            proxied_.erase(pair);
+        }
+    }
+    return code;
+}
+
+int32_t Power::GetProxiedRunningLocks(std::vector<std::pair<int32_t, int32_t>>& processes) {
+    const int32_t code = core_.Fault("PowerMgrClient.GetProxiedRunningLocks");
+    if (code == 0) {
+        processes.assign(proxied_.begin(), proxied_.end());
+    }
+    return code;
 }
 
 std::vector<int32_t> Freezer::OperateNativeProcesses(const std::vector<SuspendManager::NativeProcessInfo>& processes) {

@@ -131,11 +131,13 @@ class Power : public PowerMgr::PowerMgrClient {
 public:
     explicit Power(PhoneCore& core) : core_(core) {}
     int32_t GetDeviceMode() override;
-    bool IsScreenOn() override;
+    std::optional<bool> IsScreenOn() override;
     int32_t ProxyRunningLocks(bool isProxied, const std::vector<std::pair<int32_t, int32_t>>& processes) override;
+    int32_t GetProxiedRunningLocks(std::vector<std::pair<int32_t, int32_t>>& processes) override;
 
 private:
     PhoneCore& core_;
+    std::set<std::pair<int32_t, int32_t>> proxied_;
 };
 
 class Freezer : public SuspendManager::SuspendManagerClient {
