@@ -150,6 +150,35 @@ TEST(Network, TheFirstEndDoesNotTakeWhatTheSecondStillNeeds) {
     EXPECT_EQ(Reach(user, "13:14"), "");
 }
 
+TEST(Network, TheTasksThatExemptAreOthersByNight) {
+    const auto exempting = [](const char* start, const std::string& deep) {
+        std::string types;
+        for (const int type : {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 31, 32, 40}) {
+            Night night = Phone(start);
+            night.Device("processes", R"([{"pid": 1, "uid": 11, "name": "a"}])");
+            night.Device("continuous_tasks", R"([{"type": )" + std::to_string(type) + R"(, "uid": 11, "pid": 1}])");
+            types += Reach(night.PlayUntil(deep + ":30"), deep + ":00") == "11" ? " " + std::to_string(type) : "";
+        }
+        return types;
+    };
+    EXPECT_EQ(exempting("12:00", "13:05"), " 1 2 4 8");
+    EXPECT_EQ(exempting("22:10", "23:15"), " 2 4 6 8");
+}
+
+TEST(Network, TheNetworkIsGivenBackWheneverTheServiceEndsOrBegins) {
+    for (const char* strategies : {R"(["NETWORK"])", R"(["NONE"])"}) {
+        for (const bool isCrash : {false, true}) {
+            Night night = Phone("12:00").Strategies(strategies).AdvanceTo("12:50");
+            FallAsleep(night).AdvanceTo("12:55");
+            const Record record = (isCrash ? night.Crash() : night.Restart()).PlayUntil("13:00");
+            EXPECT_EQ(Reach(record, "12:54"), "12 15 17 19") << strategies;
+            EXPECT_EQ(Reach(record, "12:55"), kAllOpen) << strategies << isCrash;
+        }
+        Night night = Phone("12:00").Strategies(strategies).AdvanceTo("12:50");
+        EXPECT_EQ(Reach(FallAsleep(night).PlayUntil("12:55"), "12:55"), kAllOpen) << strategies << ": at the end";
+    }
+}
+
 TEST(Network, AtNightChangesAreJudgedByTheNightsRule) {
     const auto change = [](const char* begins, const char* ends) {
         Night night = Phone("22:10").Device("continuous_tasks", "[]");
@@ -335,9 +364,12 @@ TEST(Network, WhatBeginsWhileTheUserSleepsCountsOnlyIfItIsConfigured) {
     Night night = Phone("12:00").AdvanceTo("12:50");
     FallAsleep(night).AdvanceTo("12:52").Set(R"({"allow_list": {"1": ["listed", "both", "idle"]}})");
     night.AdvanceTo("12:54").Set(R"({"continuous_tasks": [{"type": 2, "uid": 18, "pid": 8}]})");
+    night.AdvanceTo("12:56").Set(R"({"processes": [{"pid": 1, "uid": 11, "name": "idle"},
+        {"pid": 4, "uid": 14, "name": "reader"}, {"pid": 8, "uid": 18, "name": "pocket", "foreground": true}]})");
     const Record record = night.PlayUntil("13:00");
     EXPECT_EQ(Reach(record, "12:52"), "11 12 15 17 19");
     EXPECT_EQ(Reach(record, "12:54"), "11 12 15 17 19");
+    EXPECT_EQ(Reach(record, "12:56"), "11");
 }
 
 TEST(Network, AStateChangeLiftsTheFirewallOfUserSleepForFiveSeconds) {

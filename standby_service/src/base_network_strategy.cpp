@@ -126,7 +126,7 @@ void BaseNetworkStrategy::Follow(const StandbyMessage& message) {
     switch (message.eventId) {
         case StandbyMessageType::STATE_TRANSIT:
             if (StateOf(message) != StandbyState::MAINTENANCE) {
-                DisableNetworkFirewall(message);
+                static_cast<void>(DisableNetworkFirewall(message));
             }
             if (StateOf(message) != StandbyState::SLEEP) {
                 GiveUpPending();
@@ -178,7 +178,7 @@ ErrCode BaseNetworkStrategy::DisableNetworkFirewall(const StandbyMessage& messag
 void BaseNetworkStrategy::GiveUpPending() {
     if (g_firewall.isWanted && !isFirewallEnabled_) {
         g_firewall.isWanted = false;
-        Settle();
+        static_cast<void>(Settle());
     }
 }
 
@@ -234,7 +234,7 @@ void BaseNetworkStrategy::FollowChanges() {
     const bool isSettled =
         !g_firewall.isWanted && IsPolicy(false) && g_firewall.isListKnown && g_firewall.trusted.empty();
     if (g_firewall.inCharge == this && !isSettled) {
-        Settle();
+        static_cast<void>(Settle());
     }
 }
 

@@ -286,7 +286,7 @@ bool ListenerManagerAdapter::Init() {
 }
 
 bool ListenerManagerAdapter::UnInit() {
-    StopListener();
+    static_cast<void>(StopListener());
     messageListenerList_.clear();
     eventListenerMap_.clear();
     return true;
@@ -294,21 +294,21 @@ bool ListenerManagerAdapter::UnInit() {
 
 ErrCode ListenerManagerAdapter::StartListener() {
     for (const auto& listener : messageListenerList_) {
-        listener->StartListener();
+        static_cast<void>(listener->StartListener());
     }
     return ERR_OK;
 }
 
 ErrCode ListenerManagerAdapter::StopListener() {
     for (const auto& listener : messageListenerList_) {
-        listener->StopListener();
+        static_cast<void>(listener->StopListener());
     }
     return ERR_OK;
 }
 
 void ListenerManagerAdapter::HandleEvent(const StandbyMessage& message) {
     if (const auto listener = eventListenerMap_.find(message.eventId); listener != eventListenerMap_.end()) {
-        listener->second->StartListener();
+        static_cast<void>(listener->second->StartListener());
     }
 }
 

@@ -22,14 +22,14 @@ void NetworkStrategy::HandleEvent(const StandbyMessage& message) {
         case StandbyMessageType::STATE_TRANSIT:
             curState_ = want.GetIntParam(CURRENT_STATE, 0);
             if (curState_ == StandbyState::MAINTENANCE && IsAutomatic()) {
-                DisableNetworkFirewall(message);
+                static_cast<void>(DisableNetworkFirewall(message));
             }
             break;
         case StandbyMessageType::PHASE_TRANSIT:
             curState_ = want.GetIntParam(CURRENT_STATE, 0);
             curPhase_ = want.GetIntParam(CURRENT_PHASE, 0);
             if (IsAutomatic()) {
-                EnableNetworkFirewall(message);
+                static_cast<void>(EnableNetworkFirewall(message));
             }
             break;
         case StandbyMessageType::RES_CTRL_CONDITION_CHANGED:

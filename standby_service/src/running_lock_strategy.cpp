@@ -126,8 +126,8 @@ void RunningLockStrategy::FollowChanges() {
     TellApps();
     const std::set<Pair> refused = std::exchange(refused_, {});  // of natives, since applications were just told
     const std::set<Pair> owed = std::exchange(owed_, {});
-    ProxyRunningLockList(true, {refused.begin(), refused.end()});
-    ProxyRunningLockList(false, {owed.begin(), owed.end()});
+    static_cast<void>(ProxyRunningLockList(true, {refused.begin(), refused.end()}));
+    static_cast<void>(ProxyRunningLockList(false, {owed.begin(), owed.end()}));
     if (restricted_ != restrictedBefore || !areNativesKnown_) {
         RenewNatives();
     } else {
@@ -175,8 +175,8 @@ void RunningLockStrategy::TellApps() {
             (IsExempted(app.exemptionFlag) ? toRestore : toProxy).push_back(pair);
         }
     }
-    ProxyRunningLockList(false, toRestore);
-    ProxyRunningLockList(true, toProxy);
+    static_cast<void>(ProxyRunningLockList(false, toRestore));
+    static_cast<void>(ProxyRunningLockList(true, toProxy));
 }
 
 /// Knows the natives of this moment, and who of them is exempted; holds nobody back yet.
@@ -223,14 +223,15 @@ void RunningLockStrategy::FollowAllowedNatives() {
 void RunningLockStrategy::RenewNatives() {
     areAppsLeftAlone_ = true;
     ProxyAppAndProcess(false);
-    ProxyRunningLockList(false, HeldNatives());  // those that were held back under both orders of their pair
+    static_cast<void>(
+        ProxyRunningLockList(false, HeldNatives()));  // those that were held back under both orders of their pair
     CollectNatives();
     ProxyAppAndProcess(true);
     areAppsLeftAlone_ = false;
 }
 
 void RunningLockStrategy::RestoreLeft() {
-    ProxyRunningLockList(false, {held_.begin(), held_.end()});
+    static_cast<void>(ProxyRunningLockList(false, {held_.begin(), held_.end()}));
 }
 
 void RunningLockStrategy::LookAtHeld() {
@@ -266,7 +267,7 @@ void RunningLockStrategy::ProxyAppAndProcess(bool isProxied) {
             processes.push_back(pair);
         }
     }
-    ProxyRunningLockList(isProxied, processes);
+    static_cast<void>(ProxyRunningLockList(isProxied, processes));
 }
 
 void RunningLockStrategy::AddExemptionFlag(int32_t uid, const std::string& name, uint8_t flag) {

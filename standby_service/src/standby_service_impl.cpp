@@ -133,16 +133,16 @@ void StandbyServiceImpl::Init() {
     Report(listenerManager_->Init(), "listener manager");
     Report(strategyManager_->Init(), "strategy manager");
     Report(stateManager_->Init(), "state manager");
-    listenerManager_->StartListener();
+    static_cast<void>(listenerManager_->StartListener());
     conditionWatch_->Start();
 }
 
 void StandbyServiceImpl::UnInit() {
     conditionWatch_->Stop();
-    listenerManager_->UnInit();
-    strategyManager_->UnInit();
-    stateManager_->UnInit();
-    constraintManager_->UnInit();
+    static_cast<void>(listenerManager_->UnInit());
+    static_cast<void>(strategyManager_->UnInit());
+    static_cast<void>(stateManager_->UnInit());
+    static_cast<void>(constraintManager_->UnInit());
     tasks_.Remove(kRefreshTask);
     isRefreshWaiting_ = false;
 }

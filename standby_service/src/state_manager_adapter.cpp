@@ -107,10 +107,10 @@ void StateManagerAdapter::HandleEvent(const StandbyMessage& message) {
     } else if (message.action == CommonEventSupport::COMMON_EVENT_SCREEN_OFF) {
         OnScreenOff();
     } else if (message.action == CommonEventSupport::COMMON_EVENT_CHARGING) {
-        TransitToState(StandbyState::WORKING);
+        static_cast<void>(TransitToState(StandbyState::WORKING));
     } else if (message.action == CommonEventSupport::COMMON_EVENT_DISCHARGING && !isScreenOn_ &&
                curState_ == StandbyState::WORKING) {
-        TransitToState(StandbyState::DARK);
+        static_cast<void>(TransitToState(StandbyState::DARK));
     }
 }
 
@@ -119,7 +119,7 @@ void StateManagerAdapter::OnScreenOn() {
     screenOffTimeStamp_ = 0;
     tasks_->Remove(kHalfHourTask);
     OnScreenOffHalfHour(false, false);
-    TransitToState(StandbyState::WORKING);
+    static_cast<void>(TransitToState(StandbyState::WORKING));
 }
 
 void StateManagerAdapter::OnScreenOff() {
@@ -142,7 +142,7 @@ void StateManagerAdapter::LookAtPlug() {
         STANDBYSERVICE_LOGD("plugged in, type %{public}d: the phone stays WORKING", plugged);
         ScheduleStep();
     } else {
-        TransitToState(StandbyState::DARK);
+        static_cast<void>(TransitToState(StandbyState::DARK));
     }
 }
 
@@ -209,7 +209,7 @@ void StateManagerAdapter::ScheduleStep() {
             tasks_->Post([this] { StartEvalCurrentState(); }, kStepTask, Policy().sleepAfterSeconds * kMsPerSecond);
             break;
         case StandbyState::MAINTENANCE:
-            tasks_->Post([this] { TransitToState(StandbyState::SLEEP); }, kStepTask,
+            tasks_->Post([this] { static_cast<void>(TransitToState(StandbyState::SLEEP)); }, kStepTask,
                          Policy().maintenanceSeconds * kMsPerSecond);
             break;
         case StandbyState::SLEEP:
@@ -223,7 +223,7 @@ void StateManagerAdapter::ScheduleStep() {
 
 void StateManagerAdapter::ScheduleMaintenance() {
     const std::vector<int64_t>& stretches = Policy().maintenanceAfterSeconds;
-    tasks_->Post([this] { TransitToState(StandbyState::MAINTENANCE); }, kStepTask,
+    tasks_->Post([this] { static_cast<void>(TransitToState(StandbyState::MAINTENANCE)); }, kStepTask,
                  stretches[std::min(maintenanceCount_, stretches.size() - 1)] * kMsPerSecond);
 }
 
@@ -253,9 +253,9 @@ void StateManagerAdapter::EndEvalCurrentState(bool evalResult) {
     if (!evalResult) {
         ScheduleStep();
     } else if (curState_ == StandbyState::DARK) {
-        TransitToState(StandbyState::NAP);
+        static_cast<void>(TransitToState(StandbyState::NAP));
     } else if (curState_ == StandbyState::NAP) {
-        TransitToState(StandbyState::SLEEP);
+        static_cast<void>(TransitToState(StandbyState::SLEEP));
     }
 }
 

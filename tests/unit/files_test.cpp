@@ -134,7 +134,8 @@ TEST_F(PreferencesFile, WhatWasFlushedIsThereAgainAndWhatWasNotIsNot) {
 
 TEST_F(PreferencesFile, ATornOrForeignFileIsAnEmptyStoreThatCanBeWritten) {
     for (const char* text : {"", "<preferences><bool key=\"is_prox", "{\"json\": 1}", "<other/>",
-                             "<preferences><bool key=\"is_proximity_error\" value=\"perhaps\"/></preferences>"}) {
+                             "<preferences><bool key=\"is_proximity_error\" value=\"perhaps\"/></preferences>",
+                             "<preferences><bool key=\"is_proximity_error\"/></preferences>"}) {
         Write(kPath, text);
         auto preferences = Open();
         ASSERT_NE(preferences, nullptr) << text;

@@ -9,7 +9,9 @@
 
 #include "are.h"
 #include "constraint_manager_adapter.h"
+#include "event_handler.h"
 #include "listener_manager_adapter.h"
+#include "net_policy_client.h"
 #include "state_manager_adapter.h"
 #include "test_phone.h"
 
@@ -98,6 +100,30 @@ TEST_F(VirtualTimeTest, CancellingANameDropsAllOfThatNameAndNoOther) {
     clock.Post(200, Note("f"), "loop");
     clock.RunThrough(200);
     EXPECT_THAT(ran, Are({"c@200", "d@200", "f@200"}));
+}
+
+TEST(SimulatedHandler, DropsItsOwnTasksAndNobodyElses) {
+    Tests::TestPhone phone;
+    const auto first = phone->CreateEventHandler();
+    const auto second = phone->CreateEventHandler();
+    std::vector<std::string> ran;
+    const auto post = [&ran](AppExecFwk::EventHandler& handler, const std::string& label, const std::string& name) {
+        handler.PostTask([&ran, label] { ran.push_back(label); }, name, 5);
+    };
+    post(*first, "first", "name");
+    post(*second, "second", "name");
+    first->RemoveTask("name");
+    phone.Run(5);
+    EXPECT_THAT(ran, Are({"second"})) << "a name is its handler's";
+    post(*first, "named", "name");
+    post(*first, "unnamed", {});
+    post(*second, "other", "name");
+    phone->NetPolicy().ObserveDeviceIdlePolicy([&ran](bool) { ran.emplace_back("observer"); });
+    phone->NetPolicy().SetDeviceIdlePolicy(true);
+    first->RemoveAllTasks();
+    first->RemoveTask("name");
+    phone.Run(5);
+    EXPECT_THAT(ran, Are({"second", "observer", "other"}));
 }
 
 TEST_F(VirtualTimeTest, ClearDropsEverythingEvenFromWithinWork) {
