@@ -224,7 +224,7 @@ TEST(Network, ARefusedCallIsTriedAgainAndTakesNothingMeanwhile) {
     EXPECT_EQ(Reach(record, "13:10"), "12 13 14 15 17 19") << "a minute after the last try, not hours";
     EXPECT_EQ(Reach(record, "13:20:59"), "12 13 14 15 17 19") << "refused: who may pass passes on";
     EXPECT_EQ(Reach(record, "13:21"), kAllOpen);
-    EXPECT_THAT(record.At("13:20").LogsOf("base_network_strategy"),
+    EXPECT_THAT(record.At("13:20").LogsOf("idle_firewall"),
                 ::testing::Each("warn the device-idle policy was refused, err code is 7"));
 
     Night renewal = Phone("12:00").AdvanceTo("12:50");
@@ -332,7 +332,7 @@ TEST(Network, AFirewallThatCouldNotGoOnIsTriedAgainWithinAMinute) {
         const Record record =
             Phone("12:00").Fail(operation, 7).AdvanceTo("13:20:10").Heal(operation).PlayUntil("13:30");
         EXPECT_THAT(Reach(record, "13:20"), ::testing::StartsWith(kAllOpen)) << operation;
-        EXPECT_THAT(record.At("13:05").Of({"base_network", "running_app", "standby_service_impl"}),
+        EXPECT_THAT(record.At("13:05").Of({"base_network", "idle_firewall", "running_app", "standby_service_impl"}),
                     Contains(HasSubstr(std::string(line).substr(std::string(line).find(' ') + 1))))
             << operation;
         EXPECT_EQ(Reach(record, "13:21"), "12 13 14 15 17 19") << operation;

@@ -122,7 +122,6 @@ private:
     ErrCode Settle();
     ErrCode PutUp();
     ErrCode TakeDown();
-    ErrCode SwitchPolicy(bool enable);
     ErrCode DeriveAllowed(std::set<uint32_t>& allowed);
     ErrCode CollectApps();
     [[nodiscard]] std::set<uint32_t> AskWhoIsAllowed();

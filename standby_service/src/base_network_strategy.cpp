@@ -2,37 +2,27 @@
 
 #include <algorithm>
 #include <array>
-#include <iterator>
 #include <optional>
-#include <utility>
 
 #include "dump_words.h"
 #include "exemption_flag.h"
-#include "local_time.h"
-#include "net_policy_client.h"
+#include "idle_firewall.h"
 #include "running_applications.h"
 #include "standby_constants.h"
 #include "standby_service_impl.h"
-#include "standby_service_log.h"
-#include "time_service_client.h"
 
 namespace TARN::DevStandbyMgr {
 
 namespace {
-
-using NetManagerStandard::NetPolicyClient;
 
 constexpr uint32_t kTaskTypes = 32;
 constexpr size_t kFirewalls = 2;
 
 /// The one firewall of the phone, as all network strategies see it, beside the two fields that derived classes share.
 struct SharedFirewall {
+    IdleFirewall device;
     bool isWanted = false;
-    std::optional<bool> policy;   ///< on or off, as the device confirmed last; nobody knows before it did
-    std::set<uint32_t> trusted;   ///< the trust list as the device told last, and whoever may have come onto it since
-    bool isListKnown = false;     ///< the device told it, and nothing happened to it that it did not confirm
     bool isStandbysTurn = false;  ///< the applications were collected for deep standby, not for the user's sleep
-    int64_t switchedMs = 0;       ///< when the policy was last switched, 0 never
     BaseNetworkStrategy* inCharge = nullptr;                 ///< who follows changes: the last that was asked for it
     std::array<BaseNetworkStrategy*, kFirewalls> live = {};  ///< who brings the rules: those that hear messages
     std::set<uint32_t>* asked = nullptr;                     ///< collects whom a rule would allow
@@ -40,39 +30,22 @@ struct SharedFirewall {
 
 SharedFirewall g_firewall;
 
-std::shared_ptr<NetPolicyClient> Client() {
-    return DelayedSingleton<NetPolicyClient>::GetInstance();
-}
-
 RunningApplications& Applications() {
     return StandbyServiceImpl::GetInstance()->Applications();
 }
 
+std::set<uint32_t> RunningUids() {
+    std::set<uint32_t> uids;
+    if (Applications().Update() == ERR_OK) {
+        for (const auto& [uid, app] : Applications().ByUid()) {
+            uids.insert(static_cast<uint32_t>(uid));
+        }
+    }
+    return uids;
+}
+
 bool IsExempting(uint32_t taskType, int32_t mask) {
     return taskType < kTaskTypes && ((static_cast<uint32_t>(mask) >> taskType) & 1U) != 0;
-}
-
-bool IsPolicy(bool isOn) {
-    return g_firewall.policy == isOn;
-}
-
-/// Asks the device for the trust list it holds. False, and what is believed of it stays, when it does not tell.
-bool LookAtTrustlist() {
-    std::vector<uint32_t> uids;
-    const int32_t status = Client()->GetDeviceIdleTrustlist(uids);
-    g_firewall.isListKnown = status == ERR_OK;
-    if (status != ERR_OK) {
-        STANDBYSERVICE_LOGW("the trust list could not be read, err code is %{public}d", status);
-        return false;
-    }
-    g_firewall.trusted = {uids.begin(), uids.end()};
-    return true;
-}
-
-std::vector<uint32_t> Difference(const std::set<uint32_t>& from, const std::set<uint32_t>& without) {
-    std::vector<uint32_t> rest;
-    std::set_difference(from.begin(), from.end(), without.begin(), without.end(), std::back_inserter(rest));
-    return rest;
 }
 
 bool IsAutomatic() {
@@ -184,7 +157,7 @@ void BaseNetworkStrategy::GiveUpPending() {
 
 ErrCode BaseNetworkStrategy::EnableNetworkFirewallInner() {
     Applications().MarkStale();
-    if (IsPolicy(true)) {
+    if (g_firewall.device.IsOn()) {
         UpdateFirewallAllowList();  // it could not go off, and now it is wanted again
     } else {
         HandleDeviceIdlePolicy(true);
@@ -199,8 +172,8 @@ void BaseNetworkStrategy::DisableNetworkFirewallInner() {
 void BaseNetworkStrategy::HandleDeviceIdlePolicy(bool enableFirewall) {
     g_firewall.inCharge = this;
     g_firewall.isWanted = enableFirewall;
-    if (enableFirewall && IsPolicy(true)) {
-        idlePolicyStatus_ = SwitchPolicy(true);  // says it once more; its list follows changes by itself
+    if (enableFirewall && g_firewall.device.IsOn()) {
+        idlePolicyStatus_ = g_firewall.device.Switch(true);  // says it once more; its list follows changes by itself
     } else {
         idlePolicyStatus_ = Settle();
     }
@@ -231,9 +204,7 @@ void BaseNetworkStrategy::FollowChanges() {
     if (g_firewall.inCharge == nullptr) {
         g_firewall.inCharge = this;
     }
-    const bool isSettled =
-        !g_firewall.isWanted && IsPolicy(false) && g_firewall.isListKnown && g_firewall.trusted.empty();
-    if (g_firewall.inCharge == this && !isSettled) {
+    if (g_firewall.inCharge == this && (g_firewall.isWanted || !g_firewall.device.IsGone())) {
         static_cast<void>(Settle());
     }
 }
@@ -241,7 +212,7 @@ void BaseNetworkStrategy::FollowChanges() {
 /// Brings the device to what is wanted. What it refuses now is tried again later.
 ErrCode BaseNetworkStrategy::Settle() {
     const ErrCode status = g_firewall.isWanted ? PutUp() : TakeDown();
-    isFirewallEnabled_ = IsPolicy(true);
+    isFirewallEnabled_ = g_firewall.device.IsOn();
     if (status != ERR_OK) {
         StandbyServiceImpl::GetInstance()->RefreshLater();
     }
@@ -249,7 +220,7 @@ ErrCode BaseNetworkStrategy::Settle() {
 }
 
 ErrCode BaseNetworkStrategy::PutUp() {
-    const bool isSwitching = !IsPolicy(true);
+    const bool isSwitching = !g_firewall.device.IsOn();
     std::set<uint32_t> allowed;
     const ErrCode derived = DeriveAllowed(allowed);
     if (derived != ERR_OK && isSwitching) {
@@ -258,13 +229,13 @@ ErrCode BaseNetworkStrategy::PutUp() {
     if (derived != ERR_OK || !TellTrustlist(allowed, isSwitching)) {
         StandbyServiceImpl::GetInstance()->RefreshLater();  // the policy goes on without waiting for the list
     }
-    return isSwitching ? SwitchPolicy(true) : ERR_OK;
+    return isSwitching ? g_firewall.device.Switch(true) : ERR_OK;
 }
 
 ErrCode BaseNetworkStrategy::TakeDown() {
-    const bool isSwitching = !IsPolicy(false);
+    const bool isSwitching = !g_firewall.device.IsOff();
     if (isSwitching) {
-        if (const ErrCode status = SwitchPolicy(false); status != ERR_OK) {
+        if (const ErrCode status = g_firewall.device.Switch(false); status != ERR_OK) {
             return status;  // and whoever is on the list of a policy that stays needs it
         }
     }
@@ -274,39 +245,11 @@ ErrCode BaseNetworkStrategy::TakeDown() {
     return ERR_OK;
 }
 
-ErrCode BaseNetworkStrategy::SwitchPolicy(bool enable) {
-    const int32_t status = Client()->SetDeviceIdlePolicy(enable);
-    if (status != ERR_OK) {
-        STANDBYSERVICE_LOGW("the device-idle policy was refused, err code is %{public}d", status);
-        return status;
-    }
-    if (std::exchange(g_firewall.policy, enable) != enable) {
-        g_firewall.switchedMs = MiscServices::TimeServiceClient::GetInstance()->GetWallTimeMs();
-    }
-    return ERR_OK;
-}
-
-/// Tells the device what has to change on its trust list. `isSwitching` says so too when nothing has to. False when the
-/// device did not confirm that the list is as wanted after that.
+/// False when the device did not confirm its list.
 bool BaseNetworkStrategy::TellTrustlist(const std::set<uint32_t>& wanted, bool isSwitching) {
-    const bool isKnown = LookAtTrustlist();
-    const std::vector<uint32_t> added = Difference(wanted, isKnown ? g_firewall.trusted : std::set<uint32_t>());
-    const std::vector<uint32_t> removed = Difference(g_firewall.trusted, wanted);
-    if (!added.empty() || (isSwitching && g_firewall.isWanted)) {
-        SetFirewallAllowedList(added, true);
-    }
-    if (!removed.empty() || (isSwitching && !g_firewall.isWanted)) {
-        SetFirewallAllowedList(removed, false);
-    }
-    if (isKnown && added.empty() && removed.empty()) {
-        return true;
-    }
-    if (isKnown && LookAtTrustlist()) {
-        return g_firewall.trusted == wanted;
-    }
-    g_firewall.isListKnown = false;
-    g_firewall.trusted.insert(wanted.begin(), wanted.end());  // whoever may be on it, to be taken off some day
-    return false;
+    return g_firewall.device.Bring(
+        wanted, isSwitching ? std::optional(g_firewall.isWanted) : std::nullopt,
+        [this](const std::vector<uint32_t>& uids, bool isAdded) { SetFirewallAllowedList(uids, isAdded); });
 }
 
 /// Whom the strategy that this moment belongs to lets through. The bits of the applications stay as they were when they
@@ -370,23 +313,8 @@ void BaseNetworkStrategy::ResetFirewallAllowList() {
     g_firewall.inCharge = nullptr;
     std::replace(g_firewall.live.begin(), g_firewall.live.end(), this, static_cast<BaseNetworkStrategy*>(nullptr));
     netLimitedAppInfo_.clear();
-    if (!IsPolicy(false) && SwitchPolicy(false) != ERR_OK) {
-        StandbyServiceImpl::GetInstance()->RefreshLater();
-        return;
-    }
-    if (!LookAtTrustlist() && Applications().Update() == ERR_OK) {
-        for (const auto& [uid, app] : Applications().ByUid()) {
-            g_firewall.trusted.insert(static_cast<uint32_t>(uid));  // anybody may be on it
-        }
-    }
-    if (const std::vector<uint32_t> uids = Difference(g_firewall.trusted, {}); !uids.empty()) {
-        if (const int32_t status = Client()->SetDeviceIdleTrustlist(uids, false); status == ERR_OK) {
-            g_firewall.trusted.clear();
-        } else {
-            STANDBYSERVICE_LOGW("the trust list could not be emptied, err code is %{public}d", status);
-        }
-    }
-    if (!g_firewall.trusted.empty() || !g_firewall.isListKnown) {
+    const bool isOff = g_firewall.device.IsOff() || g_firewall.device.Switch(false) == ERR_OK;
+    if (!isOff || !g_firewall.device.Empty(RunningUids)) {
         StandbyServiceImpl::GetInstance()->RefreshLater();
     }
 }
@@ -463,33 +391,26 @@ void BaseNetworkStrategy::ShellDump(const std::vector<std::string>& args, std::s
     }
     const BaseNetworkStrategy* teller = g_firewall.inCharge;
     if (teller == nullptr) {
-        const auto live =
-            std::find_if(g_firewall.live.begin(), g_firewall.live.end(), [](const auto* one) { return one; });
+        const auto live = std::find_if(g_firewall.live.begin(), g_firewall.live.end(),
+                                       [](const auto* one) { return one != nullptr; });
         teller = live == g_firewall.live.end() ? this : *live;
     }
     if (teller != this) {
         result += "told by the one in charge\n";  // the firewall is one
         return;
     }
-    result += std::string("firewall: ") + (IsPolicy(true) ? "on" : IsPolicy(false) ? "off" : "not known");
-    result += g_firewall.switchedMs == 0 ? "" : " since " + LocalTimeText(g_firewall.switchedMs);
-    if (!IsPolicy(g_firewall.isWanted)) {
-        result += g_firewall.isWanted ? ", to go on as soon as it can" : ", to go off as soon as it can";
-    }
-    result += "\n";
-    if (!g_firewall.isListKnown) {
-        result += "the device did not confirm its trust list\n";
-    }
-    if (!IsPolicy(false) || g_firewall.isWanted) {
+    result += "firewall: " + g_firewall.device.Describe(g_firewall.isWanted) + "\n";
+    if (g_firewall.isWanted || !g_firewall.device.IsOff()) {
         result += g_firewall.isStandbysTurn ? "rule: deep standby\n" : "rule: user sleep, configured exemptions only\n";
         DumpApplications(result);
-    } else if (!g_firewall.trusted.empty()) {
-        result += "trust list: " + std::to_string(g_firewall.trusted.size()) + " left, to be taken off\n";
+    } else if (const size_t left = g_firewall.device.Trusted().size(); left != 0) {
+        result += "trust list: " + std::to_string(left) + " left, to be taken off\n";
     }
 }
 
 void BaseNetworkStrategy::DumpApplications(std::string& result) {
-    std::set<uint32_t> uids = g_firewall.trusted;
+    const std::set<uint32_t>& trusted = g_firewall.device.Trusted();
+    std::set<uint32_t> uids = trusted;
     for (const auto& [uid, app] : netLimitedAppInfo_) {
         uids.insert(uid);
     }
@@ -497,7 +418,7 @@ void BaseNetworkStrategy::DumpApplications(std::string& result) {
         std::string lines;
         size_t count = 0;
         for (const uint32_t uid : uids) {
-            if ((g_firewall.trusted.count(uid) != 0) != isTrusted) {
+            if ((trusted.count(uid) != 0) != isTrusted) {
                 continue;
             }
             ++count;
