@@ -234,7 +234,7 @@ TEST(AutomaticHost, ASubscriptionThatWasRefusedIsTriedAgain) {
     night.AdvanceTo("21:00:30").Heal(subscribe).AdvanceTo("21:02").ScreenOff();
     const Record record = night.PlayUntil("21:08");
     EXPECT_THAT(Steps(record), Are({"21:02:00 0-1", "21:07:00 1-2"}));
-    EXPECT_THAT(record.At("21:00").LogsOf("listener_manager_adapter"),
+    EXPECT_THAT(record.At("21:00").LogsOf("host_listeners"),
                 Contains("error the system's broadcasts could not be had, tried again later"));
     EXPECT_THAT(record.At("21:01").Calls(subscribe), SizeIs(2)) << "the plugin's own listener is its own matter";
 }
