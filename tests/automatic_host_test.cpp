@@ -286,10 +286,10 @@ TEST(AutomaticHost, ItsDumpAnswersToEveryQuestionOfTheNight) {
     const Record record = night.PlayUntil("22:11");
     ASSERT_THAT(record.Dumps(), SizeIs(2));
     for (const char* line :
-         {"time: 2026-03-01 22:10:00, condition 2 night\n", "state: 4 SLEEP since 2026-03-01 21:35:00, before: 2 NAP\n",
-          "phase: 3 DEEP since 2026-03-01 22:05:00\n",
+         {"time: 2026-03-01 22:10:00, condition 2 night\n", "state: SLEEP since 2026-03-01 21:35:00, before: NAP\n",
+          "phase: DEEP since 2026-03-01 22:05:00\n",
           "screen: off since 2026-03-01 21:00:00, for half an hour reported\n",
-          "from state 2 to 4: still, yes\nfrom state 2 to 4: unplugged, yes\n", "frozen: 1\n  pid 1 daemon\n",
+          "from NAP to SLEEP: still, yes\nfrom NAP to SLEEP: unplugged, yes\n", "frozen: 1\n  pid 1 daemon\n",
           "exempt from freezing: audio\n", "timers: stretched to 300 s, exempted: com.clock\n",
           "firewall: on since 2026-03-01 22:05:00\nrule: deep standby\n",
           "trust list: 2\n  uid 13 com.clock: runs a continuous task, belongs to the system\n"

@@ -6,6 +6,7 @@
 #include "common_event_support.h"
 #include "device_state_cache.h"
 #include "standby_constants.h"
+#include "standby_names.h"
 
 namespace TARN::Replay {
 
@@ -38,16 +39,6 @@ constexpr std::array kBroadcasts = {
     BroadcastWords{"COMMON_EVENT_TIMER_SA_ABILITY", Subject::TIMER, "the time service has come up",
                    Cause::TIME_SERVICE},
 };
-
-/// The name of a small number, or the number.
-template <size_t N>
-std::string NameOf(const std::array<std::string_view, N>& names, int32_t value) {
-    const bool isKnown = value >= 0 && static_cast<size_t>(value) < N;
-    return isKnown ? std::string(names[static_cast<size_t>(value)]) : std::to_string(value);
-}
-
-constexpr std::array<std::string_view, 5> kStates = {"WORKING", "DARK", "NAP", "MAINTENANCE", "SLEEP"};
-constexpr std::array<std::string_view, 4> kPhases = {"LIGHT", "APP_RES_DEEP", "SYS_RES_DEEP", "DEEP"};
 
 bool IsDeep(int32_t state) {
     return state == StandbyState::SLEEP || state == StandbyState::MAINTENANCE;
@@ -159,19 +150,19 @@ void MessageStories::State(const Want& want) {
     const int32_t current = want.GetIntParam(CURRENT_STATE, 0);
     teller_.SetCause(CauseOf(previous, current));
     stateInstant_ = teller_.Instant();
-    stateEntry_ = &teller_.Tell(Subject::STATE, NameOf(kStates, previous) + " → " + NameOf(kStates, current),
-                                Tone::PLAIN, IsDeep(previous) || IsDeep(current) ? Use::NONE : Use::ROUTINE);
+    stateEntry_ = &teller_.Tell(Subject::STATE, StateName(previous) + " → " + StateName(current), Tone::PLAIN,
+                                IsDeep(previous) || IsDeep(current) ? Use::NONE : Use::ROUTINE);
 }
 
 void MessageStories::Phase(const Want& want) {
     const int32_t phase = want.GetIntParam(CURRENT_PHASE, 0);
     teller_.SetCause(Cause::PHASE);
-    const std::string text = ", phase " + std::to_string(phase) + " (" + NameOf(kPhases, phase) + ")";
+    const std::string text = ", phase " + std::to_string(phase) + " (" + PhaseName(phase) + ")";
     if (stateEntry_ != nullptr && stateInstant_ == teller_.Instant()) {
         stateEntry_->text += text;
         stateEntry_ = nullptr;
     } else {
-        teller_.Tell(Subject::STATE, NameOf(kStates, want.GetIntParam(CURRENT_STATE, 0)) + text);
+        teller_.Tell(Subject::STATE, StateName(want.GetIntParam(CURRENT_STATE, 0)) + text);
     }
 }
 

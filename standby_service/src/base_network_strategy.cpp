@@ -423,11 +423,13 @@ void BaseNetworkStrategy::DumpApplications(std::string& result) {
             }
             ++count;
             const auto app = netLimitedAppInfo_.find(uid);
-            lines += "  uid " + std::to_string(uid) + " " +
-                     (app == netLimitedAppInfo_.end()
-                          ? std::string("(ended)")
-                          : app->second.name + ": " + DescribeExemption(app->second.exemptionFlags)) +
-                     "\n";
+            lines += "  uid " + std::to_string(uid) + " ";
+            if (app == netLimitedAppInfo_.end()) {
+                lines += "(ended)\n";
+                continue;
+            }
+            lines += app->second.name + ": " + DescribeExemption(app->second.exemptionFlags);
+            lines += !isTrusted && IsExempted(app->second.exemptionFlags) ? ", which is not enough now\n" : "\n";
         }
         result += std::string(isTrusted ? "trust list" : "shut out") + ": " + std::to_string(count) + "\n" + lines;
     }

@@ -7,6 +7,7 @@
 #include "dump_words.h"
 #include "movement_client.h"
 #include "standby_constants.h"
+#include "standby_names.h"
 #include "standby_service_impl.h"
 #include "standby_service_log.h"
 
@@ -97,8 +98,8 @@ void ConstraintManagerAdapter::ShellDump(const std::vector<std::string>& args, s
         return;
     }
     for (const auto& [step, monitor] : monitors_) {
-        result += "from state " + std::to_string(step.curState) + " to " + std::to_string(step.nextState) + ": " +
-                  monitor->Name() + (monitor->IsMet() ? ", yes" : ", no") + "\n";
+        result += "from " + StateName(step.curState) + " to " + StateName(step.nextState) + ": " + monitor->Name() +
+                  (monitor->IsMet() ? ", yes" : ", no") + "\n";
     }
 }
 

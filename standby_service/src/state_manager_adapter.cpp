@@ -1,7 +1,6 @@
 #include "state_manager_adapter.h"
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
 #include "battery_srv_client.h"
@@ -11,6 +10,7 @@
 #include "local_time.h"
 #include "power_mgr_client.h"
 #include "standby_config_manager.h"
+#include "standby_names.h"
 #include "standby_service_impl.h"
 #include "standby_service_log.h"
 #include "time_service_client.h"
@@ -41,16 +41,6 @@ void Dispatch(int32_t eventId, AAFwk::Want want) {
 bool IsPlugged() {
     return PowerMgr::BatterySrvClient::GetInstance().GetPluggedType() != 0;
 }
-
-/// "4 SLEEP", or the number alone of a value that nobody named.
-template <size_t N>
-std::string NameOf(const std::array<const char*, N>& names, int64_t value) {
-    const bool isNamed = value >= 0 && static_cast<size_t>(value) < N;
-    return std::to_string(value) + (isNamed ? std::string(" ") + names[static_cast<size_t>(value)] : "");
-}
-
-constexpr std::array kStates = {"WORKING", "DARK", "NAP", "MAINTENANCE", "SLEEP"};
-constexpr std::array kPhases = {"LIGHT", "APP_RES_DEEP", "SYS_RES_DEEP", "DEEP"};
 
 }  // namespace
 
@@ -297,10 +287,10 @@ void StateManagerAdapter::ShellDump(const std::vector<std::string>& args, std::s
     if (!IsDetailDump(args) || !isAutomatic_) {
         return;
     }
-    result += "state: " + NameOf(kStates, curState_) + " since " + LocalTimeText(stateSinceMs_) +
-              ", before: " + NameOf(kStates, preState_) + (isBlocked_ ? ", blocked" : "") + "\n";
+    result += "state: " + StateName(curState_) + " since " + LocalTimeText(stateSinceMs_) +
+              ", before: " + StateName(preState_) + (isBlocked_ ? ", blocked" : "") + "\n";
     if (curState_ == StandbyState::SLEEP || curState_ == StandbyState::MAINTENANCE) {
-        result += "phase: " + NameOf(kPhases, curPhase_) + " since " + LocalTimeText(phaseSinceMs_) + "\n";
+        result += "phase: " + PhaseName(curPhase_) + " since " + LocalTimeText(phaseSinceMs_) + "\n";
     }
     result += isScreenOn_ ? "screen: on\n"
                           : "screen: off since " + LocalTimeText(screenOffTimeStamp_) +
