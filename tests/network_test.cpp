@@ -200,6 +200,7 @@ TEST(Network, AtNightChangesAreJudgedByTheNightsRule) {
     EXPECT_EQ(Reach(nightfall, "22:00"), "12 13 14 17 19") << "without waiting for anything else";
 
     Night woken = Phone("22:10").AdvanceTo("23:00");
+    woken.Device("continuous_tasks", R"([{"type": 2, "uid": 13, "pid": 3}, {"type": 1, "uid": 18, "pid": 8}])");
     const Record record = WakeUser(FallAsleep(woken).AdvanceTo("23:20")).PlayUntil("23:30");
     EXPECT_EQ(Reach(record, "23:15"), "12 15 17 19") << "asleep";
     EXPECT_EQ(Reach(record, "23:20"), "12 13 14 17 19") << "what stays is the firewall of deep standby";
@@ -254,6 +255,12 @@ TEST(Network, ARefreshThatCannotLookLeavesTheListAsItIs) {
                     }))
             << operation << " is told";
     }
+    Night dumped = Phone("12:00").AdvanceTo("13:10").Fail("StandbyServiceImpl.GetAllowList");
+    dumped.Set(R"({"processes": [{"pid": 2, "uid": 12, "name": "listed"}]})").AdvanceTo("13:11");
+    dumped.Dump(R"(["DUMP_DETAIL_INFO", "DUMP_STRATGY_DETAIL"])");
+    EXPECT_THAT(dumped.PlayUntil("13:12").Dumps(), Contains(HasSubstr("uid 12 listed: on the allow list\n")))
+        << "nor does it forget why";
+
     const char* tasks = "BackgroundTaskMgrHelper.GetContinuousTaskApps";
     Night night = Phone("12:00").AdvanceTo("13:10").Fail(tasks).Set(R"({"allow_list": {"1": ["idle"]}})");
     night.AdvanceTo("13:10:30").Set(R"({"continuous_tasks": []})").AdvanceTo("13:10:50").Heal(tasks);
