@@ -310,6 +310,10 @@ TEST(Network, NobodyIsLeftOnTheListOfACrashedService) {
     EXPECT_EQ(Reach(Night(crashed).PlayUntil("13:11"), "13:10"), kAllOpen);
     EXPECT_EQ(Reach(Phone("12:00").Fail(look, 3).AdvanceTo("13:10").Crash().PlayUntil("13:11"), "13:10"), kAllOpen)
         << "whoever runs is taken off where the list cannot be read";
+    Night kept = Phone("12:00").AdvanceTo("13:10").Fail(kTrustList, 7).Crash().AdvanceTo("13:10:10").Heal(kTrustList);
+    const Record unemptied = kept.PlayUntil("13:20");
+    EXPECT_EQ(Reach(unemptied, "13:10:10"), "all, listed 12 13 14 15 17 19");
+    EXPECT_EQ(Reach(unemptied, "13:11"), kAllOpen);
     const Record refused = Phone("12:00")
                                .AdvanceTo("13:10")
                                .Fail(kPolicy, 7)
@@ -319,6 +323,13 @@ TEST(Network, NobodyIsLeftOnTheListOfACrashedService) {
                                .PlayUntil("13:20");
     EXPECT_EQ(Reach(refused, "13:10:10"), "12 13 14 15 17 19");
     EXPECT_EQ(Reach(refused, "13:11"), kAllOpen);
+}
+
+TEST(Network, WhoRunsIsAskedAnewWheneverTheFirewallGoesOn) {
+    Night night = Phone("12:00").AdvanceTo("13:38").Fail(kProcesses).AdvanceTo("13:40:30").Heal(kProcesses);
+    const Record record = night.PlayUntil("13:50");
+    EXPECT_EQ(Reach(record, "13:40:30"), kAllOpen) << "after the maintenance";
+    EXPECT_EQ(Reach(record, "13:41"), "12 13 14 15 17 19");
 }
 
 TEST(Network, NobodyStaysOnTheTrustListOfAFirewallThatWentOff) {

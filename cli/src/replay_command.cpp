@@ -29,9 +29,9 @@ std::unique_ptr<Replay::RecordSink> MakeSink(const ReplayOptions& options, Outpu
     if (options.format == Format::JSONL) {
         return std::make_unique<Replay::JsonlWriter>(output.Stream());
     }
-    return std::make_unique<Replay::Timeline>(
+    return std::make_unique<Story::Timeline>(
         output.Stream(),
-        Replay::TimelineOptions{
+        Story::TimelineOptions{
             .isColored = IsColored(options.color, output), .isUnfolded = options.isUnfolded, .leastLog = options.log});
 }
 

@@ -1,0 +1,31 @@
+#ifndef STORY_PHRASES_H
+#define STORY_PHRASES_H
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace TARN::Story {
+
+/// "1 app", "12 apps".
+[[nodiscard]] std::string Count(int64_t number, std::string_view noun);
+
+/// "once", "twice", "12 times".
+[[nodiscard]] std::string Times(int64_t number);
+
+/// "a, b and c", or "a, b and 9 more" where the names would fill the line.
+[[nodiscard]] std::string Names(const std::vector<std::string>& names);
+
+/// "4 s", "12 min", "7 h 05 min", "11 h".
+[[nodiscard]] std::string Duration(int64_t ms);
+
+/// Local time of day, "06:45".
+[[nodiscard]] std::string Clock(int64_t t);
+
+/// "sentence: reason", or the sentence alone where no reason is known.
+[[nodiscard]] std::string Because(std::string sentence, std::string_view reason);
+
+}  // namespace TARN::Story
+
+#endif  // STORY_PHRASES_H
