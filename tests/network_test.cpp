@@ -280,6 +280,11 @@ TEST(Network, WhatTheDeviceDoesNotConfirmIsNotBelieved) {
     EXPECT_EQ(Reach(list, "13:10:30"), "all, listed 12 13 14 15 17 19");
     EXPECT_EQ(Reach(list, "13:11"), kAllOpen);
 
+    Night mute = Phone("12:00").AdvanceTo("13:04").Fail(look).Fail(kTrustList).AdvanceTo("13:05:30").Heal(kTrustList);
+    const Record unread = mute.AdvanceTo("13:10").ScreenOn().PlayUntil("13:20");
+    EXPECT_EQ(Reach(unread, "13:06"), "12 13 14 15 17 19") << "told again while nobody can say";
+    EXPECT_EQ(Reach(unread, "13:10"), kAllOpen) << "and whoever was told of is taken off";
+
     Night unknown =
         Phone("12:00").Device("fail", R"({"NetPolicyClient.SetDeviceIdlePolicy": 5})").AdvanceTo("12:00:01");
     EXPECT_EQ(Reach(FallAsleep(unknown).AdvanceTo("12:00:02").Heal(kPolicy).PlayUntil("12:04"), "12:01"), "12 15 17 19")

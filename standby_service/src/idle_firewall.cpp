@@ -67,7 +67,6 @@ bool IdleFirewall::Bring(const std::set<uint32_t>& wanted, std::optional<bool> i
     if (isKnown && LookAtList()) {
         return trusted_ == wanted;
     }
-    isListKnown_ = false;
     trusted_.insert(wanted.begin(), wanted.end());  // whoever may be on it, to be taken off some day
     return false;
 }
