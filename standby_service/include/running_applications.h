@@ -44,10 +44,10 @@ public:
     /// is not answered.
     ErrCode Update();
 
-    /// Asks for continuous tasks and the foreground. False when one of them was not answered.
+    /// Asks for continuous tasks and the foreground, after an update. False when one of them was not answered.
     bool UpdateUse();
 
-    /// Whether of every running application it is known if it belongs to the system; else an update asks again.
+    /// Whether of every running application it is known if it belongs to the system; else it is time to try again later.
     [[nodiscard]] bool AreAllClassified() const noexcept { return unclassified_ == 0; }
 
     /// Whether the phone ever told its continuous tasks and its foreground.

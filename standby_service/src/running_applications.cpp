@@ -63,8 +63,6 @@ ErrCode RunningApplications::Update() {
                             unclassified);
     }
     byUid_.swap(running);
-    isStale_ = isStale_ || unclassified != 0;
-    isUseStale_ = true;  // to be matched with those who run now
     return ERR_OK;
 }
 
