@@ -14,6 +14,7 @@
 #include "open_phone_plugin.h"
 #include "phone_sleep_data_collecter.h"
 #include "power_save_clean_strategy.h"
+#include "running_applications.h"
 #include "sleep_clean_strategy.h"
 #include "sleep_detection_strategy.h"
 #include "sleep_shared_pref.h"
@@ -336,6 +337,20 @@ TEST(PowerSaveClean, SkipsAHoleInTheListOfContinuousTasks) {
     strategy->OnCreated();
     strategy->HandleEvent(PowerSaveMode());
     EXPECT_THAT(phone.killed, Are({HasSubstr("33")}));
+}
+
+TEST(RunningApplications, SkipAHoleInTheListOfContinuousTasks) {
+    HoleyPhone phone;
+    Simulated::FactsChange change;
+    change.processes = {Simulated::Process{32, 11, "player", {}}, Simulated::Process{33, 12, "idle", {}}};
+    phone.Apply(change);
+    RunningApplications applications(true);
+    EXPECT_EQ(applications.Update(), 0);
+    EXPECT_FALSE(applications.IsUseKnown());
+    EXPECT_TRUE(applications.UpdateUse());
+    EXPECT_TRUE(applications.IsUseKnown());
+    EXPECT_THAT(applications.ByUid().at(11).taskTypes, ::testing::ElementsAre(2U));
+    EXPECT_THAT(applications.ByUid().at(12).taskTypes, IsEmpty());
 }
 
 TEST(SensorReading, IsTakenFromAnyAddressButOnlyWhole) {

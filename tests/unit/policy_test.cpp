@@ -68,6 +68,15 @@ TEST_F(PolicyTest, TheNumbersAreTheConfigurations) {
         << "a maintenance that comes between two phases holds the next one up";
 }
 
+TEST_F(PolicyTest, AMaintenanceThatIsDueWithAPhaseComesFirst) {
+    config.policy.phaseEverySeconds = 1800;
+    Start();
+    ScreenOff();
+    phone.Run(100 * 60'000);
+    EXPECT_THAT(heard, Are({"12:00:00 state 1", "12:05:00 state 2", "12:35:00 state 4", "12:35:00 phase 0",
+                            "13:05:00 phase 1", "13:35:00 state 3", "13:40:00 state 4", "13:40:00 phase 1"}));
+}
+
 TEST_F(PolicyTest, ABlockedStateIsKeptUntilItIsUnblocked) {
     config.policy.napAfterSeconds = 60;
     Start();
@@ -136,11 +145,18 @@ TEST_F(PolicyTest, AServiceThatIsInitialisedAgainBeginsAnew) {
     phone.Run(10 * 60'000);
     ASSERT_EQ(service->GetStateManager()->GetCurState(), 2U);
     service->GetStateManager()->BlockCurrentState();
+    EXPECT_NE(service->GetStateManager()->TransitToState(StandbyState::DARK), 0U);
     service->UnInit();
-    phone.Run(kHourMs);
     heard.clear();
+    service->DispatchEvent(StandbyMessage(StandbyMessageType::COMMON_EVENT,
+                                          std::string(EventFwk::CommonEventSupport::COMMON_EVENT_SCREEN_ON)));
+    phone.Run(kHourMs);
+    EXPECT_THAT(heard, IsEmpty()) << "what is still queued moves nothing";
     service->Init();
     phone.Run(35 * 60'000);
+    service->GetStateManager()->BlockCurrentState();
+    service->GetStateManager()->UnblockCurrentState();
+    phone.Run();
     EXPECT_THAT(heard, Are({"13:10:00 state 1", "13:15:00 state 2", "13:45:00 state 4", "13:45:00 phase 0"}));
 }
 
