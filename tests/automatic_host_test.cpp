@@ -187,9 +187,10 @@ TEST(AutomaticHost, ChangesOfWhatItKeepsBecomeMessages) {
                 Are({"1000000 null"}))
         << "another one still plays";
     const std::string processes = R"({"processes": [{"pid": 1, "uid": 5, "name": "a", "foreground": true}]})";
-    for (const char* after :
-         {R"({"pid": 1, "uid": 5, "name": "a"})", "",
-          R"({"pid": 1, "uid": 5, "name": "a", "foreground": true}, {"pid": 2, "uid": 6, "name": "b"})"}) {
+    for (
+        const char* after :
+        {R"({"pid": 1, "uid": 5, "name": "a"})", "",
+         R"({"pid": 1, "uid": 5, "name": "a", "foreground": true}, {"pid": 2, "uid": 6, "name": "b", "foreground": true})"}) {
         EXPECT_THAT(told(processes, std::string(R"({"processes": [)") + after + "]}"), Are({"1000000 null"})) << after;
     }
     EXPECT_THAT(told(processes, R"({"processes": [{"pid": 1, "uid": 5, "name": "a", "foreground": true},
@@ -253,10 +254,13 @@ TEST(AutomaticHost, WhatWasMissedMeanwhileIsMadeUpFor) {
     const char* tasks = "BackgroundTaskMgrHelper.GetContinuousTaskApps";
     Night players = AutomaticNight().Device("fail", std::string(R"({")") + tasks + R"(": 5})");
     players.Device("continuous_tasks", R"([{"type": 2, "uid": 5, "pid": 6}, {"type": 2, "uid": 7, "pid": 8}])");
+    players.AdvanceTo("21:00:20").Set(R"({"continuous_tasks": [{"type": 2, "uid": 5, "pid": 6},
+        {"type": 2, "uid": 7, "pid": 8}, {"type": 4, "uid": 9, "pid": 10}]})");
     players.AdvanceTo("21:00:30").Heal(tasks).AdvanceTo("21:10");
-    players.Set(R"({"continuous_tasks": [{"type": 2, "uid": 5, "pid": 6}]})");
+    players.Set(R"({"continuous_tasks": [{"type": 2, "uid": 5, "pid": 6}, {"type": 4, "uid": 9, "pid": 10}]})");
     EXPECT_THAT(players.PlayUntil("21:11").Timed().Deliveries({101}),
-                Are({R"(21:01:00 101 {"started":true,"typeId":2,"uid":5})",
+                Are({R"(21:00:20 101 {"started":true,"typeId":4,"uid":9})",
+                     R"(21:01:00 101 {"started":true,"typeId":2,"uid":5})",
                      R"(21:01:00 101 {"started":true,"typeId":2,"uid":7})"}));
 
     Night unlit = AutomaticNight().Device("fail", R"({"PowerMgrClient.IsScreenOn": 1})");
@@ -264,6 +268,11 @@ TEST(AutomaticHost, WhatWasMissedMeanwhileIsMadeUpFor) {
     EXPECT_THAT(Steps(unknown), IsEmpty()) << "a screen that nobody tells of counts as lit";
     EXPECT_THAT(unknown.LogsOf("state_manager_adapter"),
                 Are({"warn the power manager does not tell whether the screen is on"}));
+
+    const char* screen = "PowerMgrClient.IsScreenOn";
+    Night crashed =
+        AutomaticNight().ScreenOff().AdvanceTo("21:10").Fail(screen).Crash().AdvanceTo("21:10:30").Heal(screen);
+    EXPECT_THAT(Steps(crashed.PlayUntil("21:12").At("21:1")), Are({"21:11:00 0-1"})) << "until somebody does";
 
     Night plug = AutomaticNight().Fail("BatterySrvClient.GetPluggedType", 7).ScreenOff().AdvanceTo("21:01");
     EXPECT_THAT(Steps(plug.Heal("BatterySrvClient.GetPluggedType").PlayUntil("21:11")),

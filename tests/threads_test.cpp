@@ -9,6 +9,7 @@
 #include "device_state_cache.h"
 #include "night.h"
 #include "standby_service_impl.h"
+#include "test_phone.h"
 #include "threaded_phone.h"
 
 namespace TARN::Tests {
@@ -159,6 +160,28 @@ private:
     std::atomic<int> lives_ = 0;
     std::atomic<int> deliveries_ = 0;
 };
+
+TEST(LoadPlugin, OverALoadedOneBeginsWithNothingOfIt) {
+    TestPhone phone;
+    auto& service = phone.StartService();
+    const auto dump = [&] {
+        std::string text;
+        service.ShellDump({}, text);
+        return text;
+    };
+    std::string error;
+    ASSERT_TRUE(service.LoadPlugin(PluginPath(), error)) << error;
+    service.Init();
+    service.DispatchEvent(StandbyMessage(DevStandbyMgr::StandbyMessageType::USER_SLEEP_STATE_CHANGED, {},
+                                         AAFwk::Want().SetParam("isSleep", true)));
+    phone.Run();
+    EXPECT_EQ(dump(), "userSleepState: 1\n");
+    ASSERT_TRUE(service.LoadPlugin(PluginPath(), error)) << error;
+    service.Init();
+    EXPECT_EQ(dump(), "userSleepState: 0\n");
+    EXPECT_FALSE(service.LoadPlugin("/nowhere.so", error));
+    EXPECT_EQ(dump(), "") << "none is loaded then";
+}
 
 TEST(Threads, ServiceAndPluginLiveWithThoseOfARealPhone) {
     Stress stress;

@@ -252,7 +252,12 @@ bool StandbyServiceImpl::FetchExemptions(int32_t allowType, const std::string& s
 }
 
 void StandbyServiceImpl::SetRestrictSet(int32_t allowType, std::set<std::string> names) {
-    if (std::exchange(restrictSets_[allowType], names) != names && ReportsChanges()) {
+    std::set<std::string>& restricted = restrictSets_[allowType];
+    if (restricted == names) {
+        return;
+    }
+    restricted = std::move(names);
+    if (ReportsChanges()) {
         Refresh();
     }
 }

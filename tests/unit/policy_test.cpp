@@ -3,6 +3,7 @@
 
 #include "are.h"
 #include "common_event_support.h"
+#include "condition_watch.h"
 #include "open_phone_plugin.h"
 #include "standby_constants.h"
 #include "test_phone.h"
@@ -160,6 +161,34 @@ TEST_F(PolicyTest, AServiceThatIsInitialisedAgainBeginsAnew) {
     EXPECT_THAT(heard, Are({"13:10:00 state 1", "13:15:00 state 2", "13:45:00 state 4", "13:45:00 phase 0"}));
 }
 
+TEST_F(PolicyTest, AListenerThatCouldNotBeUnsubscribedSaysNothingTwice) {
+    Start();
+    phone.Fail("CommonEventManager.UnSubscribeCommonEvent");
+    service->UnInit();
+    phone.Heal("CommonEventManager.UnSubscribeCommonEvent");
+    service->Init();
+    int screens = 0;
+    service->ObserveDelivery([&screens](const StandbyMessage& message) {
+        screens += message.eventId == StandbyMessageType::COMMON_EVENT ? 1 : 0;
+    });
+    ScreenOff();
+    phone.Run();
+    EXPECT_EQ(screens, 1);
+}
+
+TEST_F(PolicyTest, AStoppedServiceTriesNothingAgain) {
+    phone.Fail("CommonEventManager.SubscribeCommonEvent");
+    Start();
+    phone.Heal("CommonEventManager.SubscribeCommonEvent");
+    service->UnInit();
+    int refreshes = 0;
+    service->ObserveDelivery([&refreshes](const StandbyMessage& message) {
+        refreshes += message.eventId == StandbyMessageType::HOST_REFRESH ? 1 : 0;
+    });
+    phone.Run(kHourMs);
+    EXPECT_EQ(refreshes, 0);
+}
+
 TEST_F(PolicyTest, AnotherTimeZoneIsAnotherNight) {
     Start();
     Replay::TimeZone("Pacific/Auckland").Use();
@@ -171,6 +200,8 @@ TEST_F(PolicyTest, AnotherTimeZoneIsAnotherNight) {
     service->UnInit();
     phone->Broadcast(AAFwk::Want().SetAction("COMMON_EVENT_TIMEZONE_CHANGED"));
     Replay::TimeZone("UTC").Use();
+    phone.Run(24 * kHourMs);
+    service->GetConditionWatch().OnClockChanged();
     phone.Run(24 * kHourMs);
     EXPECT_EQ(heard.size(), 2U) << "a stopped service watches nothing";
 }

@@ -220,7 +220,13 @@ TEST(SimulatedProcesses, AreKilledByPidAllOfThatPid) {
         change.processes = {App(1, 10, "a"), App(2, 10, "b"), Process{1, 0, "native", {}, true},
                             App(-1, 11, "c", true)};
     });
+    std::vector<std::string> ended;
+    phone->Apps().ObserveStates([&ended](const AppExecFwk::AppStateData& app) {
+        ended.push_back(app.bundleName + (app.state == AppExecFwk::AppState::ENDED ? " ended" : ""));
+    });
     EXPECT_EQ(phone->ResourceScheduler().KillProcess({{"pid", "1"}}), 0);
+    phone.Run();
+    EXPECT_THAT(ended, Are({"a ended"}));
     EXPECT_EQ(phone->ResourceScheduler().KillProcess({{"pid", "01"}}), 0);
     EXPECT_EQ(phone->ResourceScheduler().KillProcess({{"name", "b"}}), 0);
     phone.Fail("ResSchedClient.KillProcess", 4);
