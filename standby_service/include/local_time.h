@@ -5,11 +5,19 @@
 #include <ctime>
 #include <string>
 
+#include "time_service_client.h"
+
 namespace TARN::DevStandbyMgr {
+
+inline constexpr int64_t kMsPerSecond = 1000;
+
+/// The wall clock, in milliseconds since 1970.
+[[nodiscard]] inline int64_t NowMs() {
+    return MiscServices::TimeServiceClient::GetInstance()->GetWallTimeMs();
+}
 
 /// The local calendar time of a wall-clock time in milliseconds; all zero where there is none.
 [[nodiscard]] inline std::tm LocalTime(int64_t wallMs) {
-    constexpr int64_t kMsPerSecond = 1000;
     const std::time_t seconds = wallMs / kMsPerSecond;
     std::tm local{};
     localtime_r(&seconds, &local);

@@ -7,20 +7,14 @@
 #include "local_time.h"
 #include "standby_constants.h"
 #include "standby_service_impl.h"
-#include "time_service_client.h"
 
 namespace TARN::DevStandbyMgr {
 
 namespace {
 
 constexpr char kConditionTask[] = "standby_condition_task";
-constexpr int64_t kMsPerSecond = 1000;
 constexpr int64_t kMsPerDay = 86'400'000;
 constexpr int32_t kMostDaysAhead = 3;  // a day may lack the hour, or be left out by its zone
-
-int64_t NowMs() {
-    return MiscServices::TimeServiceClient::GetInstance()->GetWallTimeMs();
-}
 
 /// The next time after `nowMs` at which the local clock shows `hour` o'clock.
 int64_t NextHourMs(int64_t nowMs, int32_t hour) {

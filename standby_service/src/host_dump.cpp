@@ -60,8 +60,7 @@ std::string Batching() {
 
 void StandbyServiceImpl::DumpHost(const std::vector<std::string>& args, std::string& result) const {
     result += "=================StandbyService=========================\n";
-    result += "time: " + LocalTimeText(MiscServices::TimeServiceClient::GetInstance()->GetWallTimeMs()) +
-              ", condition " + Condition(conditionWatch_->At(0)) + "\n";
+    result += "time: " + LocalTimeText(NowMs()) + ", condition " + Condition(conditionWatch_->At(0)) + "\n";
     stateManager_->ShellDump(args, result);
     constraintManager_->ShellDump(args, result);
     result += "frozen: " + Frozen();

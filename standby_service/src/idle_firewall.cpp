@@ -8,7 +8,6 @@
 #include "local_time.h"
 #include "net_policy_client.h"
 #include "standby_service_log.h"
-#include "time_service_client.h"
 
 namespace TARN::DevStandbyMgr {
 
@@ -33,7 +32,7 @@ ErrCode IdleFirewall::Switch(bool enable) {
         return status;
     }
     if (std::exchange(policy_, enable) != enable) {
-        switchedMs_ = MiscServices::TimeServiceClient::GetInstance()->GetWallTimeMs();
+        switchedMs_ = NowMs();
     }
     return ERR_OK;
 }

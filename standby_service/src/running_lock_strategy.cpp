@@ -13,7 +13,6 @@
 #include "standby_constants.h"
 #include "standby_service_impl.h"
 #include "standby_service_log.h"
-#include "time_service_client.h"
 
 namespace TARN::DevStandbyMgr {
 
@@ -103,7 +102,7 @@ void RunningLockStrategy::StartProxy() {
         return;
     }
     isProxied_ = true;
-    sinceMs_ = MiscServices::TimeServiceClient::GetInstance()->GetWallTimeMs();
+    sinceMs_ = NowMs();
     CollectNatives();
     ProxyAppAndProcess(true);
 }
@@ -311,9 +310,9 @@ ErrCode RunningLockStrategy::ProxyRunningLockList(bool isProxied,
         owed_.erase(pair);
         if (status != ERR_OK) {
             (isProxied ? refused_ : owed_).insert(pair);
-        } else if (status == ERR_OK && isProxied) {
+        } else if (isProxied) {
             held_.insert(pair);
-        } else if (status == ERR_OK) {
+        } else {
             held_.erase(pair);
         }
     }

@@ -8,6 +8,7 @@
 #include "device.h"
 #include "device_state_cache.h"
 #include "dump_words.h"
+#include "local_time.h"
 #include "plugin_library.h"
 #include "standby_config_manager.h"
 #include "standby_constants.h"
@@ -20,7 +21,6 @@ int32_t STANDBT_MODE = 0;
 namespace {
 
 constexpr char kRefreshTask[] = "standby_refresh_task";
-constexpr int64_t kMsPerSecond = 1000;
 
 /// The process's service, which any thread may ask for.
 class Instance {

@@ -13,7 +13,6 @@
 #include "standby_names.h"
 #include "standby_service_impl.h"
 #include "standby_service_log.h"
-#include "time_service_client.h"
 
 namespace TARN::DevStandbyMgr {
 
@@ -24,11 +23,6 @@ using EventFwk::CommonEventSupport;
 constexpr char kStepTask[] = "standby_state_step_task";
 constexpr char kPhaseTask[] = "standby_phase_task";
 constexpr char kHalfHourTask[] = "standby_screen_off_half_hour_task";
-constexpr int64_t kMsPerSecond = 1000;
-
-int64_t NowMs() {
-    return MiscServices::TimeServiceClient::GetInstance()->GetWallTimeMs();
-}
 
 const StandbyPolicy& Policy() {
     return StandbyServiceImpl::GetInstance()->GetConfigManager()->Config().policy;
