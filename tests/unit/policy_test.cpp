@@ -176,7 +176,7 @@ TEST_F(PolicyTest, AListenerThatCouldNotBeUnsubscribedSaysNothingTwice) {
     EXPECT_EQ(screens, 1);
 }
 
-TEST_F(PolicyTest, AStoppedServiceTriesNothingAgain) {
+TEST_F(PolicyTest, AStoppedServiceTriesNothingAgainAndStaysInItsState) {
     phone.Fail("CommonEventManager.SubscribeCommonEvent");
     Start();
     phone.Heal("CommonEventManager.SubscribeCommonEvent");
@@ -185,8 +185,11 @@ TEST_F(PolicyTest, AStoppedServiceTriesNothingAgain) {
     service->ObserveDelivery([&refreshes](const StandbyMessage& message) {
         refreshes += message.eventId == StandbyMessageType::HOST_REFRESH ? 1 : 0;
     });
+    service->DispatchEvent(StandbyMessage(StandbyMessageType::COMMON_EVENT,
+                                          std::string(EventFwk::CommonEventSupport::COMMON_EVENT_SCREEN_OFF)));
     phone.Run(kHourMs);
     EXPECT_EQ(refreshes, 0);
+    EXPECT_EQ(service->GetStateManager()->GetCurState(), 0U) << "what is still queued moves nothing";
 }
 
 TEST_F(PolicyTest, AnotherTimeZoneIsAnotherNight) {
