@@ -7,6 +7,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "host_reason.h"
 #include "log_service.h"
 #include "standby_message.h"
 #include "trace.h"
@@ -33,6 +34,9 @@ public:
     virtual void OnCall(int64_t t, std::string_view operation, const nlohmann::ordered_json& arguments,
                         const nlohmann::ordered_json& result) = 0;
     virtual void OnDeliver(int64_t t, const DevStandbyMgr::StandbyMessage& message) = 0;
+    /// Whether the host's own reasons are wanted; only then OnReason is called.
+    [[nodiscard]] virtual bool WantsReasons() const noexcept { return false; }
+    virtual void OnReason(int64_t /*t*/, const DevStandbyMgr::HostReason& /*reason*/) {}
     virtual void OnDump(int64_t t, const std::string& text) = 0;
     virtual void OnEnd(int64_t t, const Summary& summary) = 0;
 };

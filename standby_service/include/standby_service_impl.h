@@ -12,6 +12,7 @@
 
 #include "allow_info.h"
 #include "event_handler.h"
+#include "host_reason.h"
 #include "iconstraint_manager_adapter.h"
 #include "ilistener_manager_adapter.h"
 #include "istate_manager_adapter.h"
@@ -37,6 +38,7 @@ class StandbyConfigManager;
 class StandbyServiceImpl : public std::enable_shared_from_this<StandbyServiceImpl> {
 public:
     using DeliveryObserver = std::function<void(const StandbyMessage&)>;
+    using ReasonObserver = std::function<void(const HostReason&)>;
 
     /// The running service, null when there is none. Whoever holds it keeps it alive over Destroy.
     [[nodiscard]] static std::shared_ptr<StandbyServiceImpl> GetInstance();
@@ -88,6 +90,19 @@ public:
     /// Calls `observer` with each message right before the strategies get it.
     void ObserveDelivery(DeliveryObserver observer) { deliveryObserver_ = std::move(observer); }
 
+    /// Calls `observer` with the reason of each decision that the service makes by itself, in automatic mode.
+    void ObserveReasons(ReasonObserver observer) { reasonObserver_ = std::move(observer); }
+
+    /// Whether anybody wants reasons; where not, none need be put together.
+    [[nodiscard]] bool WantsReasons() const noexcept { return static_cast<bool>(reasonObserver_); }
+
+    /// Hands a reason to the observer, if there is one.
+    void TellReason(const HostReason& reason) const {
+        if (reasonObserver_) {
+            reasonObserver_(reason);
+        }
+    }
+
     [[nodiscard]] std::shared_ptr<AppExecFwk::EventHandler> GetHandler() const { return handler_; }
     [[nodiscard]] std::shared_ptr<IConstraintManagerAdapter> GetConstraintManager() const { return constraintManager_; }
     [[nodiscard]] std::shared_ptr<IStateManagerAdapter> GetStateManager() const { return stateManager_; }
@@ -136,6 +151,7 @@ private:
     std::atomic<bool> isRefreshQueued_ = false;
     bool isRefreshWaiting_ = false;  ///< for its time to come
     DeliveryObserver deliveryObserver_;
+    ReasonObserver reasonObserver_;
     std::map<int32_t, std::vector<std::string>> allowLists_;
     std::map<int32_t, std::set<std::string>> restrictSets_;
 

@@ -1,0 +1,194 @@
+#include "session.h"
+
+#include <memory>
+#include <set>
+#include <utility>
+
+#include "condition_watch.h"
+#include "device_state_cache.h"
+#include "player.h"
+#include "simulated_phone.h"
+#include "standby_service_impl.h"
+
+namespace TARN::Replay {
+
+namespace {
+
+using DevStandbyMgr::StandbyServiceImpl;
+using Simulated::SimulatedPhone;
+
+/// Puts the time on what the phone shows, counts it and hands it on.
+class Recorder : public Simulated::PhoneObserver {
+public:
+    explicit Recorder(RecordSink& sink) : sink_(sink) {}
+
+    void Watch(const Simulated::VirtualTime& clock) { clock_ = &clock; }
+
+    [[nodiscard]] bool WantsLog(LogLevel level) const noexcept override { return sink_.WantsLog(level); }
+
+    void OnLog(const LogLine& line) override {
+        ++summary_.logs;
+        sink_.OnLog(Now(), line);
+    }
+
+    void OnCall(std::string_view operation, const nlohmann::ordered_json& arguments,
+                const nlohmann::ordered_json& result) override {
+        ++summary_.calls;
+        sink_.OnCall(Now(), operation, arguments, result);
+    }
+
+    void OnDeliver(const DevStandbyMgr::StandbyMessage& message) {
+        ++summary_.messages;
+        sink_.OnDeliver(Now(), message);
+    }
+
+    [[nodiscard]] Summary Total() const { return summary_; }
+
+private:
+    [[nodiscard]] int64_t Now() const { return clock_->NowMs(); }
+
+    RecordSink& sink_;
+    const Simulated::VirtualTime* clock_ = nullptr;
+    Summary summary_;
+};
+
+/// A phone that is the process's device for as long as it lives.
+class InstalledPhone {
+public:
+    InstalledPhone(const Trace& trace, Recorder& recorder) : phone_(trace.start, trace.bootNs, recorder) {
+        recorder.Watch(phone_.Clock());
+        Device::Install(&phone_);
+    }
+    ~InstalledPhone() {
+        phone_.DropPending();
+        StandbyServiceImpl::Destroy();
+        Device::Install(nullptr);
+    }
+    InstalledPhone(const InstalledPhone&) = delete;
+    InstalledPhone& operator=(const InstalledPhone&) = delete;
+
+    SimulatedPhone& operator*() { return phone_; }
+    SimulatedPhone* operator->() { return &phone_; }
+
+private:
+    SimulatedPhone phone_;
+};
+
+}  // namespace
+
+struct Session::Parts {
+    Parts(const Trace& trace, RecordSink& sink) : recorder(sink), installed(trace, recorder) {}
+
+    Recorder recorder;
+    InstalledPhone installed;
+    std::shared_ptr<StandbyServiceImpl> service;
+};
+
+Session::Session(const Trace& trace, std::string pluginPath, RecordSink& sink)
+    : start_(trace.start), pluginPath_(std::move(pluginPath)), sink_(sink) {
+    trace.timezone.Use();
+    parts_ = std::make_unique<Parts>(trace, sink);
+    Phone().Apply(trace.device.phone);
+    parts_->service = StandbyServiceImpl::Create(trace.host);
+    Service().ObserveDelivery([this](const auto& message) { parts_->recorder.OnDeliver(message); });
+    if (sink.WantsReasons()) {
+        Service().ObserveReasons([this](const auto& reason) { sink_.OnReason(NowMs(), reason); });
+    }
+    Apply(trace.device.host);
+    sink_.OnBegin(trace);
+    LoadAndInit();
+}
+
+Session::~Session() = default;
+
+SimulatedPhone& Session::Phone() {
+    return *parts_->installed;
+}
+
+StandbyServiceImpl& Session::Service() {
+    return *parts_->service;
+}
+
+int64_t Session::NowMs() const {
+    return parts_->installed->Clock().NowMs();
+}
+
+void Session::LoadAndInit() {
+    std::string error;
+    if (!Service().LoadPlugin(pluginPath_, error)) {
+        throw RunError("cannot load the plugin: " + error);
+    }
+    Service().Init();
+}
+
+void Session::AdvanceTo(int64_t t) {
+    Phone().Clock().RunBefore(t);
+}
+
+void Session::RunThrough(int64_t t) {
+    Phone().Clock().RunThrough(t);
+}
+
+void Session::Do(const Step& step) {
+    AdvanceTo(step.t);
+    sink_.OnStep(step);
+    std::visit([this](const auto& what) { Apply(what); }, step.what);
+}
+
+void Session::Finish(int64_t end) {
+    AdvanceTo(end);
+    RunThrough(end);
+    Service().UnInit();
+    Service().UnloadPlugin();
+    Summary summary = parts_->recorder.Total();
+    summary.virtualMs = end - start_;
+    sink_.OnEnd(end, summary);
+}
+
+void Session::Apply(const SetStep& step) {
+    Phone().Apply(step.phone);
+    Apply(step.host);
+}
+
+void Session::Apply(const MessageStep& step) {
+    Service().DispatchEvent(step.message);
+}
+
+void Session::Apply(const BroadcastStep& step) {
+    Phone().Broadcast(step.want);
+}
+
+void Session::Apply(const DumpStep& step) {
+    std::string text;
+    Service().ShellDump(step.words, text);
+    sink_.OnDump(NowMs(), text);
+}
+
+void Session::Apply(const RestartStep& step) {
+    if (!step.isCrash) {
+        Service().UnInit();
+    }
+    Service().UnloadPlugin();
+    LoadAndInit();
+}
+
+void Session::Apply(const FileStep& step) {
+    Phone().WriteFile(step.name, step.text);
+}
+
+void Session::Apply(const HostFactsChange& change) {
+    if (change.condition) {
+        Service().GetConditionWatch().Set(*change.condition);
+    }
+    for (const auto& [type, enabled] : change.deviceState) {
+        Service().GetDeviceStateCache()->SetDeviceState(type, enabled);
+    }
+    for (const auto& [type, names] : change.allowList) {
+        Service().SetAllowList(type, names);
+    }
+    for (const auto& [type, names] : change.restrictSet) {
+        Service().SetRestrictSet(type, std::set<std::string>(names.begin(), names.end()));
+    }
+}
+
+}  // namespace TARN::Replay

@@ -1,0 +1,71 @@
+#ifndef STANDBY_SERVICE_HOST_REASON_H
+#define STANDBY_SERVICE_HOST_REASON_H
+
+#include <cstdint>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace TARN::DevStandbyMgr {
+
+/// What made the state manager look at the state of the phone.
+enum class StateCause : uint8_t {
+    START,             ///< the service starts, its screen off
+    SCREEN_ON,         ///< the screen went on
+    SCREEN_OFF,        ///< the screen went off
+    CHARGING,          ///< a charger was plugged in, told by broadcast
+    DISCHARGING,       ///< it was unplugged, told by broadcast
+    MOVED,             ///< the phone left stillness
+    TIME,              ///< the time of a step is over
+    MAINTENANCE_DUE,   ///< deep standby lasted as long as it may
+    MAINTENANCE_OVER,  ///< the maintenance lasted as long as it may
+    UNBLOCKED,         ///< the state was blocked and is free again
+    ASKED,             ///< somebody asked for a state
+};
+
+/// One condition of a step, as it was found.
+struct ConditionFound {
+    std::string name;  ///< "still", "unplugged"
+    bool isMet = false;
+    std::string found;  ///< what the phone answered: "moving", "plugged type 1", "no answer, counts as still"
+};
+
+/// The state changed, or was looked at and stayed as it was: `from` equals `to`.
+struct StateReason {
+    StateCause cause = StateCause::ASKED;
+    uint32_t from = 0;
+    uint32_t to = 0;
+    uint32_t target = 0;                     ///< the state that was tried for; `to` where it was reached
+    std::vector<ConditionFound> conditions;  ///< those that were asked, in order; the first unmet one decided
+    int64_t nextTryMs = -1;                  ///< wall clock at which it is looked at again; -1: nothing is planned
+};
+
+/// How one application or native stands with a limit.
+struct AppVerdict {
+    int32_t uid = -1;
+    int32_t pid = -1;  ///< -1 where the limit goes by uid
+    std::string name;
+    uint8_t exemptionFlags = 0;  ///< bits of ExemptionFlag
+    bool isExempt = false;       ///< the firewall lets it through; its running locks count
+};
+
+/// Whom the firewall lets through, as derived just now. Told when the answer differs from the one before.
+struct FirewallReason {
+    bool isDeepStandby = false;    ///< by the rule of deep standby, else by that of the user's sleep
+    std::string failedQuestion;    ///< what could not be found out, in words; then `apps` is empty
+    std::vector<AppVerdict> apps;  ///< by uid
+};
+
+/// Whose running locks are to count, as derived just now. Told when the answer differs from the one before.
+struct RunningLockReason {
+    bool isProxying = false;  ///< the others' are proxied at this time
+    std::string failedQuestion;
+    std::vector<AppVerdict> apps;  ///< by uid and pid
+};
+
+/// Why the service decided as it did: facts for whoever has to explain them, not sentences.
+using HostReason = std::variant<StateReason, FirewallReason, RunningLockReason>;
+
+}  // namespace TARN::DevStandbyMgr
+
+#endif  // STANDBY_SERVICE_HOST_REASON_H

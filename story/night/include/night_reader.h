@@ -1,0 +1,47 @@
+#ifndef STORY_NIGHT_READER_H
+#define STORY_NIGHT_READER_H
+
+#include <memory>
+#include <optional>
+
+#include "night.h"
+#include "record_sink.h"
+
+namespace TARN::Story {
+
+struct ReadOptions {
+    std::optional<LogLevel>
+        leastLog;               ///< the least level of the plugin's log that becomes events of its own; nothing: none
+    NightView* view = nullptr;  ///< looks on while it is read
+};
+
+/// Makes a Night of what happens in one run.
+class NightReader : public Replay::RecordSink {
+public:
+    explicit NightReader(const ReadOptions& options = {});
+    ~NightReader() override;
+
+    /// The night; whole once the run is over.
+    [[nodiscard]] const Night& Result() const noexcept;
+
+    /// Every level: refusals and their reasons are told from the plugin's log.
+    [[nodiscard]] bool WantsLog(LogLevel /*level*/) const noexcept override { return true; }
+    [[nodiscard]] bool WantsReasons() const noexcept override { return true; }
+    void OnBegin(const Replay::Trace& trace) override;
+    void OnStep(const Replay::Step& step) override;
+    void OnLog(int64_t t, const LogLine& line) override;
+    void OnCall(int64_t t, std::string_view operation, const nlohmann::ordered_json& arguments,
+                const nlohmann::ordered_json& result) override;
+    void OnDeliver(int64_t t, const DevStandbyMgr::StandbyMessage& message) override;
+    void OnReason(int64_t t, const DevStandbyMgr::HostReason& reason) override;
+    void OnDump(int64_t t, const std::string& text) override;
+    void OnEnd(int64_t t, const Replay::Summary& summary) override;
+
+private:
+    struct Storytellers;
+    std::unique_ptr<Storytellers> my_;
+};
+
+}  // namespace TARN::Story
+
+#endif  // STORY_NIGHT_READER_H
