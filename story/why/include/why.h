@@ -1,0 +1,82 @@
+#ifndef STORY_WHY_H
+#define STORY_WHY_H
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <ostream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+#include "night.h"
+
+namespace TARN::Story {
+
+/// What can be asked about.
+enum class About : uint8_t { STATE, SLEEP, SCREEN, BLUETOOTH, WIFI, MODEM, NETWORK, FREEZE, LOCKS, TIMERS, CLEAN };
+inline constexpr size_t kAbouts = static_cast<size_t>(About::CLEAN) + 1;
+
+/// Its word: "bluetooth".
+[[nodiscard]] std::string_view WordOf(About about) noexcept;
+[[nodiscard]] std::optional<About> AboutOf(std::string_view word) noexcept;
+
+struct WhyQuestion {
+    std::optional<About> about;  ///< nothing: all of them in brief
+    std::string app;             ///< a process's name, a bundle, a uid or a pid; then `about` does not count
+};
+
+/// An event of the night with what set it off.
+struct Told {
+    Event event;
+    std::vector<Event> causes;  ///< the nearest first
+};
+
+/// How one thing stands at the moment that was asked for.
+struct SubjectAnswer {
+    About about = About::STATE;
+    std::string state;             ///< the lane's value, kNotKnown; empty for what has no state
+    int64_t number = 0;            ///< the lane's number
+    std::optional<int64_t> since;  ///< nothing: since before the night began, or not known
+    std::optional<Told> change;    ///< what made it so
+    std::optional<Told> refusal;   ///< the last time since then that it was looked at and left, or that a try failed
+    std::string next;              ///< when it may change, or change after all; empty: not known
+};
+
+/// How one aspect of an application stands.
+struct AspectAnswer {
+    Aspect aspect = Aspect::RUNNING;
+    std::string value;  ///< kNotKnown where the record does not say
+    std::optional<int64_t> since;
+    std::string reason;
+    std::optional<Told> change;  ///< the event that tells of it
+};
+
+struct AppAnswer {
+    App app;
+    std::array<AspectAnswer, kAspects> aspects;
+};
+
+struct WhyAnswer {
+    int64_t t = 0;
+    bool areDatesSaid = false;  ///< the night is longer than a day, so a time of day alone says too little
+    bool isBrief = false;       ///< all subjects, a line or two each
+    std::vector<SubjectAnswer> subjects;
+    std::vector<AppAnswer> apps;  ///< one for each process that the name fits
+};
+
+/// Answers for the end of the millisecond `t`, which lies within the night. The night's time zone must be in use.
+/// Throws InputError for an application that the night does not know; the message names the nearest that it knows.
+[[nodiscard]] WhyAnswer Ask(const Night& night, int64_t t, const WhyQuestion& question);
+
+/// The answer in plain sentences.
+void Tell(const WhyAnswer& answer, std::ostream& output);
+
+/// The answer for programs; times are wall clock milliseconds.
+[[nodiscard]] nlohmann::ordered_json ToJson(const WhyAnswer& answer);
+
+}  // namespace TARN::Story
+
+#endif  // STORY_WHY_H
