@@ -87,17 +87,30 @@ void AddPlayerOptions(CLI::App& command, PlayerOptions& options) {
     command.add_flag("--no-progress", options.isProgressHidden, "Show no progress on the terminal");
 }
 
+/// The player's options of a command that plays one run or holds two against each other.
+void AddSideOptions(CLI::App& command, SideNames& names, bool& isProgressHidden) {
+    const auto add = [&command](const char* name, std::vector<std::string>& target, const char* about) {
+        command.add_option(name, target, about)->type_name("FILE")->type_size(1)->allow_extra_args(false);
+    };
+    add("--plugin", names.plugins,
+        "The plugin to load, else the one built with this program; twice: one for each side");
+    add("--config", names.configs, "Host configuration that overrides the traces' own; twice: one for each side");
+    command.add_flag("--no-progress", isProgressHidden, "Show no progress on the terminal");
+}
+
 void AddReplay(CLI::App& app, ReplayOptions& options) {
     CLI::App& command = *app.add_subcommand("replay", "Play traces; tell what happened and why");
     command.footer(kReplayFooter);
-    command.add_option("TRACE", options.traces, "Traces to play, - for standard input")->required()->type_name("");
+    command.add_option("TRACE", options.names.traces, "Traces to play, - for standard input")
+        ->required()
+        ->type_name("");
     AddChoice(command, "--format", "FORMAT", kFormats, options.format,
               "text, a timeline for people (default), or jsonl, the full record");
     AddChoice(command, "--log", "LEVEL", kLevels, options.log,
               "Show the plugin's log in the timeline from this level on: debug, info, warn, error");
     AddChoice(command, "--color", "WHEN", kColors, options.color, "auto (default), always, never");
     command.add_flag("--unfold", options.isUnfolded, "Tell every screen-on, also where the phone is merely used");
-    AddPlayerOptions(command, options.player);
+    AddSideOptions(command, options.names, options.isProgressHidden);
 }
 
 void AddDump(CLI::App& app, DumpOptions& options) {
@@ -117,7 +130,8 @@ std::variant<ReplayOptions, DumpOptions, TextRequest, CommandLineError> ParseCom
                                                                                          const char* const* argv) {
     ReplayOptions replay;
     DumpOptions dump;
-    replay.player.plugin = dump.player.plugin = DefaultPlugin();
+    dump.player.plugin = DefaultPlugin();
+    replay.names.plugins = {DefaultPlugin()};
     CLI::App app(kAbout, "standby");
     app.footer(std::string(kExamples) + kExitStatuses);
     app.set_version_flag("--version", "standby " STANDBY_VERSION, "Print the version and exit");
@@ -137,6 +151,9 @@ std::variant<ReplayOptions, DumpOptions, TextRequest, CommandLineError> ParseCom
         return dump;
     }
     if (app.got_subcommand("replay")) {
+        if (replay.names.configs.size() > 1 || replay.names.plugins.size() > 1) {
+            return CommandLineError{"--config and --plugin are named once here"};
+        }
         return replay;
     }
     return CommandLineError{"no command; try standby --help"};

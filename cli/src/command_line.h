@@ -8,13 +8,14 @@
 #include <vector>
 
 #include "log_service.h"
+#include "sides.h"
 
 namespace TARN::Cli {
 
 enum class Format : uint8_t { TEXT, JSONL };
 enum class ColorChoice : uint8_t { AUTO, ALWAYS, NEVER };
 
-/// What both commands need to play a trace.
+/// What a command that plays one trace needs.
 struct PlayerOptions {
     std::string plugin;  ///< the plugin's file
     std::string config;  ///< a file that overrides the traces' host; empty for none
@@ -22,12 +23,12 @@ struct PlayerOptions {
 };
 
 struct ReplayOptions {
-    PlayerOptions player;
-    std::vector<std::string> traces;
+    SideNames names;  ///< any number of traces, at most one configuration, one plugin
     Format format = Format::TEXT;
     ColorChoice color = ColorChoice::AUTO;
     std::optional<LogLevel> log;  ///< the least level of the plugin's log shown in the timeline
     bool isUnfolded = false;
+    bool isProgressHidden = false;
 };
 
 struct DumpOptions {

@@ -38,15 +38,16 @@ std::unique_ptr<Replay::RecordSink> MakeSink(const ReplayOptions& options, Outpu
 }  // namespace
 
 int RunReplay(const ReplayOptions& options, OutputFile& output) {
-    Progress progress(!options.player.isProgressHidden);
-    auto traces = ReadInputs(options.traces, options.player.config, progress);
+    Progress progress(!options.isProgressHidden);
+    auto traces =
+        ReadInputs(options.names.traces, options.names.configs.empty() ? "" : options.names.configs.front(), progress);
     if (!traces) {
         return kInputWrong;
     }
     output.BeforeWriting([&progress] { progress.Erase(); });
     const double share = 1.0 / static_cast<double>(traces->size());
     double played = 0.0;
-    Replay::PlayOptions player{options.player.plugin,
+    Replay::PlayOptions player{options.names.plugins.front(),
                                [&](double fraction) { progress.Show("playing", (played + fraction) * share); }};
     try {
         for (const Replay::Trace& trace : *traces) {

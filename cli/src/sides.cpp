@@ -1,0 +1,81 @@
+#include "sides.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <utility>
+
+#include "exit_status.h"
+#include "inputs.h"
+#include "json_fields.h"
+#include "standby_config.h"
+
+namespace TARN::Cli {
+
+namespace {
+
+using Names = std::vector<std::string>;
+
+constexpr size_t kMostSides = 2;
+
+/// What a list holds for a side: its own, or the one that is there for both; null if there is none.
+template <class T>
+const T* OfSide(const std::vector<T>& list, size_t side) {
+    return list.empty() ? nullptr : &list[std::min(side, list.size() - 1)];
+}
+
+/// What a name of a pair is called: the file alone where that tells the two apart.
+std::string Label(const Names& names, size_t side, const char* ofNone) {
+    const auto file = [](const std::string& name) { return std::filesystem::path(name).filename().string(); };
+    const std::string& name = names[side];
+    return name.empty() ? ofNone : file(names.front()) == file(names.back()) ? name : file(name);
+}
+
+std::string Label(const SideNames& names, size_t side, size_t sides) {
+    if (sides == 1) {
+        return names.traces.front();
+    }
+    std::string label;
+    const auto add = [&](const Names& list, const char* ofNone) {
+        if (list.size() == kMostSides && list.front() != list.back()) {
+            label.append(label.empty() ? "" : ", ").append(Label(list, side, ofNone));
+        }
+    };
+    add(names.traces, "");
+    add(names.configs, "the trace's own configuration");
+    add(names.plugins, "");
+    return !label.empty() ? label : side == 0 ? "first" : "second";
+}
+
+}  // namespace
+
+std::optional<std::vector<Side>> ReadSides(const SideNames& names, Progress& progress) {
+    const size_t sides = std::max({names.traces.size(), names.configs.size(), names.plugins.size()});
+    if (sides > kMostSides) {
+        Complain("at most two traces, configurations or plugins are held against each other");
+        return std::nullopt;
+    }
+    const auto traces = ReadInputs(names.traces, "", progress);
+    if (!traces) {
+        return std::nullopt;
+    }
+    std::vector<Side> result;
+    try {
+        std::vector<std::optional<DevStandbyMgr::StandbyConfigFile>> configs;
+        for (const std::string& name : names.configs) {
+            configs.push_back(name.empty() ? std::nullopt : std::optional(DevStandbyMgr::StandbyConfigFile(name)));
+        }
+        for (size_t side = 0; side < sides; ++side) {
+            result.push_back({Label(names, side, sides), *OfSide(*traces, side), *OfSide(names.plugins, side)});
+            if (const auto* config = OfSide(configs, side); config != nullptr && *config) {
+                (*config)->LayOver(result.back().trace.host);
+            }
+        }
+    } catch (const DevStandbyMgr::InputError& error) {
+        progress.Erase();
+        Complain(error.what());
+        return std::nullopt;
+    }
+    return result;
+}
+
+}  // namespace TARN::Cli

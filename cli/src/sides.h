@@ -1,0 +1,33 @@
+#ifndef CLI_SIDES_H
+#define CLI_SIDES_H
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "progress.h"
+#include "trace.h"
+
+namespace TARN::Cli {
+
+/// What a command line names once for all runs, or once for each of the two that are held against each other.
+struct SideNames {
+    std::vector<std::string> traces;
+    std::vector<std::string> configs;  ///< files that override the traces' host; "": the trace's own
+    std::vector<std::string> plugins;  ///< at least one
+};
+
+/// One of the runs that are held against each other, ready to be played.
+struct Side {
+    std::string label;  ///< tells it from the other: what was named twice. Of a single side: the trace
+    Replay::Trace trace;
+    std::string plugin;
+};
+
+/// One side, or two if anything is named twice. Complains about everything that is wrong, also about what is named more
+/// than twice; then there is no result.
+[[nodiscard]] std::optional<std::vector<Side>> ReadSides(const SideNames& names, Progress& progress);
+
+}  // namespace TARN::Cli
+
+#endif  // CLI_SIDES_H
