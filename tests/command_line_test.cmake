@@ -71,6 +71,23 @@ answers(2 "^$" "^standby: cut.jsonl:2: [^\n]*\nstandby: bad.jsonl:2: [^\n]*\n$" 
 
 answers(0 "Summary\n" "^$" replay good.jsonl good.jsonl)
 answers(0 "\nuserSleepState: 0\n.*[^\n]\n$" "^$" dump good.jsonl --at 700)
+# a moment is named as people name it: the first such time of day, on the day on which the clock is changed too
+set(header [["timezone": "Europe/Berlin", "start": "2026-10-24T22:00:00", "end": "2026-10-25T23:00:00"]])
+file(WRITE ${WORK}/autumn.jsonl "{\"trace\": 1, ${header}}\n")
+foreach(at 02:30 +4h30m 2026-10-25T02:30 "2026-10-25 02:30:00" 1792888200000)
+  answers(0 "time: 2026-10-25 02:30:00" "^$" dump autumn.jsonl --at ${at})
+endforeach()
+answers(0 "time: 2026-10-25 03:30:00" "^$" dump autumn.jsonl --at 3:30)
+answers(0 "time: 2026-10-24 22:15:05" "^$" dump autumn.jsonl --at 22:15:05)
+complaint(outside "--at: [^\n]* is not within the trace; expected a time from 2026-10-24T22:00:00 to 2026-10-25T23:00:00")
+foreach(at 2026-10-24T21:59 +26h1m 5)
+  answers(2 "^$" "${outside}" dump autumn.jsonl --at ${at})
+endforeach()
+complaint(noTime "--at: [^\n]*expected a time such as 02:13")
+foreach(at + 24:00 02:60 +2x 2026-10-25T02:30.5)
+  answers(2 "^$" "${noTime}" dump autumn.jsonl --at ${at})
+endforeach()
+
 answers(0 "phone strategy manager init FREEZE.*deliver\":{\"eventId\":7,.*virtual_ms\":1000}}\n$" "^$"
   replay --format jsonl --config config.json good.jsonl)
 if(output MATCHES "manager init TIMER")

@@ -26,7 +26,7 @@ constexpr char kExamples[] =
     "  standby replay --log info night.jsonl          ... with the plugin's own log inside\n"
     "  standby replay --format jsonl night.jsonl      the full record, for programs\n"
     "  standby replay --config try.json nights/*      one change against many nights\n"
-    "  standby dump night.jsonl --at 2026-03-02T02:13:00\n\n";
+    "  standby dump night.jsonl --at 02:13\n\n";
 
 constexpr char kReplayFooter[] =
     "The file given with --config is a JSON object with the keys of a trace's \"host\", and \"policy\";\n"
@@ -119,7 +119,9 @@ void AddDump(CLI::App& app, DumpOptions& options) {
     command.add_option("TRACE", options.trace, "The trace to play, - for standard input")->required()->type_name("");
     command.add_option("WORD", options.words, "The dump's words (default DUMP_DETAIL_INFO DUMP_STRATGY_DETAIL)")
         ->type_name("");
-    command.add_option("--at", options.at, "Milliseconds or local time, as in a trace (default its end)")
+    command
+        .add_option("--at", options.at,
+                    "A time of day, a local time, +2h10m after the start, milliseconds (default the end)")
         ->type_name("TIME");
     AddPlayerOptions(command, options.player);
 }

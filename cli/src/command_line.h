@@ -34,7 +34,7 @@ struct ReplayOptions {
 struct DumpOptions {
     PlayerOptions player;
     std::string trace;
-    std::string at;  ///< milliseconds or a local time; empty for the end
+    std::string at;  ///< as ReadTimeArgument takes it; empty for the end
     std::vector<std::string> words;
 };
 

@@ -1,7 +1,6 @@
 #include "dump_command.h"
 
 #include <algorithm>
-#include <charconv>
 #include <utility>
 
 #include "exit_status.h"
@@ -10,6 +9,7 @@
 #include "player.h"
 #include "record_sink.h"
 #include "standby_constants.h"
+#include "time_argument.h"
 
 namespace TARN::Cli {
 
@@ -37,31 +37,6 @@ private:
     std::string text_;
 };
 
-/// A time as a trace writes it: milliseconds of the wall clock, or local time. Throws InputError.
-int64_t ReadTime(const std::string& text) {
-    int64_t ms = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), ms);
-    return error == std::errc() && end == text.data() + text.size() ? ms : Replay::TimeZone::ParseLocal(text);
-}
-
-int64_t DumpTime(const Trace& trace, const std::string& at) {
-    if (at.empty()) {
-        return trace.end;
-    }
-    trace.timezone.Use();
-    try {
-        const int64_t t = ReadTime(at);
-        if (t < trace.start || t > trace.end) {
-            DevStandbyMgr::Refuse("", at + " is not within the trace",
-                                  "a time from " + Replay::TimeZone::Format(trace.start, "%FT%T") + " to " +
-                                      Replay::TimeZone::Format(trace.end, "%FT%T"));
-        }
-        return t;
-    } catch (const InputError& error) {
-        throw InputError(std::string("--at: ") + error.what());
-    }
-}
-
 /// Cuts the trace behind all that happens up to `t`, and ends it with a dump.
 void EndWithDump(Trace& trace, int64_t t, std::vector<std::string> words) {
     trace.steps.erase(std::upper_bound(trace.steps.begin(), trace.steps.end(), t,
@@ -87,7 +62,8 @@ int RunDump(const DumpOptions& options, OutputFile& output) {
     }
     LastDump dump;
     try {
-        EndWithDump(trace, DumpTime(trace, options.at), std::move(words));
+        EndWithDump(trace, options.at.empty() ? trace.end : ReadTimeArgument("--at", options.at, trace),
+                    std::move(words));
         Replay::Play(trace, {options.player.plugin, [&](double fraction) { progress.Show("playing", fraction); }},
                      dump);
     } catch (const InputError& error) {
