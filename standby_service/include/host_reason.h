@@ -10,7 +10,7 @@ namespace TARN::DevStandbyMgr {
 
 /// What made the state manager look at the state of the phone.
 enum class StateCause : uint8_t {
-    START,             ///< the service starts, its screen off
+    START,             ///< the service starts, its screen off or not told yet
     SCREEN_ON,         ///< the screen went on
     SCREEN_OFF,        ///< the screen went off
     CHARGING,          ///< a charger was plugged in, told by broadcast
@@ -25,7 +25,7 @@ enum class StateCause : uint8_t {
 
 /// One condition of a step, as it was found.
 struct ConditionFound {
-    std::string name;  ///< "still", "unplugged"
+    std::string name;  ///< "still", "unplugged", "screen off", "not blocked"
     bool isMet = false;
     std::string found;  ///< what the phone answered: "moving", "plugged type 1", "no answer, counts as still"
 };
@@ -47,20 +47,33 @@ struct AppVerdict {
     std::string name;
     uint8_t exemptionFlags = 0;  ///< bits of ExemptionFlag
     bool isExempt = false;       ///< the firewall lets it through; its running locks count
+
+    friend bool operator==(const AppVerdict&, const AppVerdict&) = default;
 };
 
-/// Whom the firewall lets through, as derived just now. Told when the answer differs from the one before.
+/// Whom the firewall lets through, as derived just now. Told when the answer differs from the one before. An
+/// application whose flags would exempt it and that is not exempt all the same: its flags are not enough at this time.
 struct FirewallReason {
-    bool isDeepStandby = false;    ///< by the rule of deep standby, else by that of the user's sleep
-    std::string failedQuestion;    ///< what could not be found out, in words; then `apps` is empty
+    /// By the rule of deep standby, else by that of the user's sleep. Where `apps` could not be derived: by whose rule
+    /// it was tried.
+    bool isDeepStandby = false;
+    /// What could not be found out, in words: "the continuous tasks". Then `apps` is empty, and nothing changes, or
+    /// goes by what was known before.
+    std::string failedQuestion;
     std::vector<AppVerdict> apps;  ///< by uid
+
+    friend bool operator==(const FirewallReason&, const FirewallReason&) = default;
 };
 
 /// Whose running locks are to count, as derived just now. Told when the answer differs from the one before.
 struct RunningLockReason {
-    bool isProxying = false;  ///< the others' are proxied at this time
-    std::string failedQuestion;
-    std::vector<AppVerdict> apps;  ///< by uid and pid
+    bool isProxying = false;     ///< the others' are proxied at this time
+    std::string failedQuestion;  ///< as above
+    /// Applications' processes by pid and uid, then the natives that the allow list names, without their pid; of other
+    /// natives nothing is said.
+    std::vector<AppVerdict> apps;
+
+    friend bool operator==(const RunningLockReason&, const RunningLockReason&) = default;
 };
 
 /// Why the service decided as it did: facts for whoever has to explain them, not sentences.
