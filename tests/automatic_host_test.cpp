@@ -51,6 +51,33 @@ TEST(AutomaticHost, ScreenOnWakesFromEveryDepthAndTheNextNightBeginsAnew) {
     EXPECT_THAT(Steps(AutomaticNight().ScreenOn().ScreenOn().PlayUntil("22:00")), IsEmpty());
 }
 
+TEST(AutomaticHost, DumpWordsMoveTheStateByHand) {
+    const Night used = AutomaticNight().Dump(R"(["step"])");
+    EXPECT_THAT(used.Play().Dumps(), Are({"\"WORKING\n\""})) << "the screen is on";
+    Night stepped = AutomaticNight().ScreenOff().AdvanceTo("21:02").Dump(R"(["step"])").AdvanceTo("21:03");
+    EXPECT_THAT(Steps(stepped.Set(R"({"plugged": 1})").Dump(R"(["step"])").AdvanceTo("21:04").PlayUntil("21:32")),
+                Are({"21:00:00 0-1", "21:02:00 1-2"}))
+        << "what holds a step back counts, and the time of the next try begins anew";
+    Night deep = AutomaticNight().ScreenOff().AdvanceTo("21:40").Dump(R"(["step"])").AdvanceTo("21:41");
+    deep.Dump(R"(["step"])").Dump(R"(["step"])").AdvanceTo("21:42").Dump(R"(["step"])").AdvanceTo("21:43");
+    EXPECT_THAT(Steps(deep.Dump(R"(["step"])").PlayUntil("22:00").At("21:4")),
+                Are({"21:40:00 phase 1", "21:41:00 phase 2", "21:41:00 phase 3", "21:42:00 4-3", "21:43:00 3-4",
+                     "21:43:00 phase 3"}));
+
+    Night forced = AutomaticNight().Set(R"({"movement": {"value": 2}})").AdvanceTo("21:01");
+    forced.Dump(R"(["force-idle", "light"])").AdvanceTo("21:50").Dump(R"(["step"])").Dump(R"(["force-idle"])");
+    forced.AdvanceTo("23:50").ScreenOff().Dump(R"(["force-idle", "aside"])").AdvanceTo("23:55").Dump(R"(["unforce"])");
+    const Record record = forced.PlayUntil("23:57");
+    EXPECT_THAT(Steps(record), Are({"21:01:00 0-1", "21:01:00 1-2", "21:01:00 2-4", "21:01:00 phase 0",
+                                    "21:50:00 phase 1", "21:50:00 phase 2", "21:50:00 phase 3"}))
+        << "screen and movement do not count, and no time passes";
+    EXPECT_THAT(record.Dumps(),
+                Are({"\"SLEEP, phase LIGHT, forced\n\"", "\"SLEEP, phase LIGHT, forced\n\"",
+                     "\"SLEEP, phase DEEP, forced\n\"", "\"userSleepState: 0\n\"", "\"SLEEP, phase DEEP\n\""}));
+    EXPECT_THAT(Night().Dump(R"(["step"])").Play().Dumps(), Are({"\"userSleepState: 0\n\""}))
+        << "a scripted host decides nothing";
+}
+
 TEST(AutomaticHost, ReportsTheScreenOffForHalfAnHourAndItsEnd) {
     const auto reports = [](const Night& night) { return night.PlayUntil("23:00").Timed().Deliveries({6}); };
     const std::string yes = R"( 6 {"SCR_OFF_HALF_HOUR_STATUS":true})";

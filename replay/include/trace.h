@@ -74,8 +74,18 @@ struct Trace {
     std::vector<Step> steps;
 };
 
-/// Reads a whole trace. Throws InputError "name:line: what is wrong; expected ..." for the first fault.
-[[nodiscard]] Trace ReadTrace(std::istream& input, const std::string& name);
+/// The lines of a trace, without comments and blank ones: the header's, and one for each step.
+struct TraceLines {
+    std::string header;
+    std::vector<std::string> steps;
+};
+
+/// Reads a whole trace; `lines`, if wanted, get what it was read from. Throws InputError "name:line: what is wrong;
+/// expected ..." for the first fault.
+[[nodiscard]] Trace ReadTrace(std::istream& input, const std::string& name, TraceLines* lines = nullptr);
+
+/// Reads one step's line. A time zone must be in use. Throws InputError "what is wrong; expected ...".
+[[nodiscard]] Step ReadStepLine(const std::string& line, DevStandbyMgr::HostMode mode);
 
 }  // namespace TARN::Replay
 

@@ -105,7 +105,7 @@ FileStep ReadFile(const Json& object, const std::string& name) {
     return step;
 }
 
-Step ReadStep(const Json& object, bool isAutomatic) {
+Step ReadStep(const Json& object, HostMode mode) {
     JsonFields fields(object, {});
     Step step{};
     step.t = ReadTime(fields.Require("t", "the step's time"), "t");
@@ -116,7 +116,9 @@ Step ReadStep(const Json& object, bool isAutomatic) {
             step.what = read(value, where);
         });
     };
-    kind("set", [&](const Json& value, const std::string& where) { return ReadFacts(value, where, isAutomatic); });
+    kind("set", [&](const Json& value, const std::string& where) {
+        return ReadFacts(value, where, mode == HostMode::AUTOMATIC);
+    });
     kind("message", ReadMessage);
     kind("broadcast", ReadBroadcast);
     kind("dump", [](const Json& value, const std::string& where) { return DumpStep{ReadStrings(value, where)}; });
@@ -210,7 +212,13 @@ void CheckOrder(const Trace& trace, const Step& step, bool hasEnd) {
 
 }  // namespace
 
-Trace ReadTrace(std::istream& input, const std::string& name) {
+Step ReadStepLine(const std::string& line, HostMode mode) {
+    const Json object = ParseLine(line, /*isCutOff=*/false);
+    CheckIntegers(line);
+    return ReadStep(object, mode);
+}
+
+Trace ReadTrace(std::istream& input, const std::string& name, TraceLines* lines) {
     Trace trace;
     trace.name = name;
     bool hasHeader = false;
@@ -231,12 +239,18 @@ Trace ReadTrace(std::istream& input, const std::string& name) {
                 hasEnd = ReadHeader(object, trace);
                 hasHeader = true;
                 CheckIntegers(line);
+                if (lines != nullptr) {
+                    lines->header = line;
+                }
                 continue;
             }
-            Step step = ReadStep(object, trace.host.mode == HostMode::AUTOMATIC);
+            Step step = ReadStep(object, trace.host.mode);
             CheckOrder(trace, step, hasEnd);
             CheckIntegers(line);
             trace.steps.push_back(std::move(step));
+            if (lines != nullptr) {
+                lines->steps.push_back(line);
+            }
         }
         if (input.bad()) {
             Refuse("", "cannot be read", "a trace");

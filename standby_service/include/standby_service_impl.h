@@ -77,7 +77,7 @@ public:
 
     /// Has every strategy append what it has to say to the dump words. In automatic mode the service tells its own part
     /// first, to the words that ask for every detail: state and phase, what would hold them back, what is frozen and
-    /// stretched.
+    /// stretched. Words that move the state go to the state manager alone.
     void ShellDump(const std::vector<std::string>& args, std::string& result);
 
     /// What is known of the applications may have changed, or is to be looked at: queues one HOST_REFRESH, however

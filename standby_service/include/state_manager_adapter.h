@@ -21,6 +21,10 @@ namespace TARN::DevStandbyMgr {
 ///
 /// Lengths are delays of the handler's tasks and so run on the boot clock; the wall clock decides nothing here. While a
 /// state is blocked no time counts; what would have woken the phone meanwhile takes effect when it is unblocked.
+///
+/// In automatic mode it can be moved by hand, with dump words: `step` goes on as if the time of the present state or
+/// phase were over, `force-idle light` or `force-idle deep` goes to SLEEP, to its first or last phase, whatever would
+/// hold it back, and blocks it there, `unforce` unblocks. Each answers with one line, the state in which that ended.
 class StateManagerAdapter : public IStateManagerAdapter {
 public:
     bool Init() override;
@@ -52,6 +56,9 @@ private:
     void RemoveSteps();
     void OnPhaseOver();
     void EnterPhase(int32_t phase);
+    bool MoveByHand(const std::vector<std::string>& args);
+    void StepByHand();
+    void ForceSleep(int32_t phase);
 
     std::unique_ptr<OwnedTasks> tasks_;
     uint32_t curState_ = StandbyState::WORKING;

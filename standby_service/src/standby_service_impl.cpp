@@ -196,10 +196,18 @@ void StandbyServiceImpl::ShellDump(const std::vector<std::string>& args, std::st
     if (strategyManager_ == nullptr) {
         return;
     }
-    if (IsDetailDump(args) && IsAutomatic()) {
-        DumpHost(args, result);
+    const bool isDetailed = IsDetailDump(args);
+    const size_t length = result.size();
+    if (IsAutomatic()) {
+        if (isDetailed) {
+            DumpHost(args, result);
+        } else {
+            stateManager_->ShellDump(args, result);
+        }
     }
-    strategyManager_->ShellDump(args, result);
+    if (isDetailed || result.size() == length) {  // words that the state manager answered are its alone
+        strategyManager_->ShellDump(args, result);
+    }
 }
 
 bool StandbyServiceImpl::IsAutomatic() const {

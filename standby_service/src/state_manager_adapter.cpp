@@ -277,8 +277,76 @@ void StateManagerAdapter::Wake(uint32_t state) {
     }
 }
 
+/// Whether these are words that move the state.
+bool StateManagerAdapter::MoveByHand(const std::vector<std::string>& args) {
+    using Words = std::vector<std::string>;
+    if (args == Words{"step"}) {
+        StepByHand();
+    } else if (args == Words{"force-idle"} || args == Words{"force-idle", "deep"}) {
+        ForceSleep(StandbyPhase::DEEP);
+    } else if (args == Words{"force-idle", "light"}) {
+        ForceSleep(StandbyPhase::LIGHT);
+    } else if (args == Words{"unforce"}) {
+        UnblockCurrentState();
+    } else {
+        return false;
+    }
+    return true;
+}
+
+void StateManagerAdapter::StepByHand() {
+    if (isBlocked_) {
+        return;
+    }
+    switch (curState_) {
+        case StandbyState::WORKING:
+            LookAtPlug();
+            break;
+        case StandbyState::MAINTENANCE:
+            static_cast<void>(TransitToState(StandbyState::SLEEP));
+            break;
+        case StandbyState::SLEEP:
+            if (curPhase_ == StandbyPhase::DEEP) {
+                static_cast<void>(TransitToState(StandbyState::MAINTENANCE));
+            } else {
+                tasks_->Remove(kPhaseTask);
+                OnPhaseOver();
+            }
+            break;
+        default:
+            StartEvalCurrentState();
+            break;
+    }
+}
+
+void StateManagerAdapter::ForceSleep(int32_t phase) {
+    if (curState_ == StandbyState::WORKING) {
+        static_cast<void>(TransitToStateInner(StandbyState::DARK));
+    }
+    if (curState_ == StandbyState::DARK) {
+        static_cast<void>(TransitToStateInner(StandbyState::NAP));
+    }
+    if (curState_ != StandbyState::SLEEP) {
+        static_cast<void>(TransitToStateInner(StandbyState::SLEEP));
+    }
+    while (curPhase_ < phase) {
+        EnterPhase(curPhase_ + 1);
+    }
+    isBlocked_ = true;
+    RemoveSteps();
+}
+
 void StateManagerAdapter::ShellDump(const std::vector<std::string>& args, std::string& result) {
-    if (!IsDetailDump(args) || !isAutomatic_) {
+    if (!isAutomatic_) {
+        return;
+    }
+    if (MoveByHand(args)) {
+        const bool hasPhase = curState_ == StandbyState::SLEEP;
+        result += StateName(curState_) + (hasPhase ? ", phase " + PhaseName(curPhase_) : "") +
+                  (isBlocked_ ? ", forced" : "") + "\n";
+        return;
+    }
+    if (!IsDetailDump(args)) {
         return;
     }
     result += "state: " + StateName(curState_) + " since " + LocalTimeText(stateSinceMs_) +

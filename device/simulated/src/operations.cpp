@@ -88,4 +88,8 @@ bool IsKnownOperation(std::string_view operation) {
     return std::binary_search(kOperations.begin(), kOperations.end(), operation);
 }
 
+std::span<const std::string_view> Operations() noexcept {
+    return kOperations;
+}
+
 }  // namespace TARN::Simulated
