@@ -34,15 +34,23 @@ struct Told {
     std::vector<Event> causes;  ///< the nearest first
 };
 
+/// How deep SLEEP is.
+struct PhaseAnswer {
+    std::string name;  ///< "DEEP"
+    int64_t number = 0;
+    int64_t since = 0;
+};
+
 /// How one thing stands at the moment that was asked for.
 struct SubjectAnswer {
     About about = About::STATE;
-    std::string state;             ///< the lane's value, kNotKnown; empty for what has no state
-    int64_t number = 0;            ///< the lane's number
-    std::optional<int64_t> since;  ///< nothing: since before the night began, or not known
-    std::optional<Told> change;    ///< what made it so
-    std::optional<Told> refusal;   ///< the last time since then that it was looked at and left, or that a try failed
-    std::string next;              ///< when it may change, or change after all; empty: not known
+    std::string state;                 ///< the lane's value, kNotKnown; empty for what has no state
+    int64_t number = 0;                ///< the lane's number
+    std::optional<PhaseAnswer> phase;  ///< of STATE, in SLEEP
+    std::optional<int64_t> since;      ///< nothing: since before the night began, or not known
+    std::optional<Told> change;        ///< what made it so
+    std::optional<Told> refusal;  ///< the last time since then that it was looked at and left, or that a try failed
+    std::string next;             ///< when it may change, or change after all; empty: not known
 };
 
 /// How one aspect of an application stands.

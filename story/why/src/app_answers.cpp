@@ -1,0 +1,118 @@
+#include "app_answers.h"
+
+#include <algorithm>
+#include <charconv>
+#include <limits>
+#include <numeric>
+#include <set>
+
+#include "causes.h"
+#include "json_fields.h"
+
+namespace TARN::Story {
+
+namespace {
+
+std::optional<int32_t> NumberOf(const std::string& text) {
+    int32_t number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    return error == std::errc() && end == text.data() + text.size() ? std::optional(number) : std::nullopt;
+}
+
+bool Fits(const App& app, const std::string& name, std::optional<int32_t> number) {
+    return app.name == name || std::find(app.bundles.begin(), app.bundles.end(), name) != app.bundles.end() ||
+           (number && *number >= 0 && (app.uid == *number || app.pid == *number));
+}
+
+/// How many letters have to be put in, left out or changed to make one of the other.
+size_t Distance(std::string_view a, std::string_view b) {
+    std::vector<size_t> row(b.size() + 1);
+    std::iota(row.begin(), row.end(), size_t{0});
+    for (size_t i = 1; i <= a.size(); ++i) {
+        size_t diagonal = row[0];
+        row[0] = i;
+        for (size_t j = 1; j <= b.size(); ++j) {
+            const size_t changed = diagonal + (a[i - 1] == b[j - 1] ? 0 : 1);
+            diagonal = row[j];
+            row[j] = std::min({row[j] + 1, row[j - 1] + 1, changed});
+        }
+    }
+    return row[b.size()];
+}
+
+/// The known name that was most likely meant: one that contains what was written, else the one with the fewest letters
+/// wrong; empty if nothing is near.
+std::string Nearest(const Night& night, const std::string& name) {
+    std::set<std::string> names;
+    for (const App& app : night.apps) {
+        names.insert(app.name);
+        names.insert(app.bundles.begin(), app.bundles.end());
+    }
+    std::string nearest;
+    size_t least = std::numeric_limits<size_t>::max();
+    for (const std::string& known : names) {
+        const bool isPart = known.find(name) != std::string::npos;
+        const size_t distance = isPart ? 0 : Distance(known, name);
+        if (distance < least && distance <= std::max(known.size(), name.size()) / 2) {
+            least = distance;
+            nearest = known;
+        }
+    }
+    return nearest;
+}
+
+[[noreturn]] void RefuseName(const Night& night, const std::string& name) {
+    constexpr size_t kLongest = 80;
+    const std::string cut = DevStandbyMgr::Quote(name.substr(0, kLongest));
+    if (night.apps.empty()) {
+        DevStandbyMgr::Refuse("", cut + " is not known, for the trace names no process", "a trace with processes");
+    }
+    const std::string nearest = name.size() > kLongest ? "" : Nearest(night, name);
+    DevStandbyMgr::Refuse("", "no process is known as " + cut,
+                          nearest.empty()
+                              ? "a process's name, a bundle, a uid or a pid, such as " + night.apps.front().name
+                              : "perhaps " + nearest);
+}
+
+AppAnswer AnswerOf(const Night& night, int64_t t, uint32_t place) {
+    AppAnswer answer;
+    answer.app = night.apps[place];
+    for (size_t i = 0; i < kAspects; ++i) {
+        answer.aspects[i].aspect = static_cast<Aspect>(i);
+        answer.aspects[i].value = kNotKnown;
+    }
+    for (const AppEvent& event : night.appEvents) {
+        if (event.t > t) {
+            break;
+        }
+        if (event.app != place) {
+            continue;
+        }
+        AspectAnswer& aspect = answer.aspects[static_cast<size_t>(event.aspect)];
+        if (aspect.value != event.value) {
+            aspect.since = event.t;
+        }
+        aspect.value = event.value;
+        aspect.reason = event.reason;
+        aspect.change = WithCauses(night, event.event);
+    }
+    return answer;
+}
+
+}  // namespace
+
+std::vector<AppAnswer> AskForApps(const Night& night, int64_t t, const std::string& name) {
+    const std::optional<int32_t> number = NumberOf(name);
+    std::vector<AppAnswer> answers;
+    for (uint32_t place = 0; place < night.apps.size(); ++place) {
+        if (Fits(night.apps[place], name, number)) {
+            answers.push_back(AnswerOf(night, t, place));
+        }
+    }
+    if (answers.empty()) {
+        RefuseName(night, name);
+    }
+    return answers;
+}
+
+}  // namespace TARN::Story

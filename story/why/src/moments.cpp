@@ -1,0 +1,40 @@
+#include "moments.h"
+
+#include "time_zone.h"
+
+namespace TARN::Story {
+
+namespace {
+
+using Replay::TimeZone;
+
+constexpr char kDay[] = "%a %-d %b ";
+constexpr char kMinute[] = "%H:%M";
+constexpr char kSecond[] = "%H:%M:%S";
+constexpr char kMinuteOfDate[] = "%F %H:%M";
+constexpr char kOffset[] = "%z";
+
+bool AreSame(int64_t a, int64_t b, const char* format) {
+    return TimeZone::Format(a, format) == TimeZone::Format(b, format);
+}
+
+bool IsWholeMinute(int64_t t) {
+    constexpr int64_t kMinuteMs = 60'000;
+    return t % kMinuteMs == 0;
+}
+
+}  // namespace
+
+std::string Moments::Of(int64_t t) const {
+    const bool isDaySaid = areDatesSaid_ && !AreSame(t, t_, "%F");
+    const bool areSecondsSaid = !(IsWholeMinute(t) && IsWholeMinute(t_)) && AreSame(t, t_, kMinuteOfDate);
+    return (isDaySaid ? TimeZone::Format(t, kDay) : "") + TimeZone::Format(t, areSecondsSaid ? kSecond : kMinute) +
+           (AreSame(t, t_, kOffset) ? "" : TimeZone::Format(t, " %Z"));
+}
+
+std::string Moments::Asked() const {
+    return TimeZone::Format(t_, kDay) + TimeZone::Format(t_, "%Y, ") +
+           TimeZone::Format(t_, IsWholeMinute(t_) ? kMinute : kSecond);
+}
+
+}  // namespace TARN::Story

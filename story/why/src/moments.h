@@ -1,0 +1,30 @@
+#ifndef STORY_MOMENTS_H
+#define STORY_MOMENTS_H
+
+#include <cstdint>
+#include <string>
+
+#include "why.h"
+
+namespace TARN::Story {
+
+/// Names times as an answer to a question about one moment needs them: the day only where it is not plain, seconds only
+/// within the minute that was asked for, the zone's letters only where the clock was changed in between.
+class Moments {
+public:
+    explicit Moments(const WhyAnswer& answer) : t_(answer.t), areDatesSaid_(answer.areDatesSaid) {}
+
+    /// "02:13", "Sun 1 Mar 02:13", "02:13:05", "02:13 CEST".
+    [[nodiscard]] std::string Of(int64_t t) const;
+
+    /// The moment that was asked for, in full: "Mon 2 Mar 2026, 02:13".
+    [[nodiscard]] std::string Asked() const;
+
+private:
+    int64_t t_;
+    bool areDatesSaid_;
+};
+
+}  // namespace TARN::Story
+
+#endif  // STORY_MOMENTS_H
