@@ -2,11 +2,11 @@
 
 #include <cstdlib>
 #include <cstring>
-#include <memory>
 
 #include "exit_status.h"
 #include "inputs.h"
 #include "jsonl_writer.h"
+#include "night_reader.h"
 #include "player.h"
 #include "timeline.h"
 
@@ -24,15 +24,18 @@ bool IsColored(ColorChoice choice, const OutputFile& output) {
            std::strcmp(terminal, "dumb") != 0;
 }
 
-/// A sink for one trace; each has its own memory of the phone.
-std::unique_ptr<Replay::RecordSink> MakeSink(const ReplayOptions& options, OutputFile& output) {
+/// Plays one trace; each has its own memory of the phone.
+void PlayOne(const Replay::Trace& trace, const Replay::PlayOptions& player, const ReplayOptions& options,
+             OutputFile& output) {
     if (options.format == Format::JSONL) {
-        return std::make_unique<Replay::JsonlWriter>(output.Stream());
+        Replay::JsonlWriter writer(output.Stream());
+        Replay::Play(trace, player, writer);
+        return;
     }
-    return std::make_unique<Story::Timeline>(
-        output.Stream(),
-        Story::TimelineOptions{
-            .isColored = IsColored(options.color, output), .isUnfolded = options.isUnfolded, .leastLog = options.log});
+    Story::Timeline timeline(output.Stream(),
+                             {.isColored = IsColored(options.color, output), .isUnfolded = options.isUnfolded});
+    Story::NightReader reader({.leastLog = options.log, .view = &timeline});
+    Replay::Play(trace, player, reader);
 }
 
 }  // namespace
@@ -54,7 +57,7 @@ int RunReplay(const ReplayOptions& options, OutputFile& output) {
             if (played > 0.0 && options.format == Format::TEXT) {
                 output.Stream() << '\n';
             }
-            Replay::Play(trace, player, *MakeSink(options, output));
+            PlayOne(trace, player, options, output);
             played += 1.0;
             if (output.IsBroken()) {
                 break;

@@ -10,6 +10,9 @@
 
 namespace TARN::DevStandbyMgr {
 
+/// The condition of a wall clock time by the local clock: day or night.
+[[nodiscard]] uint32_t ConditionAt(const StandbyPolicy& policy, int64_t wallMs);
+
 /// Knows the resource-control condition: day or night by the local clock in automatic mode, where each
 /// change, be it that the clock was set, dispatches RES_CTRL_CONDITION_CHANGED; the value that was set last in scripted
 /// mode.

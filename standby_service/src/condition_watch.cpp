@@ -36,6 +36,14 @@ int64_t NextHourMs(int64_t nowMs, int32_t hour) {
 
 }  // namespace
 
+uint32_t ConditionAt(const StandbyPolicy& policy, int64_t wallMs) {
+    const int32_t hour = LocalTime(wallMs).tm_hour;
+    const int32_t start = policy.nightStartHour;
+    const int32_t end = policy.nightEndHour;
+    const bool isNight = start <= end ? hour >= start && hour < end : hour >= start || hour < end;
+    return isNight ? ConditionType::NIGHT_STANDBY : ConditionType::DAY_STANDBY;
+}
+
 ConditionWatch::ConditionWatch(const StandbyConfig& config, std::shared_ptr<AppExecFwk::EventHandler> handler)
     : policy_(config.policy),
       isAutomatic_(config.mode == HostMode::AUTOMATIC),
@@ -43,14 +51,7 @@ ConditionWatch::ConditionWatch(const StandbyConfig& config, std::shared_ptr<AppE
       tasks_(std::move(handler)) {}
 
 uint32_t ConditionWatch::At(int64_t offsetMs) const {
-    if (!isAutomatic_) {
-        return scripted_;
-    }
-    const int32_t hour = LocalTime(NowMs() + offsetMs).tm_hour;
-    const int32_t start = policy_.nightStartHour;
-    const int32_t end = policy_.nightEndHour;
-    const bool isNight = start <= end ? hour >= start && hour < end : hour >= start || hour < end;
-    return isNight ? ConditionType::NIGHT_STANDBY : ConditionType::DAY_STANDBY;
+    return isAutomatic_ ? ConditionAt(policy_, NowMs() + offsetMs) : scripted_;
 }
 
 void ConditionWatch::Start() {

@@ -24,6 +24,9 @@ public:
     /// The night; whole once the run is over.
     [[nodiscard]] const Night& Result() const noexcept;
 
+    /// All that happens at the present instant has happened, though time does not go on: it is entered into the night.
+    void Settle();
+
     /// Every level: refusals and their reasons are told from the plugin's log.
     [[nodiscard]] bool WantsLog(LogLevel /*level*/) const noexcept override { return true; }
     [[nodiscard]] bool WantsReasons() const noexcept override { return true; }

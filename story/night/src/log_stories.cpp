@@ -1,0 +1,144 @@
+#include "log_stories.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include "log_names.h"
+
+namespace TARN::Story {
+
+namespace {
+
+constexpr Subject SubjectOf(LogLevel level) {
+    switch (level) {
+        case LogLevel::DEBUG:
+            return Subject::DEBUG_LOG;
+        case LogLevel::INFO:
+            return Subject::INFO_LOG;
+        case LogLevel::WARN:
+            return Subject::WARNING;
+        default:
+            return Subject::ERROR;
+    }
+}
+
+/// A text without its numbers: what two lines of one kind share.
+std::string Kind(std::string_view text) {
+    std::string kind(text);
+    std::replace_if(
+        kind.begin(), kind.end(), [](char c) { return c >= '0' && c <= '9'; }, '#');
+    return kind;
+}
+
+}  // namespace
+
+void LogStories::OnLog(const LogLine& line) {
+    const bool isShown = leastLog_ && line.level >= *leastLog_;
+    if (isShown) {
+        Show(line);
+    }
+    if (const PluginText* text = FindPluginText(Replay::SourceName(line.file), line.text)) {
+        Tell(*text, line);
+    } else if (line.level >= LogLevel::WARN && !isShown) {
+        Complain(line);
+    }
+}
+
+void LogStories::Tell(const PluginText& text, const LogLine& line) {
+    const auto write = [&](Outcome outcome) {
+        const Scribe::Id id = scribe_.WriteNew(text.subject, outcome, std::string(text.told));
+        scribe_.At(id).next = text.next;
+    };
+    switch (text.meaning) {
+        case Meaning::TOLD_BY_CALL:
+        case Meaning::NOTHING_OWED:
+            break;
+        case Meaning::KEPT:
+            write(Outcome::KEPT);
+            break;
+        case Meaning::KEPT_RADIO:
+            TellKeptRadio(text);
+            break;
+        case Meaning::FAILED:
+            write(Outcome::FAILED);
+            break;
+        case Meaning::FAILED_OFF:
+            if (calls_.Radios().IsAnyOff()) {
+                write(Outcome::FAILED);
+            }
+            break;
+        case Meaning::FAILED_UNTOLD:
+            if (!scribe_.HasWritten(text.subject)) {
+                write(Outcome::FAILED);
+            }
+            break;
+        case Meaning::NOTED:
+            write(Outcome::NOTED);
+            break;
+        case Meaning::STARTS:
+            scribe_.SetCause(Cause::START);
+            break;
+        case Meaning::STOPS:
+            scribe_.SetCause(Cause::STOP);
+            break;
+        case Meaning::FULL_SAVING:
+            scribe_.SetCause(Cause::FULL_POWER_SAVE, scribe_.Last(Subject::SCREEN));
+            break;
+        case Meaning::CLEANS:
+            scribe_.SetCause(Cause::SLEEP_CLEAN, scribe_.Last(Subject::SLEEP));
+            calls_.Processes().BeginClean(/*isSparingUsed=*/false);
+            break;
+        case Meaning::SPARES: {
+            unsigned type = 0;
+            int uid = -1;
+            if (std::sscanf(std::string(line.text).c_str(), "continuous task type: %u, uid: %d", &type, &uid) == 2) {
+                calls_.Processes().Spare(uid);
+            }
+            break;
+        }
+        case Meaning::JUDGES:
+        case Meaning::WAKEUP_NEAR:
+        case Meaning::HEARS_AUDIO:
+        case Meaning::HEARS_CALL:
+        case Meaning::SEES_SPORT:
+            sleep_.OnJudgement(text.meaning, line.text);
+            break;
+    }
+}
+
+/// A radio that was to go off and did not. One power-off is tried once: while it is in force, the next report changes
+/// nothing, and why is what stood in the way when it began.
+void LogStories::TellKeptRadio(const PluginText& text) {
+    std::string told(text.told);
+    if (told.empty()) {
+        const bool isOn = calls_.Radios().IsBluetoothOn();
+        told = isOn ? "stays on: the power-off is in force already and is tried once"
+                    : "off already: the power-off is in force";
+    }
+    const Scribe::Id id = scribe_.WriteNew(text.subject, Outcome::KEPT, told);
+    Event& event = scribe_.At(id);
+    event.isRepeat = event.isRepeat || !calls_.Radios().IsBluetoothOn();
+    event.next = text.next;
+    if (!scribe_.WhyInWords().empty()) {
+        event.values.push_back({"asked to go off", scribe_.WhyInWords()});
+    }
+    if (!text.told.empty()) {
+        refusedWhile_ = told + ", at " + Clock(scribe_.Now());
+    } else if (calls_.Radios().IsBluetoothOn() && !refusedWhile_.empty()) {
+        event.values.push_back({"when it was tried", refusedWhile_});
+    }
+}
+
+void LogStories::Show(const LogLine& line) {
+    std::string text = "[" + std::string(line.file) + "(" + line.function + "):" + std::to_string(line.line) + "] ";
+    scribe_.Write(SubjectOf(line.level), Outcome::NOTED, std::move(text.append(line.text)));
+}
+
+void LogStories::Complain(const LogLine& line) {
+    const std::string text = std::string(Replay::SourceName(line.file)) + ": " + std::string(line.text);
+    const Scribe::Id id =
+        scribe_.Write(SubjectOf(line.level), line.level == LogLevel::ERROR ? Outcome::FAILED : Outcome::NOTED, text);
+    scribe_.At(id).isRepeat = !complaints_.insert(Kind(text)).second;
+}
+
+}  // namespace TARN::Story

@@ -1,0 +1,60 @@
+#ifndef STORY_NETWORK_STORY_H
+#define STORY_NETWORK_STORY_H
+
+#include <cstdint>
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "call_result.h"
+#include "host_reason.h"
+#include "phone_picture.h"
+#include "scribe.h"
+
+namespace TARN::Story {
+
+/// Tells who reaches the network and why, and what push clients are told of it.
+class NetworkStory {
+public:
+    NetworkStory(Scribe& scribe, const PhonePicture& phone) : scribe_(scribe), phone_(phone) {}
+
+    /// The device-idle policy, the firewall, goes on or off.
+    void SetPolicy(bool isOn, const Json& result);
+
+    /// Applications come onto the list of those that the firewall lets through, or leave it.
+    void SetTrusted(const Json& uids, bool isAdded, const Json& result);
+
+    /// The host says whom it lets through, and why.
+    void OnReason(const DevStandbyMgr::FirewallReason& reason);
+
+    /// Push clients are told of control over the network.
+    void TellPushClients(const Json& want, const Json& result);
+
+private:
+    /// All that happens to the firewall in one instant: one event.
+    struct Change {
+        uint64_t instant = UINT64_MAX;
+        Scribe::Id event = kNoEvent;
+        bool wasOn = false;
+        std::set<int64_t> before;
+        std::string failed;
+    };
+
+    Change& ThisChange();
+    void Retell();
+    [[nodiscard]] std::string WhoGetsThrough() const;
+    void TellDifference(const Change& change, Event& event) const;
+    [[nodiscard]] std::string WhyOf(int64_t uid) const;
+
+    Scribe& scribe_;
+    const PhonePicture& phone_;
+    bool isOn_ = false;
+    std::set<int64_t> trusted_;
+    std::map<int64_t, std::string> why_;  ///< by uid: how the host sees it
+    Change change_;
+};
+
+}  // namespace TARN::Story
+
+#endif  // STORY_NETWORK_STORY_H

@@ -1,0 +1,330 @@
+#include "process_story.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "exemption_flag.h"
+#include "standby_constants.h"
+
+namespace TARN::Story {
+
+namespace {
+
+/// Up to so many names, an event tells them.
+constexpr size_t kFewNames = 3;
+
+template <class T>
+int64_t Size(const T& some) {
+    return static_cast<int64_t>(some.size());
+}
+
+/// Why the clean runs: what asked for it, else the task that waits after a screen-off.
+std::string CleanReason(const Scribe& scribe) {
+    return scribe.Why() == Cause::NONE ? "power-save mode, screen off" : scribe.WhyInWords();
+}
+
+template <class T>
+std::vector<T> Without(const std::set<T>& some, const std::set<T>& others) {
+    std::vector<T> rest;
+    std::set_difference(some.begin(), some.end(), others.begin(), others.end(), std::back_inserter(rest));
+    return rest;
+}
+
+template <class T>
+std::vector<T> InBoth(const std::set<T>& some, const std::set<T>& others) {
+    std::vector<T> both;
+    std::set_intersection(some.begin(), some.end(), others.begin(), others.end(), std::back_inserter(both));
+    return both;
+}
+
+std::string Natives(const std::vector<std::pair<int32_t, std::string>>& natives) {
+    if (natives.size() > kFewNames) {
+        return Count(Size(natives), "native process");
+    }
+    std::vector<std::string> names;
+    for (const auto& [pid, name] : natives) {
+        names.push_back(name);
+    }
+    return Names(names);
+}
+
+}  // namespace
+
+void ProcessStory::OnFacts(const Replay::SetStep& step) {
+    const auto list = step.host.allowList.find(DevStandbyMgr::AllowType::FREEZE);
+    if (list != step.host.allowList.end()) {
+        exemptFromFreezing_ = {list->second.begin(), list->second.end()};
+    }
+}
+
+void ProcessStory::OperateNatives(const Json& processes, const Json& results) {
+    if (freezing_.instant != scribe_.Instant()) {
+        freezing_ = {scribe_.Instant(), scribe_.Write(Subject::FREEZE, Outcome::DONE, {}), frozen_, {}, {}};
+    }
+    bool isFreeze = false;
+    for (size_t i = 0; i < processes.size(); ++i) {
+        const Json& process = processes[i];
+        const int32_t pid = process.value("pid", -1);
+        std::string name = process.value("name", "");
+        isFreeze = process.value("freeze", false);
+        const bool isDone = results.is_array() && i < results.size() && !IsFailure(results[i]);
+        const PhonePicture::Running* running = phone_.FindPid(pid);
+        if (running != nullptr) {
+            const std::string code =
+                isDone || !results.is_array() || i >= results.size() ? "" : FailureCode(results[i]);
+            scribe_.Tell(running->app, Aspect::FROZEN,
+                         !isDone    ? (isFreeze ? "could not be frozen" : "could not be thawed")
+                         : isFreeze ? "frozen"
+                                    : "thawed",
+                         scribe_.WhyInWords() + code, freezing_.event);
+        }
+        if (!isDone) {
+            freezing_.failed.push_back(std::move(name));
+            freezing_.failure = isFreeze ? " could not be frozen" : " could not be thawed";
+        } else if (isFreeze) {
+            frozen_.emplace(pid, std::move(name));
+        } else {
+            frozen_.erase({pid, std::move(name)});
+        }
+    }
+    if (isFreeze && processes.size() > 1) {
+        TellNotFrozen(processes);
+    }
+    RetellFrozen();
+}
+
+/// The natives that a freeze passes over, and what the lists say of them.
+void ProcessStory::TellNotFrozen(const Json& processes) const {
+    std::set<std::string> handled;
+    for (const Json& process : processes) {
+        handled.insert(process.value("name", ""));
+    }
+    const std::set<std::string>* listed = nullptr;
+    if (config_ != nullptr) {
+        const auto lists = config_->persistAllow.find("FREEZE");
+        if (lists != config_->persistAllow.end()) {
+            const auto list = lists->second.find(condition_);
+            listed = list == lists->second.end() ? nullptr : &list->second;
+        }
+    }
+    for (const PhonePicture::Running& one : phone_.All()) {
+        const std::string& name = one.process.name;
+        if (!one.process.native || handled.count(name) != 0) {
+            continue;
+        }
+        std::string why;
+        if (exemptFromFreezing_.count(name) != 0) {
+            why = "it is exempt from freezing";
+        } else if (condition_ != 0 && (listed == nullptr || listed->count(name) == 0)) {
+            why = "it is not in the list of FREEZE for condition " + std::to_string(condition_);
+        }
+        scribe_.Tell(one.app, Aspect::FROZEN, "not frozen", std::move(why), freezing_.event);
+    }
+}
+
+/// What became of the natives in this instant, said anew with each piece.
+void ProcessStory::RetellFrozen() {
+    const std::vector<Native> froze = Without(frozen_, freezing_.before);
+    const std::vector<Native> thawed = Without(freezing_.before, frozen_);
+    const std::vector<Native> stayed = InBoth(frozen_, freezing_.before);
+    Event& event = scribe_.At(freezing_.event);
+    event.text.clear();
+    event.reason = scribe_.WhyInWords();
+    event.outcome = Outcome::DONE;
+    event.isRepeat = false;
+    const auto add = [&event](const std::string& text) { event.text += (event.text.empty() ? "" : ", ") + text; };
+    if (!froze.empty()) {
+        add("froze " + Natives(froze));
+    }
+    if (!thawed.empty()) {
+        add("thawed " + Natives(thawed));
+    }
+    if (!event.text.empty() && !stayed.empty()) {
+        add(std::to_string(stayed.size()) + " stay" + (stayed.size() == 1 ? "s" : "") + " frozen");
+    }
+    if (!freezing_.failed.empty()) {
+        add(Names(freezing_.failed) + freezing_.failure);
+        event.outcome = Outcome::FAILED;
+    }
+    if (event.text.empty()) {
+        event.text = frozen_.empty() ? "nothing was frozen" : "made sure that " + Natives(stayed) + " stay frozen";
+        event.outcome = Outcome::NOTED;
+        event.isRepeat = true;
+    }
+    scribe_.Set(LaneId::FROZEN, frozen_.empty() ? "none" : "frozen", Size(frozen_), freezing_.event);
+}
+
+ProcessStory::KillGroup& ProcessStory::Kills() {
+    if (kills_.instant != scribe_.Instant()) {
+        kills_ = {};
+        kills_.instant = scribe_.Instant();
+    }
+    return kills_;
+}
+
+void ProcessStory::BeginClean(bool isSparingUsed) {
+    Kills().isSparingUsed = isSparingUsed;
+}
+
+void ProcessStory::Spare(int32_t uid) {
+    Kills().busyUids.insert(uid);
+}
+
+void ProcessStory::Kill(int32_t pid, const Json& result) {
+    KillGroup& group = Kills();
+    if (group.event == kNoEvent) {
+        group.event = scribe_.Write(Subject::CLEAN, Outcome::DONE, {}, CleanReason(scribe_));
+    }
+    std::string name = phone_.NameOfPid(pid);
+    if (const PhonePicture::Running* running = phone_.FindPid(pid)) {
+        scribe_.Tell(running->app, Aspect::CLEAN, IsFailure(result) ? "could not be killed" : "killed",
+                     CleanReason(scribe_) + FailureCode(result), group.event);
+    }
+    (IsFailure(result) ? group.failed : group.killed).push_back(std::move(name));
+}
+
+void ProcessStory::Settle() {
+    if (kills_.instant == scribe_.Instant() && kills_.event != kNoEvent) {
+        TellSpared();
+    }
+}
+
+void ProcessStory::TellSpared() {
+    std::vector<std::string> spared;
+    for (const PhonePicture::Running& one : phone_.All()) {
+        if (one.process.native || one.isKilled) {
+            continue;
+        }
+        const bool isBusy = kills_.busyUids.count(one.process.uid) != 0;
+        const std::string why = kills_.isSparingUsed && one.process.foreground ? "it is in the foreground"
+                                : isBusy                                       ? "it has a continuous task"
+                                : one.process.system                           ? "it is the system's"
+                                                                               : "";
+        if (isBusy) {
+            spared.push_back(phone_.NameOfUid(one.process.uid));
+        }
+        scribe_.Tell(one.app, Aspect::CLEAN, "spared", why, kills_.event);
+    }
+    Event& event = scribe_.At(kills_.event);
+    event.text = kills_.killed.empty()
+                     ? "killed nothing"
+                     : "killed " + Count(Size(kills_.killed), "app") + " (" + Names(kills_.killed) + ")";
+    if (!kills_.failed.empty()) {
+        event.text += ", could not kill " + Names(kills_.failed);
+        event.outcome = Outcome::FAILED;
+    }
+    if (!spared.empty()) {
+        event.text += ", spared " + Names(spared);
+    }
+}
+
+std::string ProcessStory::NameOf(const Holder& holder) const {
+    const PhonePicture::Running* running = phone_.Find(holder.first, holder.second);
+    return running == nullptr ? phone_.NameOfPid(holder.second) : running->process.name;
+}
+
+bool ProcessStory::IsNative(const Holder& holder) const {
+    const PhonePicture::Running* running = phone_.Find(holder.first, holder.second);
+    return running != nullptr && running->process.native;
+}
+
+std::string ProcessStory::WhoHolds(const std::vector<Holder>& holders) const {
+    std::vector<std::string> natives;
+    std::vector<std::string> apps;
+    for (const Holder& holder : holders) {
+        (IsNative(holder) ? natives : apps).push_back(NameOf(holder));
+    }
+    std::string who;
+    for (const auto& [names, noun] : {std::pair(&natives, "native"), std::pair(&apps, "app")}) {
+        if (!names->empty()) {
+            who += (who.empty() ? "" : " and ") + Count(Size(*names), noun);
+            who += names->size() <= kFewNames ? " (" + Names(*names) + ")" : "";
+        }
+    }
+    return who;
+}
+
+void ProcessStory::ProxyLocks(bool isProxied, const Json& pairs, const Json& result) {
+    if (pairs.empty()) {
+        return;
+    }
+    if (proxying_.instant != scribe_.Instant()) {
+        proxying_ = {scribe_.Instant(), scribe_.Write(Subject::LOCK, Outcome::DONE, {}), proxied_, {}, {}};
+    }
+    for (const Json& pair : pairs) {
+        const int32_t first = pair.at(0).get<int32_t>();
+        const int32_t second = pair.at(1).get<int32_t>();
+        const PhonePicture::Running* running = phone_.Find(first, second);
+        // which of the two is the pid differs between the calls; a process that is known tells
+        const Holder holder = running == nullptr ? Holder(std::minmax(first, second))
+                                                 : Holder{running->process.uid, running->process.pid};
+        if (IsFailure(result)) {
+            proxying_.failed.push_back(NameOf(holder));
+            proxying_.failure =
+                std::string(isProxied ? " could not be proxied" : " could not be released") + FailureCode(result);
+        } else if (isProxied) {
+            proxied_.insert(holder);
+        } else {
+            proxied_.erase(holder);
+        }
+        if (running != nullptr) {
+            const auto why = whyLocks_.find(holder);
+            scribe_.Tell(running->app, Aspect::LOCKS,
+                         IsFailure(result) ? proxying_.failure.substr(1)
+                         : isProxied       ? "proxied"
+                                           : "counted",
+                         why == whyLocks_.end() ? scribe_.WhyInWords() : why->second, proxying_.event);
+        }
+    }
+    RetellLocks();
+}
+
+void ProcessStory::RetellLocks() {
+    const std::vector<Holder> proxied = Without(proxied_, proxying_.before);
+    const std::vector<Holder> released = Without(proxying_.before, proxied_);
+    Event& event = scribe_.At(proxying_.event);
+    event.text.clear();
+    event.reason = scribe_.WhyInWords();
+    event.outcome = Outcome::DONE;
+    event.isRepeat = false;
+    const auto add = [&event](const std::string& text) { event.text += (event.text.empty() ? "" : ", ") + text; };
+    if (!proxied.empty()) {
+        add("running locks of " + WhoHolds(proxied) + " proxied");
+    }
+    if (!released.empty()) {
+        add((proxied.empty() ? "running locks of " : "those of ") + WhoHolds(released) + " released");
+    }
+    if (!proxying_.failed.empty()) {
+        add("running locks of " + Names(proxying_.failed) + proxying_.failure);
+        event.outcome = Outcome::FAILED;
+    }
+    if (event.text.empty()) {
+        event.text = "running locks as they were";
+        event.outcome = Outcome::NOTED;
+        event.isRepeat = true;
+    }
+    scribe_.Set(LaneId::LOCKS, proxied_.empty() ? "none" : "proxied", Size(proxied_), proxying_.event);
+}
+
+void ProcessStory::OnReason(const DevStandbyMgr::RunningLockReason& reason) {
+    if (!reason.failedQuestion.empty()) {
+        scribe_.WriteNew(Subject::LOCK, Outcome::FAILED,
+                         "whose running locks count is not known: " + reason.failedQuestion);
+        return;
+    }
+    std::map<Holder, std::string> before;
+    before.swap(whyLocks_);
+    for (const DevStandbyMgr::AppVerdict& app : reason.apps) {
+        const Holder holder{app.uid, app.pid};
+        std::string why = DevStandbyMgr::DescribeExemption(app.exemptionFlags);
+        const auto earlier = before.find(holder);
+        const PhonePicture::Running* running = phone_.Find(app.uid, app.pid);
+        if (app.isExempt && running != nullptr && proxied_.count(holder) == 0 &&
+            (earlier == before.end() || earlier->second != why)) {
+            scribe_.Tell(running->app, Aspect::LOCKS, "counted", why);
+        }
+        whyLocks_.emplace(holder, std::move(why));
+    }
+}
+
+}  // namespace TARN::Story

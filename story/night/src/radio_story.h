@@ -1,0 +1,65 @@
+#ifndef STORY_RADIO_STORY_H
+#define STORY_RADIO_STORY_H
+
+#include <optional>
+#include <set>
+#include <string>
+
+#include "call_result.h"
+#include "scribe.h"
+#include "trace.h"
+
+namespace TARN::Story {
+
+/// Tells when Bluetooth, Wi-Fi and the modem go off and on, by whom, and why.
+class RadioStory {
+public:
+    explicit RadioStory(Scribe& scribe) : scribe_(scribe) {}
+
+    void Bluetooth(bool isOn, const Json& result) { Switch(bluetooth_, isOn, result); }
+    void Wifi(bool isOn, const Json& result) { Switch(wifi_, isOn, result); }
+
+    /// One SIM slot; the slots of one instant share an event.
+    void ModemSlot(int64_t slot, bool isOn, const Json& result);
+
+    /// Somebody else switched radios, or connected to them; or the trace says how they are at the start.
+    void OnFacts(const Replay::SetStep& step, bool isStart);
+
+    /// The plugin has switched a radio off and owes it back.
+    [[nodiscard]] bool IsAnyOff() const;
+
+    [[nodiscard]] bool IsBluetoothOn() const noexcept { return bluetooth_.isOn; }
+
+private:
+    struct Radio {
+        Subject subject;
+        LaneId lane;
+        bool isOn = true;
+        bool isOurs = false;  ///< it is the plugin that has it off
+        bool isPresent = true;
+    };
+
+    struct SlotGroup {
+        uint64_t instant = UINT64_MAX;
+        bool isOn = false;
+        Scribe::Id event = kNoEvent;
+        int64_t switched = 0;
+        std::string failed;
+    };
+
+    void Switch(Radio& radio, bool isOn, const Json& result);
+    void BySomebodyElse(Radio& radio, bool isOn, bool isStart);
+    void SetLane(const Radio& radio, Scribe::Id event);
+    void SetModemLane(Scribe::Id event);
+
+    Scribe& scribe_;
+    Radio bluetooth_{Subject::BLUETOOTH, LaneId::BLUETOOTH};
+    Radio wifi_{Subject::WIFI, LaneId::WIFI};
+    int64_t slots_ = 0;
+    std::set<int64_t> slotsOff_;
+    SlotGroup group_;
+};
+
+}  // namespace TARN::Story
+
+#endif  // STORY_RADIO_STORY_H
