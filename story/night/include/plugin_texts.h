@@ -15,6 +15,7 @@ enum class Meaning : uint8_t {
     NOTHING_OWED,   ///< a restore finds nothing to bring back: everyday
     KEPT,           ///< the plugin or the host left something as it was
     KEPT_RADIO,     ///< ... a radio, while it was to go off
+    KEPT_TIMERS,    ///< ... the timers, while they were to be stretched
     FAILED,         ///< something did not work
     FAILED_OFF,     ///< ... which matters only while a radio is off
     FAILED_UNTOLD,  ///< ... unless its instant told of the subject already

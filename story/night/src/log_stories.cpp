@@ -57,8 +57,15 @@ void LogStories::Tell(const PluginText& text, const LogLine& line) {
             write(Outcome::KEPT);
             break;
         case Meaning::KEPT_RADIO:
-            TellKeptRadio(text);
+            calls_.Radios().OnKept(text);
             break;
+        case Meaning::KEPT_TIMERS: {
+            const bool isLit = scribe_.Value(LaneId::SCREEN) == "on";
+            const Scribe::Id id = scribe_.WriteNew(
+                text.subject, Outcome::KEPT, isLit ? "not stretched: the screen is on" : "not stretched: charging");
+            scribe_.At(id).next = text.next;
+            break;
+        }
         case Meaning::FAILED:
             write(Outcome::FAILED);
             break;
@@ -103,29 +110,6 @@ void LogStories::Tell(const PluginText& text, const LogLine& line) {
         case Meaning::SEES_SPORT:
             sleep_.OnJudgement(text.meaning, line.text);
             break;
-    }
-}
-
-/// A radio that was to go off and did not. One power-off is tried once: while it is in force, the next report changes
-/// nothing, and why is what stood in the way when it began.
-void LogStories::TellKeptRadio(const PluginText& text) {
-    std::string told(text.told);
-    if (told.empty()) {
-        const bool isOn = calls_.Radios().IsBluetoothOn();
-        told = isOn ? "stays on: the power-off is in force already and is tried once"
-                    : "off already: the power-off is in force";
-    }
-    const Scribe::Id id = scribe_.WriteNew(text.subject, Outcome::KEPT, told);
-    Event& event = scribe_.At(id);
-    event.isRepeat = event.isRepeat || !calls_.Radios().IsBluetoothOn();
-    event.next = text.next;
-    if (!scribe_.WhyInWords().empty()) {
-        event.values.push_back({"asked to go off", scribe_.WhyInWords()});
-    }
-    if (!text.told.empty()) {
-        refusedWhile_ = told + ", at " + Clock(scribe_.Now());
-    } else if (calls_.Radios().IsBluetoothOn() && !refusedWhile_.empty()) {
-        event.values.push_back({"when it was tried", refusedWhile_});
     }
 }
 

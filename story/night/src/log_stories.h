@@ -24,7 +24,6 @@ public:
 
 private:
     void Tell(const PluginText& text, const LogLine& line);
-    void TellKeptRadio(const PluginText& text);
     void Show(const LogLine& line);
     void Complain(const LogLine& line);
 
@@ -32,7 +31,6 @@ private:
     CallStories& calls_;
     SleepStory& sleep_;
     std::optional<LogLevel> leastLog_;
-    std::string refusedWhile_;  ///< why a radio was left on when the power-off in force began
     std::set<std::string> complaints_;
 };
 

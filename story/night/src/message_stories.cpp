@@ -76,7 +76,12 @@ const MessageStories::Story* MessageStories::Find(int32_t eventId) {
     static constexpr std::array kStories = {
         Story{StandbyMessageType::COMMON_EVENT, [](My& my, const StandbyMessage& message) { my.Broadcast(message); }},
         Story{StandbyMessageType::STATE_TRANSIT,
-              [](My& my, const StandbyMessage& m) { my.states_.OnState(m.Params()); }},
+              [](My& my, const StandbyMessage& m) {
+                  my.states_.OnState(m.Params());
+                  if (my.scribe_.Why() == Cause::ENTERED_SLEEP) {
+                      my.TellChance(/*isDeep=*/true);
+                  }
+              }},
         Story{StandbyMessageType::PHASE_TRANSIT,
               [](My& my, const StandbyMessage& m) { my.states_.OnPhase(m.Params()); }},
         Story{StandbyMessageType::RES_CTRL_CONDITION_CHANGED,
@@ -168,7 +173,7 @@ void MessageStories::Condition(const Want& want) {
                                                   : number);
     scribe_.SetCause(isDay ? Cause::DAY : isNight ? Cause::NIGHT : Cause::NONE, id);
     scribe_.Set(LaneId::CONDITION, isDay ? "day" : isNight ? "night" : number, condition, id);
-    processes_.OnCondition(static_cast<uint32_t>(condition));
+    calls_.Processes().OnCondition(static_cast<uint32_t>(condition));
 }
 
 void MessageStories::Exemption(const Want& want) {
@@ -184,7 +189,9 @@ void MessageStories::Exemption(const Want& want) {
 }
 
 void MessageStories::HalfHour(const Want& want) {
-    if (!want.GetBoolParam(SCR_OFF_HALF_HOUR_STATUS, false)) {
+    const bool isOver = want.GetBoolParam(SCR_OFF_HALF_HOUR_STATUS, false);
+    calls_.Radios().OnHalfHour(isOver);
+    if (!isOver) {
         return;
     }
     const bool isTimed = config_ != nullptr && config_->mode == HostMode::AUTOMATIC;
@@ -193,6 +200,15 @@ void MessageStories::HalfHour(const Want& want) {
     const Scribe::Id id = scribe_.Write(Subject::SCREEN, Outcome::DONE, "off" + length);
     scribe_.At(id).use = Use::ROUTINE;
     scribe_.SetCause(Cause::HALF_HOUR, "screen off" + length + " at night", id);
+    TellChance(/*isDeep=*/false);
+}
+
+/// The strategy that switches radios off is asked, if there is one.
+void MessageStories::TellChance(bool isDeep) {
+    const auto powerOff = config_->halfHourSwitches.find("poweroff");
+    if (powerOff != config_->halfHourSwitches.end() && powerOff->second) {
+        calls_.Radios().OnChance(isDeep);
+    }
 }
 
 void MessageStories::DeviceState(const Want& want) {

@@ -1,8 +1,8 @@
 #ifndef STORY_MESSAGE_STORIES_H
 #define STORY_MESSAGE_STORIES_H
 
+#include "call_stories.h"
 #include "phone_picture.h"
-#include "process_story.h"
 #include "sleep/sleep_story.h"
 #include "standby_message.h"
 #include "state_story.h"
@@ -12,9 +12,8 @@ namespace TARN::Story {
 /// Tells what the host reports to the strategies, and remembers it as the cause of what they do.
 class MessageStories {
 public:
-    MessageStories(Scribe& scribe, const PhonePicture& phone, ProcessStory& processes, StateStory& states,
-                   SleepStory& sleep)
-        : scribe_(scribe), phone_(phone), processes_(processes), states_(states), sleep_(sleep) {}
+    MessageStories(Scribe& scribe, const PhonePicture& phone, CallStories& calls, StateStory& states, SleepStory& sleep)
+        : scribe_(scribe), phone_(phone), calls_(calls), states_(states), sleep_(sleep) {}
 
     /// What the host is configured with, and whether it decides by itself.
     void OnConfig(const DevStandbyMgr::StandbyConfig& config) { config_ = &config; }
@@ -30,6 +29,7 @@ private:
     void Condition(const Want& want);
     void Exemption(const Want& want);
     void HalfHour(const Want& want);
+    void TellChance(bool isDeep);
     void DeviceState(const Want& want);
     void UserSleep(const Want& want);
     void KeepAlive(const Want& want);
@@ -37,7 +37,7 @@ private:
 
     Scribe& scribe_;
     const PhonePicture& phone_;
-    ProcessStory& processes_;
+    CallStories& calls_;
     StateStory& states_;
     SleepStory& sleep_;
     const DevStandbyMgr::StandbyConfig* config_ = nullptr;

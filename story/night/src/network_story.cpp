@@ -105,6 +105,7 @@ void NetworkStory::Retell() {
     if (!change_.failed.empty()) {
         event.text += (event.text.empty() ? "" : "; ") + change_.failed;
         event.outcome = Outcome::FAILED;
+        event.next = next_;
     }
     scribe_.Set(LaneId::FIREWALL, isOn_ ? "on" : "off", isOn_ ? static_cast<int64_t>(trusted_.size()) : 0,
                 change_.event);
@@ -147,8 +148,10 @@ void NetworkStory::TellDifference(const Change& change, Event& event) const {
 
 void NetworkStory::OnReason(const DevStandbyMgr::FirewallReason& reason) {
     if (!reason.failedQuestion.empty()) {
-        scribe_.WriteNew(Subject::FIREWALL, Outcome::FAILED,
-                         "whom it lets through is not known: " + reason.failedQuestion);
+        const Scribe::Id id =
+            scribe_.WriteNew(Subject::FIREWALL, Outcome::FAILED,
+                             "left as it is: " + reason.failedQuestion + " could not be had");
+        scribe_.At(id).next = next_;
         return;
     }
     std::map<int64_t, std::string> before;

@@ -11,6 +11,7 @@
 #include "host_reason.h"
 #include "phone_picture.h"
 #include "scribe.h"
+#include "standby_config.h"
 
 namespace TARN::Story {
 
@@ -18,6 +19,13 @@ namespace TARN::Story {
 class NetworkStory {
 public:
     NetworkStory(Scribe& scribe, const PhonePicture& phone) : scribe_(scribe), phone_(phone) {}
+
+    /// After how long the host tries again what was refused.
+    void OnConfig(const DevStandbyMgr::StandbyConfig& config) {
+        if (config.mode == DevStandbyMgr::HostMode::AUTOMATIC) {
+            next_ = "tried again after " + Duration(config.policy.retryAfterSeconds * 1000);
+        }
+    }
 
     /// The device-idle policy, the firewall, goes on or off.
     void SetPolicy(bool isOn, const Json& result);
@@ -53,6 +61,7 @@ private:
     std::set<int64_t> trusted_;
     std::map<int64_t, std::string> why_;  ///< by uid: how the host sees it
     Change change_;
+    std::string next_;
 };
 
 }  // namespace TARN::Story

@@ -21,7 +21,7 @@ struct NightReader::Storytellers {
           sleep(scribe),
           states(scribe),
           calls(scribe, phone, sleep),
-          messages(scribe, phone, calls.Processes(), states, sleep),
+          messages(scribe, phone, calls, states, sleep),
           logs(scribe, calls, sleep, options.leastLog) {}
 
     void Settle() {
@@ -69,6 +69,7 @@ struct NightReader::Storytellers {
         night.strategies = trace.host.strategies;
         night.head = TellHead(trace);
         calls.Processes().OnConfig(config);
+        calls.Network().OnConfig(config);
         messages.OnConfig(config);
         scribe.MoveTo(trace.start);
         scribe.Set(LaneId::SCREEN, kNotKnown);
@@ -78,7 +79,7 @@ struct NightReader::Storytellers {
         scribe.Set(LaneId::FROZEN, "none");
         scribe.Set(LaneId::LOCKS, "none");
         scribe.Set(LaneId::TIMERS, "normal");
-        states.OnStart(!night.isScripted);
+        states.OnStart(!night.isScripted, kNoEvent);
         SetCondition(night.isScripted ? trace.device.host.condition.value_or(DevStandbyMgr::ConditionType::DAY_STANDBY)
                                       : DevStandbyMgr::ConditionAt(config.policy, trace.start));
         SetFacts(trace.device, /*isStart=*/true);
@@ -94,10 +95,10 @@ struct NightReader::Storytellers {
 
     void Do(const Replay::RestartStep& step) {
         Settle();
-        sleep.OnRestart();
-        states.OnStart(!night.isScripted);
-        scribe.Write(Subject::SERVICE, Outcome::HAPPENED,
-                     step.isCrash ? "crashes and starts again" : "stops and starts again");
+        const Scribe::Id id = scribe.Write(Subject::SERVICE, Outcome::HAPPENED,
+                                           step.isCrash ? "crashes and starts again" : "stops and starts again");
+        sleep.OnRestart(id);
+        states.OnStart(!night.isScripted, id);
     }
 
     void Do(const Replay::FileStep& step) {

@@ -36,8 +36,44 @@ void RadioStory::Switch(Radio& radio, bool isOn, const Json& result) {
     if (isOn || radio.isOn) {
         radio.isOurs = !isOn;
     }
+    refusal_.clear();
     radio.isOn = isOn;
     SetLane(radio, scribe_.Write(radio.subject, outcome, std::move(text), scribe_.WhyInWords()));
+}
+
+/// One power-off is tried once: while it is in force, the next report changes nothing, and why Bluetooth is on is what
+/// stood in the way when it began.
+void RadioStory::OnKept(const PluginText& text) {
+    std::string told(text.told);
+    if (told.empty()) {
+        told = !bluetooth_.isOn   ? "off already: the power-off is in force"
+               : refusal_.empty() ? "stays on: the power-off counts as done already"
+                                  : "stays on: the power-off counts as done since " + Clock(refusedAt_) +
+                                        ", when it was refused (" + refusal_ + ")";
+    } else if (bluetooth_.isOn) {
+        refusal_ = told.substr(told.find(": ") + 2);
+        refusedAt_ = scribe_.Now();
+    }
+    Event& event = scribe_.At(scribe_.WriteNew(Subject::BLUETOOTH, Outcome::KEPT, told));
+    event.isRepeat = event.isRepeat || !bluetooth_.isOn;
+    event.next = text.next;
+    if (!scribe_.WhyInWords().empty()) {
+        event.values.push_back({"asked to go off", scribe_.WhyInWords()});
+    }
+}
+
+void RadioStory::OnChance(bool isDeep) {
+    const bool isDay = scribe_.Value(LaneId::CONDITION) == "day";
+    if (!bluetooth_.isOn || (!isDay && (isHalfHour_ || !isDeep))) {
+        return;
+    }
+    Event& event = scribe_.At(
+        scribe_.WriteNew(Subject::BLUETOOTH, Outcome::KEPT,
+                         isDay ? "stays on: it is day" : "stays on: the screen has not been off for half an hour"));
+    event.isRepeat = true;
+    event.values = {{"condition", std::string(scribe_.Value(LaneId::CONDITION))}};
+    event.next = isDay ? "half an hour after a screen-off at night, or when deep standby begins at night"
+                       : "when the screen has been off for half an hour";
 }
 
 void RadioStory::SetModemLane(Scribe::Id event) {

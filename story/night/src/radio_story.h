@@ -6,6 +6,7 @@
 #include <string>
 
 #include "call_result.h"
+#include "plugin_texts.h"
 #include "scribe.h"
 #include "trace.h"
 
@@ -22,13 +23,19 @@ public:
     /// One SIM slot; the slots of one instant share an event.
     void ModemSlot(int64_t slot, bool isOn, const Json& result);
 
+    /// Bluetooth was to go off, and the plugin left it as it was.
+    void OnKept(const PluginText& text);
+
+    /// The screen has been off for half an hour, or deep standby begins: a power-off begins if it is night and the
+    /// screen has been off long enough.
+    void OnChance(bool isDeep);
+    void OnHalfHour(bool isOver) { isHalfHour_ = isOver; }
+
     /// Somebody else switched radios, or connected to them; or the trace says how they are at the start.
     void OnFacts(const Replay::SetStep& step, bool isStart);
 
     /// The plugin has switched a radio off and owes it back.
     [[nodiscard]] bool IsAnyOff() const;
-
-    [[nodiscard]] bool IsBluetoothOn() const noexcept { return bluetooth_.isOn; }
 
 private:
     struct Radio {
@@ -58,6 +65,10 @@ private:
     int64_t slots_ = 0;
     std::set<int64_t> slotsOff_;
     SlotGroup group_;
+    bool isHalfHour_ = false;
+    /// Why Bluetooth was left on when the power-off that may still be in force began, and when.
+    std::string refusal_;
+    int64_t refusedAt_ = 0;
 };
 
 }  // namespace TARN::Story

@@ -167,6 +167,16 @@ void Scribe::Set(LaneId lane, std::string_view value, int64_t number, Id event) 
     laneChanges_.push_back({lane, std::string(value), number, event});
 }
 
+std::string_view Scribe::Value(LaneId lane) const {
+    const auto change = std::find_if(laneChanges_.rbegin(), laneChanges_.rend(),
+                                     [lane](const LaneChange& one) { return one.lane == lane; });
+    if (change != laneChanges_.rend()) {
+        return change->value;
+    }
+    const Interval* now = night_.At(lane).Now();
+    return now == nullptr ? kNotKnown : std::string_view(now->value);
+}
+
 void Scribe::Tell(uint32_t app, Aspect aspect, std::string value, std::string reason, Id event) {
     appEvents_.push_back({now_, app, aspect, std::move(value), std::move(reason), event});
 }

@@ -60,6 +60,9 @@ public:
     /// A lane changes now, by the event `event`.
     void Set(LaneId lane, std::string_view value, int64_t number = 0, Id event = kNoEvent);
 
+    /// What a lane says now, what was written in this instant included; kNotKnown before anything was.
+    [[nodiscard]] std::string_view Value(LaneId lane) const;
+
     /// An aspect of an application changes now, or is looked at.
     void Tell(uint32_t app, Aspect aspect, std::string value, std::string reason, Id event = kNoEvent);
 

@@ -128,14 +128,14 @@ void StateStory::OnPhase(const AAFwk::Want& want) {
     scribe_.Set(LaneId::PHASE, PhaseName(phase), phase, id);
 }
 
-void StateStory::OnStart(bool isAutomatic) {
+void StateStory::OnStart(bool isAutomatic, Scribe::Id event) {
     reason_.reset();
     if (isAutomatic) {
-        scribe_.Set(LaneId::STATE, StateName(StandbyState::WORKING), StandbyState::WORKING);
+        scribe_.Set(LaneId::STATE, StateName(StandbyState::WORKING), StandbyState::WORKING, event);
     } else {
-        scribe_.Set(LaneId::STATE, kNotKnown, -1);
+        scribe_.Set(LaneId::STATE, kNotKnown, -1, event);
     }
-    scribe_.Set(LaneId::PHASE, "", -1);
+    scribe_.Set(LaneId::PHASE, "", -1, event);
 }
 
 }  // namespace TARN::Story

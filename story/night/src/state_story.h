@@ -23,7 +23,7 @@ public:
     void OnPhase(const AAFwk::Want& want);
 
     /// The service starts, anew or for the first time: the state is WORKING by definition where it decides by itself.
-    void OnStart(bool isAutomatic);
+    void OnStart(bool isAutomatic, Scribe::Id event);
 
 private:
     void TellStay(const DevStandbyMgr::StateReason& reason);

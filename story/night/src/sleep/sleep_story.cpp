@@ -132,12 +132,12 @@ void SleepStory::Settle() {
     toldKind_ = kind;
 }
 
-void SleepStory::OnRestart() {
+void SleepStory::OnRestart(Scribe::Id event) {
     isJudging_ = false;
     toldKind_.clear();
     rememberedAlarm_ = -1;
     if (isAsleep_) {
-        SetAsleep(false, kNoEvent);
+        SetAsleep(false, event);
     }
 }
 

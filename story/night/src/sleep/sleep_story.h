@@ -33,7 +33,7 @@ public:
     void Settle();
 
     /// The service starts again and knows nothing of sleep.
-    void OnRestart();
+    void OnRestart(Scribe::Id event);
 
 private:
     void TellAsleep(int64_t wakeup);
