@@ -48,34 +48,37 @@ std::string Label(const SideNames& names, size_t side, size_t sides) {
 
 }  // namespace
 
-std::optional<std::vector<Side>> ReadSides(const SideNames& names, Progress& progress) {
+std::vector<Side> MakeSides(const SideNames& names, const std::vector<Replay::Trace>& traces) {
     const size_t sides = std::max({names.traces.size(), names.configs.size(), names.plugins.size()});
     if (sides > kMostSides) {
-        Complain("at most two traces, configurations or plugins are held against each other");
-        return std::nullopt;
+        throw DevStandbyMgr::InputError("at most two traces, configurations or plugins are held against each other");
     }
+    std::vector<std::optional<DevStandbyMgr::StandbyConfigFile>> configs;
+    for (const std::string& name : names.configs) {
+        configs.push_back(name.empty() ? std::nullopt : std::optional(DevStandbyMgr::StandbyConfigFile(name)));
+    }
+    std::vector<Side> result;
+    for (size_t side = 0; side < sides; ++side) {
+        result.push_back({Label(names, side, sides), *OfSide(traces, side), *OfSide(names.plugins, side)});
+        if (const auto* config = OfSide(configs, side); config != nullptr && *config) {
+            (*config)->LayOver(result.back().trace.host);
+        }
+    }
+    return result;
+}
+
+std::optional<std::vector<Side>> ReadSides(const SideNames& names, Progress& progress) {
     const auto traces = ReadInputs(names.traces, "", progress);
     if (!traces) {
         return std::nullopt;
     }
-    std::vector<Side> result;
     try {
-        std::vector<std::optional<DevStandbyMgr::StandbyConfigFile>> configs;
-        for (const std::string& name : names.configs) {
-            configs.push_back(name.empty() ? std::nullopt : std::optional(DevStandbyMgr::StandbyConfigFile(name)));
-        }
-        for (size_t side = 0; side < sides; ++side) {
-            result.push_back({Label(names, side, sides), *OfSide(*traces, side), *OfSide(names.plugins, side)});
-            if (const auto* config = OfSide(configs, side); config != nullptr && *config) {
-                (*config)->LayOver(result.back().trace.host);
-            }
-        }
+        return MakeSides(names, *traces);
     } catch (const DevStandbyMgr::InputError& error) {
         progress.Erase();
         Complain(error.what());
         return std::nullopt;
     }
-    return result;
 }
 
 }  // namespace TARN::Cli

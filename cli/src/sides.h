@@ -28,6 +28,9 @@ struct Side {
 /// than twice; then there is no result.
 [[nodiscard]] std::optional<std::vector<Side>> ReadSides(const SideNames& names, Progress& progress);
 
+/// The same with traces that are read already, as many as their names. Throws InputError for what is wrong.
+[[nodiscard]] std::vector<Side> MakeSides(const SideNames& names, const std::vector<Replay::Trace>& traces);
+
 }  // namespace TARN::Cli
 
 #endif  // CLI_SIDES_H
