@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <string_view>
 #include <system_error>
+#include <utility>
 
 namespace TARN::Cli {
 
@@ -18,7 +19,8 @@ constexpr char kExitStatuses[] =
     "Exit status:\n"
     "  0  done\n"
     "  1  the run failed: the plugin does not load, the output cannot be written\n"
-    "  2  the input is wrong: a trace, the configuration, the command line\n";
+    "  2  the input is wrong: a trace, the configuration, the command line\n"
+    "diff answers as diff does: 0 the same, 1 different, 2 trouble\n";
 
 constexpr char kExamples[] =
     "Examples:\n"
@@ -26,7 +28,8 @@ constexpr char kExamples[] =
     "  standby replay --log info night.jsonl          ... with the plugin's own log inside\n"
     "  standby replay --format jsonl night.jsonl      the full record, for programs\n"
     "  standby replay --config try.json nights/*      one change against many nights\n"
-    "  standby dump night.jsonl --at 02:13\n\n";
+    "  standby dump night.jsonl --at 02:13\n"
+    "  standby diff night.jsonl --config try.json     what a change of the configuration changes\n\n";
 
 constexpr char kReplayFooter[] =
     "The file given with --config is a JSON object with the keys of a trace's \"host\", and \"policy\";\n"
@@ -35,6 +38,15 @@ constexpr char kReplayFooter[] =
 constexpr char kDumpFooter[] =
     "A word that begins with a dash goes behind two dashes:\n"
     "  standby dump night.jsonl -- DUMP_SIMULATE_SENSOR DUMP_STRATGY_DETAIL -ST --SetMode 1\n";
+
+constexpr char kDiffFooter[] =
+    "A and B are records, as replay --format jsonl writes them, or traces, which are played. One trace is held\n"
+    "against itself under another configuration or plugin:\n"
+    "  standby diff night.jsonl --config try.json               as the trace has it, and with try.json\n"
+    "  standby diff night.jsonl --config a.json --config b.json\n"
+    "  standby diff night.jsonl --plugin OTHER.so               the plugin built with this program, and another\n"
+    "  standby diff night.jsonl night.record                    whether a trace still plays as it was recorded\n"
+    "Exit status: 0 the same, 1 different, 2 trouble.\n";
 
 /// The plugin as it is built and installed: in lib beside the bin that holds this program.
 std::string DefaultPlugin() {
@@ -51,6 +63,8 @@ struct Word {
 };
 
 constexpr std::array kFormats = {Word<Format>{"text", Format::TEXT}, Word<Format>{"jsonl", Format::JSONL}};
+constexpr std::array kDiffFormats = {Word<DiffFormat>{"text", DiffFormat::TEXT},
+                                     Word<DiffFormat>{"json", DiffFormat::JSON}};
 constexpr std::array kColors = {Word<ColorChoice>{"auto", ColorChoice::AUTO},
                                 Word<ColorChoice>{"always", ColorChoice::ALWAYS},
                                 Word<ColorChoice>{"never", ColorChoice::NEVER}};
@@ -110,6 +124,10 @@ void AddReplay(CLI::App& app, ReplayOptions& options) {
               "Show the plugin's log in the timeline from this level on: debug, info, warn, error");
     AddChoice(command, "--color", "WHEN", kColors, options.color, "auto (default), always, never");
     command.add_flag("--unfold", options.isUnfolded, "Tell every screen-on, also where the phone is merely used");
+    command
+        .add_option("--trace-events", options.traceEvents,
+                    "Write the night as trace events, for a viewer such as Perfetto's, instead of telling it")
+        ->type_name("FILE");
     AddSideOptions(command, options.names, options.isProgressHidden);
 }
 
@@ -126,12 +144,38 @@ void AddDump(CLI::App& app, DumpOptions& options) {
     AddPlayerOptions(command, options.player);
 }
 
+void AddDiff(CLI::App& app, DiffOptions& options) {
+    CLI::App& command = *app.add_subcommand("diff", "Hold two runs against each other; tell where they part");
+    command.footer(kDiffFooter);
+    const auto add = [&](const char* name, const char* about) {
+        const auto keep = [&options](const std::string& file) { options.names.traces.push_back(file); };
+        return command.add_option_function<std::string>(name, keep, about)->type_name("");
+    };
+    add("A", "A record or a trace, - for standard input")->required();
+    add("B", "What it is held against");
+    AddChoice(command, "--format", "FORMAT", kDiffFormats, options.format, "text, for people (default), or json");
+    AddSideOptions(command, options.names, options.isProgressHidden);
+}
+
+/// One trace is held against itself: what is named once for it goes to the second side.
+DiffOptions WithBothSides(DiffOptions options) {
+    auto& [traces, configs, plugins] = options.names;
+    if (traces.size() == 1 && configs.size() == 1) {
+        configs.insert(configs.begin(), "");
+    }
+    if (plugins.empty() || (traces.size() == 1 && plugins.size() == 1)) {
+        plugins.insert(plugins.begin(), DefaultPlugin());
+    }
+    return options;
+}
+
 }  // namespace
 
-std::variant<ReplayOptions, DumpOptions, TextRequest, CommandLineError> ParseCommandLine(int argc,
-                                                                                         const char* const* argv) {
+std::variant<ReplayOptions, DumpOptions, DiffOptions, TextRequest, CommandLineError> ParseCommandLine(
+    int argc, const char* const* argv) {
     ReplayOptions replay;
     DumpOptions dump;
+    DiffOptions diff;
     dump.player.plugin = DefaultPlugin();
     replay.names.plugins = {DefaultPlugin()};
     CLI::App app(kAbout, "standby");
@@ -140,6 +184,7 @@ std::variant<ReplayOptions, DumpOptions, TextRequest, CommandLineError> ParseCom
     app.require_subcommand(0, 1);
     AddReplay(app, replay);
     AddDump(app, dump);
+    AddDiff(app, diff);
     try {
         app.parse(argc, argv);
     } catch (const CLI::CallForHelp&) {
@@ -156,7 +201,13 @@ std::variant<ReplayOptions, DumpOptions, TextRequest, CommandLineError> ParseCom
         if (replay.names.configs.size() > 1 || replay.names.plugins.size() > 1) {
             return CommandLineError{"--config and --plugin are named once here"};
         }
+        if (!replay.traceEvents.empty() && (replay.names.traces.size() > 1 || replay.format == Format::JSONL)) {
+            return CommandLineError{"--trace-events takes one trace, and no --format jsonl beside it"};
+        }
         return replay;
+    }
+    if (app.got_subcommand("diff")) {
+        return WithBothSides(std::move(diff));
     }
     return CommandLineError{"no command; try standby --help"};
 }

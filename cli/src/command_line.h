@@ -28,6 +28,7 @@ struct ReplayOptions {
     ColorChoice color = ColorChoice::AUTO;
     std::optional<LogLevel> log;  ///< the least level of the plugin's log shown in the timeline
     bool isUnfolded = false;
+    std::string traceEvents;  ///< the file for the one trace's night as trace events; empty: none is asked for
     bool isProgressHidden = false;
 };
 
@@ -36,6 +37,14 @@ struct DumpOptions {
     std::string trace;
     std::string at;  ///< as ReadTimeArgument takes it; empty for the end
     std::vector<std::string> words;
+};
+
+enum class DiffFormat : uint8_t { TEXT, JSON };
+
+struct DiffOptions {
+    SideNames names;  ///< of traces or records: one or two; two of each where a run of one is held against another
+    DiffFormat format = DiffFormat::TEXT;
+    bool isProgressHidden = false;
 };
 
 /// Help or version, for standard output.
@@ -48,7 +57,7 @@ struct CommandLineError {
     std::string text;
 };
 
-[[nodiscard]] std::variant<ReplayOptions, DumpOptions, TextRequest, CommandLineError> ParseCommandLine(
+[[nodiscard]] std::variant<ReplayOptions, DumpOptions, DiffOptions, TextRequest, CommandLineError> ParseCommandLine(
     int argc, const char* const* argv);
 
 }  // namespace TARN::Cli

@@ -2,6 +2,7 @@
 #include <variant>
 
 #include "command_line.h"
+#include "diff_command.h"
 #include "dump_command.h"
 #include "exit_status.h"
 #include "output_file.h"
@@ -22,6 +23,10 @@ int Do(const ReplayOptions& options, OutputFile& output) {
 
 int Do(const DumpOptions& options, OutputFile& output) {
     return RunDump(options, output);
+}
+
+int Do(const DiffOptions& options, OutputFile& output) {
+    return RunDiff(options, output);
 }
 
 int Do(const CommandLineError& error, OutputFile& /*output*/) {

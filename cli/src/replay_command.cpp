@@ -8,7 +8,9 @@
 #include "jsonl_writer.h"
 #include "night_reader.h"
 #include "player.h"
+#include "result_file.h"
 #include "timeline.h"
+#include "trace_events.h"
 
 namespace TARN::Cli {
 
@@ -30,6 +32,14 @@ void PlayOne(const Replay::Trace& trace, const Replay::PlayOptions& player, cons
     if (options.format == Format::JSONL) {
         Replay::JsonlWriter writer(output.Stream());
         Replay::Play(trace, player, writer);
+        return;
+    }
+    if (!options.traceEvents.empty()) {
+        ResultFile file(options.traceEvents);
+        Story::NightReader reader({.leastLog = options.log});
+        Replay::Play(trace, player, reader);
+        Story::WriteTraceEvents(reader.Result(), file.Stream());
+        file.Finish();
         return;
     }
     Story::Timeline timeline(output.Stream(),

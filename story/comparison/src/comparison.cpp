@@ -61,7 +61,7 @@ std::string Told(const Event& event) {
 }
 
 void TellParting(const RecordParting& parting, std::ostream& output) {
-    output << "First difference: " << Moment(parting.t) << '\n';
+    output << "First difference in the record: " << Moment(parting.t) << '\n';
     const auto told = [](const RecordLine& line) { return LocalMs(line.t) + "  " + InWords(line); };
     for (const RecordLine& line : parting.before) {
         Say(output, "", told(line));
@@ -75,14 +75,14 @@ void TellParting(const RecordParting& parting, std::ostream& output) {
 void TellEvents(const Nights& nights, std::ostream& output) {
     const auto parting = FindEventParting(nights);
     if (!parting) {
-        output << "Both nights are told alike.\n";
+        output << "The story is the same.\n";
         return;
     }
     int64_t t = INT64_MAX;
     for (const auto& events : parting->after) {
         t = events.empty() ? t : std::min(t, events.front()->t);
     }
-    output << "Told differently from: " << Moment(t) << '\n';
+    output << "First difference in the story: " << Moment(t) << '\n';
     for (const Event* event : parting->before) {
         Say(output, "", Told(*event));
     }

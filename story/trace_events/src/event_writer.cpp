@@ -8,6 +8,13 @@ namespace {
 
 using Json = EventWriter::Json;
 
+/// Numbers of threads are told apart without their process by some viewers, and 0 is no thread of its own.
+constexpr int64_t kMostThreads = 1000;
+
+int64_t ThreadNumber(Track track) {
+    return track.process * kMostThreads + track.thread;
+}
+
 void Dump(std::ostream& output, const Json& json) {
     output << json.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
@@ -24,12 +31,12 @@ void EventWriter::Write(const Json& event) {
 }
 
 Json EventWriter::Event(const char* phase, Track track, int64_t us, std::string_view name, std::string_view category) {
-    return {{"ph", phase}, {"pid", track.process}, {"tid", track.thread},
+    return {{"ph", phase}, {"pid", track.process}, {"tid", ThreadNumber(track)},
             {"ts", us},    {"name", name},         {"cat", category}};
 }
 
 void EventWriter::Name(const char* what, Track track, std::string_view name, int64_t place) {
-    Json event = {{"ph", "M"}, {"pid", track.process}, {"tid", track.thread}};
+    Json event = {{"ph", "M"}, {"pid", track.process}, {"tid", ThreadNumber(track)}};
     event["name"] = std::string(what) + "_name";
     event["args"] = {{"name", name}};
     Write(event);

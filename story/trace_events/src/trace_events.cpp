@@ -230,17 +230,20 @@ private:
         }
     }
 
+    /// The subject's track; one that is no lane's gets its name with the first that lies on it.
+    Track NamedTrackOf(Subject subject) {
+        if (!std::exchange(isNamed_[static_cast<size_t>(subject)], true) && !LaneOf(subject)) {
+            out_.NameThread(TrackOf(subject), NameOf(subject));
+        }
+        return TrackOf(subject);
+    }
+
     /// What begins a slice of its lane is shown by it. All else is an instant, on the lane where it belongs to one; and
     /// what an arrow leads from or to without a lane is a slice of its own, as short as can be.
     void WriteEvents() {
-        std::array<bool, kSubjects> isNamed{};
         for (size_t i = 0; i < places_.size(); ++i) {
             const Event& event = night_.events[i];
-            const Track track = TrackOf(event.subject);
-            if (auto& named = isNamed[static_cast<size_t>(event.subject)]; !named && !LaneOf(event.subject)) {
-                out_.NameThread(track, NameOf(event.subject));
-                named = true;
-            }
+            const Track track = NamedTrackOf(event.subject);
             if (places_[i].isShown) {
                 continue;
             }
@@ -275,8 +278,20 @@ private:
     }
 
     void WriteApps() {
+        WriteSpared();
         for (size_t i = 0; i < kLastingAspects.size(); ++i) {
             WriteAspect(kLastingAspects[i], kFirstAspect + static_cast<int64_t>(i));
+        }
+    }
+
+    /// Whom a clean passed over or could not kill.
+    void WriteSpared() {
+        for (const AppEvent& event : night_.appEvents) {
+            if (event.aspect == Aspect::CLEAN && event.value != "killed") {
+                out_.Instant(NamedTrackOf(Subject::CLEAN), Us(event.t),
+                             Because(event.value + " " + TitleOf(night_.apps[event.app]), event.reason),
+                             NameOf(event.aspect), {{"time", LocalTime(event.t)}, {"reason", event.reason}});
+            }
         }
     }
 
@@ -334,6 +349,7 @@ private:
     const Night& night_;
     EventWriter out_;
     std::vector<Place> places_;
+    std::array<bool, kSubjects> isNamed_{};
 };
 
 }  // namespace
