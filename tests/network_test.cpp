@@ -6,7 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include "are.h"
-#include "night.h"
+#include "night_script.h"
 
 namespace TARN::Tests {
 namespace {

@@ -4,7 +4,7 @@
 #include <sstream>
 
 #include "are.h"
-#include "night.h"
+#include "night_script.h"
 #include "player.h"
 #include "trace.h"
 

@@ -4,7 +4,7 @@
 
 #include "app_mgr_proxy.h"
 #include "are.h"
-#include "night.h"
+#include "night_script.h"
 #include "suspend_manager_proxy.h"
 #include "test_phone.h"
 

@@ -7,7 +7,7 @@
 #include <sstream>
 
 #include "are.h"
-#include "night.h"
+#include "night_script.h"
 #include "time_zone.h"
 
 namespace TARN::Tests {

@@ -7,7 +7,7 @@
 
 #include "common_event_manager.h"
 #include "device_state_cache.h"
-#include "night.h"
+#include "night_script.h"
 #include "standby_service_impl.h"
 #include "test_phone.h"
 #include "threaded_phone.h"

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "are.h"
-#include "night.h"
+#include "night_script.h"
 #include "test_phone.h"
 
 namespace TARN::Tests {

@@ -4,7 +4,7 @@
 #include <sstream>
 
 #include "json_fields.h"
-#include "night.h"
+#include "night_script.h"
 #include "trace.h"
 
 namespace TARN::Tests {

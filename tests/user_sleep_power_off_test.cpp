@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "are.h"
-#include "night.h"
+#include "night_script.h"
 
 namespace TARN::Tests {
 namespace {

@@ -9,7 +9,7 @@
 #include <nlohmann/json.hpp>
 
 #include "log_names.h"
-#include "night.h"
+#include "night_script.h"
 #include "player.h"
 #include "record_sink.h"
 #include "time_zone.h"

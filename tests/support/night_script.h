@@ -1,5 +1,5 @@
-#ifndef TESTS_NIGHT_H
-#define TESTS_NIGHT_H
+#ifndef TESTS_NIGHT_SCRIPT_H
+#define TESTS_NIGHT_SCRIPT_H
 
 #include <cstdint>
 #include <map>
@@ -84,4 +84,4 @@ private:
 
 }  // namespace TARN::Tests
 
-#endif  // TESTS_NIGHT_H
+#endif  // TESTS_NIGHT_SCRIPT_H

@@ -1,4 +1,4 @@
-#include "night.h"
+#include "night_script.h"
 
 #include <algorithm>
 #include <sstream>
