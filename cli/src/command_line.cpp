@@ -128,6 +128,7 @@ void AddReplay(CLI::App& app, ReplayOptions& options) {
         .add_option("--trace-events", options.traceEvents,
                     "Write the night as trace events, for a viewer such as Perfetto's, instead of telling it")
         ->type_name("FILE");
+    command.add_flag("--reasons", options.hasReasons, "With --format jsonl: the host's own reasons too");
     AddSideOptions(command, options.names, options.isProgressHidden);
 }
 
@@ -198,6 +199,9 @@ std::variant<ReplayOptions, DumpOptions, DiffOptions, TextRequest, CommandLineEr
         return dump;
     }
     if (app.got_subcommand("replay")) {
+        if (replay.hasReasons && replay.format != Format::JSONL) {
+            return CommandLineError{"--reasons goes with --format jsonl"};
+        }
         if (replay.names.configs.size() > 1 || replay.names.plugins.size() > 1) {
             return CommandLineError{"--config and --plugin are named once here"};
         }

@@ -29,6 +29,7 @@ struct ReplayOptions {
     std::optional<LogLevel> log;  ///< the least level of the plugin's log shown in the timeline
     bool isUnfolded = false;
     std::string traceEvents;  ///< the file for the one trace's night as trace events; empty: none is asked for
+    bool hasReasons = false;  ///< the full record has the host's own reasons too
     bool isProgressHidden = false;
 };
 

@@ -30,7 +30,7 @@ bool IsColored(ColorChoice choice, const OutputFile& output) {
 void PlayOne(const Replay::Trace& trace, const Replay::PlayOptions& player, const ReplayOptions& options,
              OutputFile& output) {
     if (options.format == Format::JSONL) {
-        Replay::JsonlWriter writer(output.Stream());
+        Replay::JsonlWriter writer(output.Stream(), options.hasReasons);
         Replay::Play(trace, player, writer);
         return;
     }

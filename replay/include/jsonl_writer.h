@@ -10,7 +10,8 @@ namespace TARN::Replay {
 /// Writes a run as JSON Lines, one object for each thing that happened, for programs.
 class JsonlWriter : public RecordSink {
 public:
-    explicit JsonlWriter(std::ostream& output) : output_(output) {}
+    /// `hasReasons`: the host's own reasons are written too.
+    explicit JsonlWriter(std::ostream& output, bool hasReasons = false) : output_(output), hasReasons_(hasReasons) {}
 
     [[nodiscard]] bool WantsLog(LogLevel /*level*/) const noexcept override { return true; }
     void OnBegin(const Trace& /*trace*/) override {}
@@ -19,6 +20,8 @@ public:
     void OnCall(int64_t t, std::string_view operation, const nlohmann::ordered_json& arguments,
                 const nlohmann::ordered_json& result) override;
     void OnDeliver(int64_t t, const DevStandbyMgr::StandbyMessage& message) override;
+    [[nodiscard]] bool WantsReasons() const noexcept override { return hasReasons_; }
+    void OnReason(int64_t t, const DevStandbyMgr::HostReason& reason) override;
     void OnDump(int64_t t, const std::string& text) override;
     void OnEnd(int64_t t, const Summary& summary) override;
 
@@ -26,6 +29,7 @@ private:
     void Write(int64_t t, const char* key, nlohmann::ordered_json value);
 
     std::ostream& output_;
+    bool hasReasons_;
 };
 
 }  // namespace TARN::Replay

@@ -1,11 +1,71 @@
 #include "jsonl_writer.h"
 
+#include <utility>
+#include <variant>
+
+#include "exemption_flag.h"
 #include "log_names.h"
+#include "standby_names.h"
 #include "want_json.h"
 
 namespace TARN::Replay {
 
+using DevStandbyMgr::FirewallReason;
+using DevStandbyMgr::RunningLockReason;
+using DevStandbyMgr::StateName;
+using DevStandbyMgr::StateReason;
 using Json = nlohmann::ordered_json;
+
+namespace {
+
+Json ToJson(const std::vector<DevStandbyMgr::AppVerdict>& apps) {
+    Json list = Json::array();
+    for (const DevStandbyMgr::AppVerdict& app : apps) {
+        Json entry = {{"uid", app.uid}};
+        if (app.pid != -1) {
+            entry["pid"] = app.pid;
+        }
+        entry["name"] = app.name;
+        entry["flags"] = DevStandbyMgr::ExemptionKeys(app.exemptionFlags);
+        entry["exempt"] = app.isExempt;
+        list.push_back(std::move(entry));
+    }
+    return list;
+}
+
+Json OrNull(const std::string& text) {
+    return text.empty() ? Json() : Json(text);
+}
+
+Json ToJson(const StateReason& reason) {
+    Json conditions = Json::array();
+    for (const DevStandbyMgr::ConditionFound& condition : reason.conditions) {
+        conditions.push_back({{"name", condition.name}, {"met", condition.isMet}, {"found", condition.found}});
+    }
+    return {{"about", "state"},
+            {"cause", DevStandbyMgr::CauseName(reason.cause)},
+            {"from", StateName(reason.from)},
+            {"to", StateName(reason.to)},
+            {"target", StateName(reason.target)},
+            {"conditions", std::move(conditions)},
+            {"next_try", reason.nextTryMs < 0 ? Json() : Json(reason.nextTryMs)}};
+}
+
+Json ToJson(const FirewallReason& reason) {
+    return {{"about", "firewall"},
+            {"rule", reason.isDeepStandby ? "deep_standby" : "user_sleep"},
+            {"failed_question", OrNull(reason.failedQuestion)},
+            {"apps", ToJson(reason.apps)}};
+}
+
+Json ToJson(const RunningLockReason& reason) {
+    return {{"about", "running_locks"},
+            {"proxying", reason.isProxying},
+            {"failed_question", OrNull(reason.failedQuestion)},
+            {"apps", ToJson(reason.apps)}};
+}
+
+}  // namespace
 
 void JsonlWriter::Write(int64_t t, const char* key, Json value) {
     Json line;
@@ -31,6 +91,10 @@ void JsonlWriter::OnDeliver(int64_t t, const DevStandbyMgr::StandbyMessage& mess
           {{"eventId", message.eventId},
            {"action", message.action},
            {"want", message.want ? Simulated::ToJson(*message.want) : Json()}});
+}
+
+void JsonlWriter::OnReason(int64_t t, const DevStandbyMgr::HostReason& reason) {
+    Write(t, "reason", std::visit([](const auto& one) { return ToJson(one); }, reason));
 }
 
 void JsonlWriter::OnDump(int64_t t, const std::string& text) {

@@ -26,6 +26,8 @@ struct NetLimitedAppInfo {
 /// automatic mode, tried again at the next change and after StandbyPolicy::retryAfterSeconds; a trust list is never
 /// emptied under a policy that stayed on, and the policy goes on only once its list could be derived.
 ///
+/// Each answer that differs from the one before is told as a FirewallReason.
+///
 /// In automatic mode the firewall follows changes, and leaving SLEEP disables it; only MAINTENANCE leaves it to derived
 /// classes. In scripted mode it acts only when told. What is known of applications and whether the firewall is on is
 /// one for all network strategies, which therefore stay on one thread. The state and phase fields are for derived
@@ -125,6 +127,7 @@ private:
     ErrCode DeriveAllowed(std::set<uint32_t>& allowed);
     ErrCode CollectApps();
     [[nodiscard]] std::set<uint32_t> AskWhoIsAllowed();
+    void TellReason(ErrCode status, const std::set<uint32_t>& allowed) const;
     bool TellTrustlist(const std::set<uint32_t>& wanted, bool isSwitching);
     bool AddTaskAndForegroundFlags();
     void DumpApplications(std::string& result);

@@ -1,11 +1,15 @@
 #ifndef STANDBY_SERVICE_CONSTRAINT_MANAGER_ADAPTER_H
 #define STANDBY_SERVICE_CONSTRAINT_MANAGER_ADAPTER_H
 
+#include <cstdint>
 #include <map>
 
 #include "iconstraint_manager_adapter.h"
 
 namespace TARN::DevStandbyMgr {
+
+/// The condition of every way deeper that the phone is not plugged in, as the battery service's answer has it.
+[[nodiscard]] ConditionFound Unplugged(int32_t pluggedType);
 
 /// The service's own constraint manager.
 ///

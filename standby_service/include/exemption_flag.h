@@ -3,6 +3,8 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace TARN::DevStandbyMgr {
 
@@ -22,6 +24,9 @@ inline constexpr uint8_t RESTRICTED = 0x40;       ///< in the restrict set: held
 
 /// Bits as people read them: "on the allow list, in the foreground"; "nothing exempts it" for none.
 [[nodiscard]] std::string DescribeExemption(uint8_t flags);
+
+/// Bits as programs write them, in the same order: "allow_list", "foreground".
+[[nodiscard]] std::vector<std::string_view> ExemptionKeys(uint8_t flags);
 
 }  // namespace TARN::DevStandbyMgr
 

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <variant>
 #include <vector>
 
@@ -23,6 +24,9 @@ enum class StateCause : uint8_t {
     ASKED,             ///< somebody asked for a state
 };
 
+/// A cause as programs write it: "screen_on".
+[[nodiscard]] std::string_view CauseName(StateCause cause) noexcept;
+
 /// One condition of a step, as it was found.
 struct ConditionFound {
     std::string name;  ///< "still", "unplugged", "screen off", "not blocked"
@@ -39,6 +43,20 @@ struct StateReason {
     std::vector<ConditionFound> conditions;  ///< those that were asked, in order; the first unmet one decided
     int64_t nextTryMs = -1;                  ///< wall clock at which it is looked at again; -1: nothing is planned
 };
+
+/// What the service asks of the phone and of its own lists, bits of what was not answered.
+namespace Question {
+inline constexpr uint8_t APPLICATIONS = 0x01;
+inline constexpr uint8_t SYSTEM = 0x02;  ///< which of the applications belong to the system
+inline constexpr uint8_t ALLOW_LIST = 0x04;
+inline constexpr uint8_t RESTRICT_SET = 0x08;
+inline constexpr uint8_t TASKS = 0x10;
+inline constexpr uint8_t FOREGROUND = 0x20;
+inline constexpr uint8_t NATIVES = 0x40;
+}  // namespace Question
+
+/// Questions as people read them: "the continuous tasks, the foreground applications"; empty for none.
+[[nodiscard]] std::string DescribeQuestions(uint8_t questions);
 
 /// How one application or native stands with a limit.
 struct AppVerdict {
@@ -57,7 +75,7 @@ struct FirewallReason {
     /// By the rule of deep standby, else by that of the user's sleep. Where `apps` could not be derived: by whose rule
     /// it was tried.
     bool isDeepStandby = false;
-    /// What could not be found out, in words: "the continuous tasks". Then `apps` is empty, and nothing changes, or
+    /// What could not be found out, as DescribeQuestions says it. Then `apps` is empty, and nothing changes, or
     /// goes by what was known before.
     std::string failedQuestion;
     std::vector<AppVerdict> apps;  ///< by uid

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "host_reason.h"
+
 namespace TARN::DevStandbyMgr {
 
 /// The transition that is being evaluated.
@@ -22,11 +24,8 @@ class IConstraintMonitor {
 public:
     virtual ~IConstraintMonitor() = default;
 
-    /// Whether the condition holds now.
-    [[nodiscard]] virtual bool IsMet() = 0;
-
-    /// The condition in words, for the dump: "still".
-    [[nodiscard]] virtual std::string Name() const = 0;
+    /// Whether the condition holds now, and what was found.
+    [[nodiscard]] virtual ConditionFound Look() = 0;
 };
 
 /// Knows under which conditions the phone may go deeper.

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "host_reason.h"
 #include "standby_message.h"
 #include "standby_service_errors.h"
 
@@ -22,9 +23,15 @@ public:
     virtual void StartEvalCurrentState() = 0;
     virtual void EndEvalCurrentState(bool evalResult) = 0;
 
+    /// What the evaluation found whose verdict comes next.
+    virtual void TakeFound(std::vector<ConditionFound> found) = 0;
+
     /// Goes to another state unless the current one is blocked.
     virtual uint32_t TransitToState(uint32_t nextState) = 0;
     virtual uint32_t TransitToStateInner(uint32_t nextState) = 0;
+
+    /// The phone left stillness: back to DARK from any deeper state.
+    virtual void OnMoved() = 0;
     virtual void ShellDump(const std::vector<std::string>& args, std::string& result) = 0;
     [[nodiscard]] virtual uint32_t GetCurState() = 0;
     [[nodiscard]] virtual uint32_t GetPreState() = 0;

@@ -47,17 +47,22 @@ public:
     /// Asks for continuous tasks and the foreground, after an update. False when one of them was not answered.
     bool UpdateUse();
 
-    /// Whether of every running application it is known if it belongs to the system; else it is time to try again later.
+    /// Whether of every running application it is known if it belongs to the system; else it is time to try again
+    /// later.
     [[nodiscard]] bool AreAllClassified() const noexcept { return unclassified_ == 0; }
 
     /// Whether the phone ever told its continuous tasks and its foreground.
     [[nodiscard]] bool IsUseKnown() const noexcept { return areTasksKnown_ && isForegroundKnown_; }
+
+    /// What could not be found out the last time it was asked, bits of Question.
+    [[nodiscard]] uint8_t Unanswered() const noexcept { return unanswered_; }
 
     [[nodiscard]] const std::map<int32_t, RunningApplication>& ByUid() const noexcept { return byUid_; }
 
 private:
     bool UpdateTasks();
     bool UpdateForeground();
+    void NoteAnswer(uint8_t question, bool isAnswered) noexcept;
     [[nodiscard]] bool IsDue(std::atomic<bool>& isStale) const;
 
     const bool isObserved_;
@@ -67,6 +72,7 @@ private:
     std::map<int32_t, std::set<uint32_t>> taskTypes_;  ///< by uid, of applications that do not run too
     std::set<int32_t> foregroundUids_;
     size_t unclassified_ = 0;  ///< applications
+    uint8_t unanswered_ = 0;
     bool areTasksKnown_ = false;
     bool isForegroundKnown_ = false;
 };

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "host_reason.h"
 #include "ibase_strategy.h"
 #include "proxied_app_info.h"
 
@@ -19,7 +20,8 @@ namespace TARN::DevStandbyMgr {
 /// applications on the allow list, in the foreground or with a continuous task, and those of the system unless
 /// the restrict set names them; while in force it follows changes of those, of who runs, and of the restrict set. The
 /// device is told differences only, and what it refuses is logged and tried again at the next change and after
-/// StandbyPolicy::retryAfterSeconds. In scripted mode it acts only when told.
+/// StandbyPolicy::retryAfterSeconds. Each answer that differs from the one before is told as a RunningLockReason. In
+/// scripted mode it acts only when told.
 class RunningLockStrategy : public IBaseStrategy {
 public:
     void HandleEvent(const StandbyMessage& message) override;
@@ -62,14 +64,19 @@ private:
     void TellApps();
     void CollectNatives();
     void FollowAllowedNatives();
+    void AllowNatives();
     void RenewNatives();
     void RestoreLeft();
     void LookAtHeld();
     [[nodiscard]] std::vector<Pair> HeldNatives() const;
     void ChangeFlag(int32_t uid, const std::string& name, uint8_t flag, bool isSet);
+    void TellReason();
 
     bool isWanted_ = false;                ///< SLEEP has reached the phase
     bool areNativesKnown_ = false;         ///< the last InitNativeProcInfo succeeded
+    bool areAllowedNativesKnown_ = true;   ///< whom of them the allow list names, as far as that matters
+    uint8_t unanswered_ = 0;               ///< bits of Question that failed when the applications were collected
+    RunningLockReason told_;               ///< the last reason
     bool isSettingUp_ = false;             ///< natives are collected and none of them is held back yet
     bool areAppsLeftAlone_ = false;        ///< ProxyAppAndProcess is meant for natives only
     int64_t sinceMs_ = 0;                  ///< since when proxying is in force

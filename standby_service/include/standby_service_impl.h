@@ -87,21 +87,20 @@ public:
     /// The same after StandbyPolicy::retryAfterSeconds, for what was refused now.
     void RefreshLater();
 
+    /// When that will be, by the wall clock in milliseconds; -1 while nothing waits. Only where reasons are wanted.
+    [[nodiscard]] int64_t NextRefreshMs() const noexcept { return isRefreshWaiting_ ? nextRefreshMs_ : -1; }
+
     /// Calls `observer` with each message right before the strategies get it.
     void ObserveDelivery(DeliveryObserver observer) { deliveryObserver_ = std::move(observer); }
 
     /// Calls `observer` with the reason of each decision that the service makes by itself, in automatic mode.
     void ObserveReasons(ReasonObserver observer) { reasonObserver_ = std::move(observer); }
 
-    /// Whether anybody wants reasons; where not, none need be put together.
-    [[nodiscard]] bool WantsReasons() const noexcept { return static_cast<bool>(reasonObserver_); }
+    /// Whether anybody wants reasons, and there are any; where not, none need be put together.
+    [[nodiscard]] bool WantsReasons() const { return reasonObserver_ && IsAutomatic(); }
 
-    /// Hands a reason to the observer, if there is one.
-    void TellReason(const HostReason& reason) const {
-        if (reasonObserver_) {
-            reasonObserver_(reason);
-        }
-    }
+    /// Hands a reason to the observer. Only where reasons are wanted.
+    void TellReason(const HostReason& reason) const { reasonObserver_(reason); }
 
     [[nodiscard]] std::shared_ptr<AppExecFwk::EventHandler> GetHandler() const { return handler_; }
     [[nodiscard]] std::shared_ptr<IConstraintManagerAdapter> GetConstraintManager() const { return constraintManager_; }
@@ -124,10 +123,10 @@ public:
     int32_t GetEligiableRestrictSet(int32_t allowType, const std::string& strategyName, uint32_t reasonCode,
                                     std::set<std::string>& restrictSet) const;
 
-    /// Replaces both sets by what GetAllowList and GetEligiableRestrictSet answer. False, logged, and nothing replaced,
-    /// when one of them fails.
-    bool FetchExemptions(int32_t allowType, const std::string& strategyName, std::set<std::string>& allowed,
-                         std::set<std::string>& restricted) const;
+    /// Replaces both sets by what GetAllowList and GetEligiableRestrictSet answer. 0; or which Question failed, logged,
+    /// and nothing is replaced.
+    [[nodiscard]] uint8_t FetchExemptions(int32_t allowType, const std::string& strategyName,
+                                          std::set<std::string>& allowed, std::set<std::string>& restricted) const;
 
     /// Replaces the exemptions of a type; in automatic mode each change is an ALLOW_LIST_CHANGED.
     void SetAllowList(int32_t allowType, const std::vector<std::string>& names);
@@ -150,6 +149,7 @@ private:
     RunningApplications applications_;
     std::atomic<bool> isRefreshQueued_ = false;
     bool isRefreshWaiting_ = false;  ///< for its time to come
+    int64_t nextRefreshMs_ = -1;
     DeliveryObserver deliveryObserver_;
     ReasonObserver reasonObserver_;
     std::map<int32_t, std::vector<std::string>> allowLists_;

@@ -3,6 +3,8 @@
 
 #include <memory>
 #include <optional>
+#include <utility>
+#include <vector>
 
 #include "istate_manager_adapter.h"
 #include "owned_tasks.h"
@@ -19,6 +21,8 @@ namespace TARN::DevStandbyMgr {
 /// SLEEP is interrupted by MAINTENANCE and resumes in the phase it had reached. Each change dispatches one
 /// STATE_TRANSIT, each phase one PHASE_TRANSIT. In scripted mode it stays where it is.
 ///
+/// Why it went to a state, or looked at the phone and stayed, it tells as a StateReason.
+///
 /// Lengths are delays of the handler's tasks and so run on the boot clock; the wall clock decides nothing here. While a
 /// state is blocked no time counts; what would have woken the phone meanwhile takes effect when it is unblocked.
 ///
@@ -32,8 +36,10 @@ public:
     void HandleEvent(const StandbyMessage& message) override;
     void StartEvalCurrentState() override;
     void EndEvalCurrentState(bool evalResult) override;
+    void TakeFound(std::vector<ConditionFound> found) override { found_ = std::move(found); }
     uint32_t TransitToState(uint32_t nextState) override;
     uint32_t TransitToStateInner(uint32_t nextState) override;
+    void OnMoved() override;
     void ShellDump(const std::vector<std::string>& args, std::string& result) override;
     [[nodiscard]] uint32_t GetCurState() override { return curState_; }
     [[nodiscard]] uint32_t GetPreState() override { return preState_; }
@@ -45,13 +51,27 @@ public:
     [[nodiscard]] bool IsScrOffHalfHourCtrl() override { return scrOffHalfHourCtrl_; }
 
 private:
+    /// While it lives, what is done is done for one cause.
+    class Because {
+    public:
+        Because(StateManagerAdapter& manager, StateCause cause);
+        ~Because();
+        Because(const Because&) = delete;
+        Because& operator=(const Because&) = delete;
+
+    private:
+        StateManagerAdapter& manager_;
+    };
+
     void OnScreenOn();
     void OnScreenOff();
     void LookAtScreen();
     void LookAtPlug();
     void Wake(uint32_t state);
     void ScheduleStep();
-    void ScheduleMaintenance();
+    void OnStepOver();
+    void TakeStep();
+    [[nodiscard]] std::optional<int64_t> StepDelayMs() const;
     void SchedulePhase();
     void RemoveSteps();
     void OnPhaseOver();
@@ -59,6 +79,8 @@ private:
     bool MoveByHand(const std::vector<std::string>& args);
     void StepByHand();
     void ForceSleep(int32_t phase);
+    void TellReason(uint32_t from, uint32_t target);
+    void TellStay(uint32_t target) { TellReason(curState_, target); }
 
     std::unique_ptr<OwnedTasks> tasks_;
     uint32_t curState_ = StandbyState::WORKING;
@@ -74,6 +96,8 @@ private:
     int64_t stateSinceMs_ = 0;     ///< wall clock, for people
     int64_t phaseSinceMs_ = 0;     ///< the same
     size_t maintenanceCount_ = 0;  ///< interruptions of this stretch of SLEEP so far
+    StateCause cause_ = StateCause::ASKED;
+    std::vector<ConditionFound> found_;  ///< that is looked at for this cause
 };
 
 }  // namespace TARN::DevStandbyMgr

@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <utility>
 
 #include "dump_words.h"
 #include "exemption_flag.h"
+#include "host_reason.h"
 #include "idle_firewall.h"
 #include "running_applications.h"
 #include "standby_constants.h"
@@ -26,6 +28,8 @@ struct SharedFirewall {
     BaseNetworkStrategy* inCharge = nullptr;                 ///< who follows changes: the last that was asked for it
     std::array<BaseNetworkStrategy*, kFirewalls> live = {};  ///< who brings the rules: those that hear messages
     std::set<uint32_t>* asked = nullptr;                     ///< collects whom a rule would allow
+    uint8_t unanswered = 0;              ///< bits of Question that failed when the applications were collected
+    std::optional<FirewallReason> told;  ///< the last reason
 };
 
 SharedFirewall g_firewall;
@@ -268,7 +272,31 @@ ErrCode BaseNetworkStrategy::DeriveAllowed(std::set<uint32_t>& allowed) {
     if (status == ERR_OK) {
         allowed = judge->AskWhoIsAllowed();
     }
+    if (StandbyServiceImpl::GetInstance()->WantsReasons()) {
+        judge->TellReason(status, allowed);
+    }
     return status;
+}
+
+/// Tells whom the firewall lets through, or why that is not known, if it is other than told before.
+void BaseNetworkStrategy::TellReason(ErrCode status, const std::set<uint32_t>& allowed) const {
+    FirewallReason reason;
+    reason.failedQuestion = DescribeQuestions(g_firewall.unanswered);
+    if (status != ERR_OK) {
+        reason.isDeepStandby = kind_ == Firewall::DEEP_STANDBY;
+    } else {
+        reason.isDeepStandby = g_firewall.isStandbysTurn;
+        for (const auto& [uid, app] : netLimitedAppInfo_) {
+            reason.apps.push_back(
+                {static_cast<int32_t>(uid), -1, app.name, app.exemptionFlags, allowed.count(uid) != 0});
+        }
+        std::sort(reason.apps.begin(), reason.apps.end(),
+                  [](const AppVerdict& one, const AppVerdict& other) { return one.uid < other.uid; });
+    }
+    if (g_firewall.told != reason) {
+        g_firewall.told = std::move(reason);
+        StandbyServiceImpl::GetInstance()->TellReason(*g_firewall.told);
+    }
 }
 
 ErrCode BaseNetworkStrategy::CollectApps() {
@@ -329,8 +357,10 @@ ErrCode BaseNetworkStrategy::InitNetLimitedAppInfo() {
 
 ErrCode BaseNetworkStrategy::GetAllRunningAppInfo() {
     g_firewall.isStandbysTurn = false;
-    if (Applications().Update() != ERR_OK) {
-        return ERR_RUNNING_PROCESSES_UNAVAILABLE;
+    const ErrCode status = Applications().Update();
+    g_firewall.unanswered = Applications().Unanswered() & (Question::APPLICATIONS | Question::SYSTEM);
+    if (status != ERR_OK) {
+        return status;
     }
     if (!Applications().AreAllClassified()) {
         StandbyServiceImpl::GetInstance()->RefreshLater();
@@ -347,7 +377,10 @@ ErrCode BaseNetworkStrategy::GetAllRunningAppInfo() {
 ErrCode BaseNetworkStrategy::GetExemptionConfig() {
     std::set<std::string> allowed;
     std::set<std::string> restricted;
-    if (!StandbyServiceImpl::GetInstance()->FetchExemptions(AllowType::NETWORK, "NETWORK", allowed, restricted)) {
+    const uint8_t failed =
+        StandbyServiceImpl::GetInstance()->FetchExemptions(AllowType::NETWORK, "NETWORK", allowed, restricted);
+    g_firewall.unanswered |= failed;
+    if (failed != 0) {
         return ERR_RUNNING_PROCESSES_UNAVAILABLE;
     }
     for (const auto& [uid, app] : Applications().ByUid()) {
@@ -370,6 +403,7 @@ ErrCode BaseNetworkStrategy::GetExemptionConfig() {
 /// False when the phone never told, on a host that decides by itself: who plays or is looked at would be cut off.
 bool BaseNetworkStrategy::AddTaskAndForegroundFlags() {
     if (!Applications().UpdateUse()) {
+        g_firewall.unanswered |= Applications().Unanswered();
         StandbyServiceImpl::GetInstance()->RefreshLater();
         if (!Applications().IsUseKnown() && IsAutomatic()) {
             return false;

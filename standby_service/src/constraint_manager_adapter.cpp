@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "battery_srv_client.h"
 #include "dump_words.h"
@@ -23,20 +25,24 @@ using Msdp::MovementValue;
 /// Holds unless the movement service says that the phone left stillness.
 class StillnessMonitor : public IConstraintMonitor {
 public:
-    bool IsMet() override {
-        const MovementValue value = MovementClient::GetInstance().GetMovementData(MovementType::TYPE_STILL).value;
-        if (value == MovementValue::VALUE_INVALID) {
-            STANDBYSERVICE_LOGW("the movement service does not answer, the phone counts as still");
+    ConditionFound Look() override {
+        switch (MovementClient::GetInstance().GetMovementData(MovementType::TYPE_STILL).value) {
+            case MovementValue::VALUE_EXIT:
+                return {"still", false, "moving"};
+            case MovementValue::VALUE_INVALID:
+                STANDBYSERVICE_LOGW("the movement service does not answer, the phone counts as still");
+                return {"still", true, "no answer, counts as still"};
+            case MovementValue::VALUE_NONE:
+                return {"still", true, "nothing reported, counts as still"};
+            default:
+                return {"still", true, "still"};
         }
-        return value != MovementValue::VALUE_EXIT;
     }
-    [[nodiscard]] std::string Name() const override { return "still"; }
 };
 
 class UnpluggedMonitor : public IConstraintMonitor {
 public:
-    bool IsMet() override { return PowerMgr::BatterySrvClient::GetInstance().GetPluggedType() == 0; }
-    [[nodiscard]] std::string Name() const override { return "unplugged"; }
+    ConditionFound Look() override { return Unplugged(PowerMgr::BatterySrvClient::GetInstance().GetPluggedType()); }
 };
 
 void OnMovement(const MovementData& movement) {
@@ -47,13 +53,18 @@ void OnMovement(const MovementData& movement) {
     service->GetHandler()->PostTask([] {
         const auto running = StandbyServiceImpl::GetInstance();
         const auto stateManager = running == nullptr ? nullptr : running->GetStateManager();
-        if (stateManager != nullptr && stateManager->GetCurState() > StandbyState::DARK) {
-            stateManager->TransitToState(StandbyState::DARK);
+        if (stateManager != nullptr) {
+            stateManager->OnMoved();
         }
     });
 }
 
 }  // namespace
+
+ConditionFound Unplugged(int32_t pluggedType) {
+    const bool isMet = pluggedType == 0;
+    return {"unplugged", isMet, isMet ? "unplugged" : "plugged type " + std::to_string(pluggedType)};
+}
 
 bool ConstraintManagerAdapter::Init() {
     if (!StandbyServiceImpl::GetInstance()->IsAutomatic()) {
@@ -82,8 +93,12 @@ bool ConstraintManagerAdapter::UnInit() {
 
 void ConstraintManagerAdapter::StartEvalution(const ConstraintEvalParam& params) {
     const auto [first, last] = monitors_.equal_range(params);
-    const bool isMet = std::all_of(first, last, [](const auto& entry) { return entry.second->IsMet(); });
-    StandbyServiceImpl::GetInstance()->GetStateManager()->EndEvalCurrentState(isMet);
+    std::vector<ConditionFound> found;
+    const bool isMet = std::all_of(
+        first, last, [&found](const auto& entry) { return found.emplace_back(entry.second->Look()).isMet; });
+    const auto stateManager = StandbyServiceImpl::GetInstance()->GetStateManager();
+    stateManager->TakeFound(std::move(found));
+    stateManager->EndEvalCurrentState(isMet);
 }
 
 void ConstraintManagerAdapter::StopEvalution() {}  // an evaluation is over when StartEvalution returns
@@ -98,8 +113,9 @@ void ConstraintManagerAdapter::ShellDump(const std::vector<std::string>& args, s
         return;
     }
     for (const auto& [step, monitor] : monitors_) {
-        result += "from " + StateName(step.curState) + " to " + StateName(step.nextState) + ": " + monitor->Name() +
-                  (monitor->IsMet() ? ", yes" : ", no") + "\n";
+        const ConditionFound condition = monitor->Look();
+        result += "from " + StateName(step.curState) + " to " + StateName(step.nextState) + ": " + condition.name +
+                  (condition.isMet ? ", yes" : ", no") + "\n";
     }
 }
 

@@ -1,24 +1,38 @@
 #include "exemption_flag.h"
 
-#include <array>
-#include <utility>
+#include "bits_in_words.h"
 
 namespace TARN::DevStandbyMgr {
 
+namespace {
+
+struct Entry {
+    uint8_t bit;
+    const char* words;
+    std::string_view key;
+};
+
+constexpr Entry kFlags[] = {{ExemptionFlag::EXEMPTION, "on the allow list", "allow_list"},
+                            {ExemptionFlag::RESTRICTED, "in the restrict set", "restrict_set"},
+                            {ExemptionFlag::FOREGROUND, "in the foreground", "foreground"},
+                            {ExemptionFlag::CONTINUOUS_TASK, "runs a continuous task", "continuous_task"},
+                            {ExemptionFlag::UNRESTRICTED, "belongs to the system", "system"}};
+
+}  // namespace
+
 std::string DescribeExemption(uint8_t flags) {
-    static constexpr std::array<std::pair<uint8_t, const char*>, 5> kReasons = {
-        {{ExemptionFlag::EXEMPTION, "on the allow list"},
-         {ExemptionFlag::RESTRICTED, "in the restrict set"},
-         {ExemptionFlag::FOREGROUND, "in the foreground"},
-         {ExemptionFlag::CONTINUOUS_TASK, "runs a continuous task"},
-         {ExemptionFlag::UNRESTRICTED, "belongs to the system"}}};
-    std::string text;
-    for (const auto& [flag, reason] : kReasons) {
-        if ((flags & flag) != 0) {
-            text += (text.empty() ? "" : ", ") + std::string(reason);
+    const std::string text = BitsInWords(kFlags, flags);
+    return text.empty() ? "nothing exempts it" : text;
+}
+
+std::vector<std::string_view> ExemptionKeys(uint8_t flags) {
+    std::vector<std::string_view> keys;
+    for (const Entry& entry : kFlags) {
+        if ((flags & entry.bit) != 0) {
+            keys.push_back(entry.key);
         }
     }
-    return text.empty() ? "nothing exempts it" : text;
+    return keys;
 }
 
 }  // namespace TARN::DevStandbyMgr

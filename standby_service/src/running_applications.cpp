@@ -6,6 +6,7 @@
 #include "app_mgr_helper.h"
 #include "background_task_mgr_helper.h"
 #include "bundle_manager_helper.h"
+#include "host_reason.h"
 #include "standby_service_log.h"
 
 namespace TARN::DevStandbyMgr {
@@ -28,6 +29,10 @@ void RunningApplications::MarkStale() noexcept {
     isUseStale_ = true;
 }
 
+void RunningApplications::NoteAnswer(uint8_t question, bool isAnswered) noexcept {
+    unanswered_ = static_cast<uint8_t>(isAnswered ? unanswered_ & ~question : unanswered_ | question);
+}
+
 bool RunningApplications::IsDue(std::atomic<bool>& isStale) const {
     return isStale.exchange(false) || !isObserved_;
 }
@@ -37,7 +42,9 @@ ErrCode RunningApplications::Update() {
         return ERR_OK;
     }
     std::vector<AppExecFwk::RunningProcessInfo> processes;
-    if (!AppMgrHelper::GetInstance()->GetAllRunningProcesses(processes)) {
+    const bool isAnswered = AppMgrHelper::GetInstance()->GetAllRunningProcesses(processes);
+    NoteAnswer(Question::APPLICATIONS, isAnswered);
+    if (!isAnswered) {
         STANDBYSERVICE_LOGE("the running applications could not be fetched");
         isStale_ = true;
         return ERR_RUNNING_PROCESSES_UNAVAILABLE;
@@ -58,6 +65,7 @@ ErrCode RunningApplications::Update() {
         }
         app.processes.push_back({process.pid_, name});
     }
+    NoteAnswer(Question::SYSTEM, unclassified == 0);
     if (std::exchange(unclassified_, unclassified) != unclassified && unclassified != 0) {
         STANDBYSERVICE_LOGW("%{public}lu applications could not be classified, they count as not the system's",
                             unclassified);
@@ -83,7 +91,9 @@ bool RunningApplications::UpdateUse() {
 
 bool RunningApplications::UpdateTasks() {
     std::vector<std::shared_ptr<ContinuousTaskCallbackInfo>> tasks;
-    if (BackgroundTaskMgrHelper::GetContinuousTaskApps(tasks) != ERR_OK) {
+    const bool isAnswered = BackgroundTaskMgrHelper::GetContinuousTaskApps(tasks) == ERR_OK;
+    NoteAnswer(Question::TASKS, isAnswered);
+    if (!isAnswered) {
         STANDBYSERVICE_LOGW("the continuous tasks could not be fetched");
         return false;
     }
@@ -99,7 +109,9 @@ bool RunningApplications::UpdateTasks() {
 
 bool RunningApplications::UpdateForeground() {
     std::vector<AppExecFwk::AppStateData> foreground;
-    if (!AppMgrHelper::GetInstance()->GetForegroundApplications(foreground)) {
+    const bool isAnswered = AppMgrHelper::GetInstance()->GetForegroundApplications(foreground);
+    NoteAnswer(Question::FOREGROUND, isAnswered);
+    if (!isAnswered) {
         STANDBYSERVICE_LOGW("the foreground applications could not be fetched");
         return false;
     }

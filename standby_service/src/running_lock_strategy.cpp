@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <iterator>
 #include <list>
+#include <utility>
 
 #include "ability_manager_helper.h"
 #include "dump_words.h"
 #include "exemption_flag.h"
+#include "host_reason.h"
 #include "local_time.h"
 #include "power_mgr_client.h"
 #include "running_applications.h"
@@ -66,6 +68,7 @@ void RunningLockStrategy::HandleEvent(const StandbyMessage& message) {
 ErrCode RunningLockStrategy::OnCreated() {
     isProxied_ = false;
     isWanted_ = false;
+    told_ = {};
     if (IsAutomatic()) {
         LookAtHeld();
         RestoreLeft();  // what a service of before held back when it crashed, or could not restore
@@ -84,6 +87,10 @@ void RunningLockStrategy::Settle() {
     if (!isHeldKnown_) {
         LookAtHeld();
     }
+    if (!isWanted_) {
+        unanswered_ = 0;  // nobody is asked any more
+        TellReason();
+    }
     if (isWanted_ && !isProxied_) {
         StartProxy();
     } else if (isWanted_) {
@@ -98,6 +105,7 @@ void RunningLockStrategy::Settle() {
 void RunningLockStrategy::StartProxy() {
     Applications().MarkStale();
     if (CollectApps() != ERR_OK) {
+        TellReason();
         RefreshLater();
         return;
     }
@@ -118,7 +126,9 @@ void RunningLockStrategy::StopProxy() {
 
 void RunningLockStrategy::FollowChanges() {
     const std::set<std::string> restrictedBefore = restricted_;
-    if (CollectApps() != ERR_OK) {
+    const ErrCode status = CollectApps();
+    TellReason();
+    if (status != ERR_OK) {
         RefreshLater();
         return;
     }
@@ -135,13 +145,19 @@ void RunningLockStrategy::FollowChanges() {
 }
 
 ErrCode RunningLockStrategy::CollectApps() {
-    if (Applications().Update() != ERR_OK || !StandbyServiceImpl::GetInstance()->FetchExemptions(
-                                                 AllowType::RUNNING_LOCK, kConfigName, allowed_, restricted_)) {
+    const auto service = StandbyServiceImpl::GetInstance();
+    const uint8_t decisive =
+        Applications().Update() != ERR_OK
+            ? Question::APPLICATIONS
+            : service->FetchExemptions(AllowType::RUNNING_LOCK, kConfigName, allowed_, restricted_);
+    if (decisive != 0) {
+        unanswered_ = decisive;
         return ERR_RUNNING_PROCESSES_UNAVAILABLE;
     }
     if (!Applications().UpdateUse() || !Applications().AreAllClassified()) {
         RefreshLater();
     }
+    unanswered_ = Applications().Unanswered();
     std::map<Pair, ProxiedAppInfo> apps;
     for (const auto& [uid, app] : Applications().ByUid()) {
         uint8_t shared = app.isSystem.value_or(false) ? ExemptionFlag::UNRESTRICTED : uint8_t{0};
@@ -201,11 +217,18 @@ void RunningLockStrategy::FollowAllowedNatives() {
             RemoveExemptionFlag(uid, name, ExemptionFlag::EXEMPTION);
         }
     }
-    if (allowed_.empty()) {
-        return;
+    if (!allowed_.empty()) {
+        AllowNatives();
+    } else {
+        areAllowedNativesKnown_ = true;
     }
+    TellReason();
+}
+
+void RunningLockStrategy::AllowNatives() {
     std::list<SystemProcessInfo> natives;
-    if (!AbilityManagerHelper::GetInstance()->GetRunningSystemProcess(natives)) {
+    areAllowedNativesKnown_ = AbilityManagerHelper::GetInstance()->GetRunningSystemProcess(natives);
+    if (!areAllowedNativesKnown_) {
         STANDBYSERVICE_LOGW("the native processes could not be fetched");
         RefreshLater();
         return;
@@ -285,6 +308,31 @@ void RunningLockStrategy::ChangeFlag(int32_t uid, const std::string& name, uint8
     }
     if (isProxied_) {
         TellApps();
+    }
+}
+
+/// Tells whose running locks count, or why that is not known, if it is other than told before.
+void RunningLockStrategy::TellReason() {
+    const auto service = StandbyServiceImpl::GetInstance();
+    if (!service->WantsReasons()) {
+        return;
+    }
+    constexpr uint8_t kDecisive = Question::APPLICATIONS | Question::ALLOW_LIST | Question::RESTRICT_SET;
+    RunningLockReason reason;
+    reason.isProxying = isWanted_ && isProxied_;
+    const bool lacksNatives = reason.isProxying && !(areNativesKnown_ && areAllowedNativesKnown_);
+    reason.failedQuestion = DescribeQuestions(unanswered_ | (lacksNatives ? Question::NATIVES : uint8_t{0}));
+    if (reason.isProxying && (unanswered_ & kDecisive) == 0) {
+        for (const auto& [pair, app] : apps_) {
+            reason.apps.push_back({app.uid, app.pid, app.name, app.exemptionFlag, IsExempted(app.exemptionFlag)});
+        }
+        for (const auto& [uid, name] : exemptedNatives_) {
+            reason.apps.push_back({uid, -1, name, ExemptionFlag::EXEMPTION, true});
+        }
+    }
+    if (told_ != reason) {
+        told_ = std::move(reason);
+        service->TellReason(told_);
     }
 }
 

@@ -169,12 +169,16 @@ void StandbyServiceImpl::RefreshLater() {
     if (!IsAutomatic() || std::exchange(isRefreshWaiting_, true)) {
         return;
     }
+    const int64_t delayMs = configManager_->Config().policy.retryAfterSeconds * kMsPerSecond;
+    if (WantsReasons()) {
+        nextRefreshMs_ = NowMs() + delayMs;
+    }
     tasks_.Post(
         [this] {
             isRefreshWaiting_ = false;
             Refresh();
         },
-        kRefreshTask, configManager_->Config().policy.retryAfterSeconds * kMsPerSecond);
+        kRefreshTask, delayMs);
 }
 
 void StandbyServiceImpl::Deliver(const StandbyMessage& message) {
@@ -238,25 +242,27 @@ int32_t StandbyServiceImpl::GetEligiableRestrictSet(int32_t allowType, const std
     return ERR_OK;
 }
 
-bool StandbyServiceImpl::FetchExemptions(int32_t allowType, const std::string& strategyName,
-                                         std::set<std::string>& allowed, std::set<std::string>& restricted) const {
+uint8_t StandbyServiceImpl::FetchExemptions(int32_t allowType, const std::string& strategyName,
+                                            std::set<std::string>& allowed, std::set<std::string>& restricted) const {
     std::vector<AllowInfo> allowInfos;
     std::set<std::string> restrictSet;
+    uint8_t question = Question::ALLOW_LIST;
     int32_t status = GetAllowList(allowType, allowInfos, 0);
     if (status == ERR_OK) {
+        question = Question::RESTRICT_SET;
         status = GetEligiableRestrictSet(allowType, strategyName, 0, restrictSet);
     }
     if (status != ERR_OK) {
         STANDBYSERVICE_LOGE("the exemptions for %{public}s could not be fetched, err code is %{public}d",
                             strategyName.c_str(), status);
-        return false;
+        return question;
     }
     allowed.clear();
     for (const AllowInfo& info : allowInfos) {
         allowed.insert(info.GetName());
     }
     restricted.swap(restrictSet);
-    return true;
+    return 0;
 }
 
 void StandbyServiceImpl::SetRestrictSet(int32_t allowType, std::set<std::string> names) {

@@ -5,8 +5,8 @@
 
 #include "battery_srv_client.h"
 #include "common_event_support.h"
+#include "constraint_manager_adapter.h"
 #include "dump_words.h"
-#include "iconstraint_manager_adapter.h"
 #include "local_time.h"
 #include "power_mgr_client.h"
 #include "standby_config_manager.h"
@@ -32,11 +32,17 @@ void Dispatch(int32_t eventId, AAFwk::Want want) {
     StandbyServiceImpl::GetInstance()->DispatchEvent(StandbyMessage(eventId, {}, std::move(want)));
 }
 
-bool IsPlugged() {
-    return PowerMgr::BatterySrvClient::GetInstance().GetPluggedType() != 0;
+}  // namespace
+
+StateManagerAdapter::Because::Because(StateManagerAdapter& manager, StateCause cause) : manager_(manager) {
+    manager_.cause_ = cause;
+    manager_.found_.clear();
 }
 
-}  // namespace
+StateManagerAdapter::Because::~Because() {
+    manager_.cause_ = StateCause::ASKED;
+    manager_.found_.clear();
+}
 
 // A service that is stopped and initialised again, be it without unloading, begins as one that starts.
 bool StateManagerAdapter::Init() {
@@ -60,11 +66,14 @@ bool StateManagerAdapter::Init() {
 
 /// A service may start again in the middle of the night. While nobody tells, the phone counts as used: nothing is lost.
 void StateManagerAdapter::LookAtScreen() {
+    const Because because(*this, StateCause::START);
     const std::optional<bool> isOn = PowerMgr::PowerMgrClient::GetInstance().IsScreenOn();
     isScreenKnown_ = isOn.has_value();
     if (!isScreenKnown_) {
         STANDBYSERVICE_LOGW("the power manager does not tell whether the screen is on");
         StandbyServiceImpl::GetInstance()->RefreshLater();
+        found_.push_back({"screen off", false, "no answer, counts as on"});
+        TellStay(StandbyState::DARK);
     } else if (!*isOn) {
         OnScreenOff();
     }
@@ -87,13 +96,17 @@ void StateManagerAdapter::HandleEvent(const StandbyMessage& message) {
         return;
     }
     if (message.action == CommonEventSupport::COMMON_EVENT_SCREEN_ON) {
+        const Because because(*this, StateCause::SCREEN_ON);
         OnScreenOn();
     } else if (message.action == CommonEventSupport::COMMON_EVENT_SCREEN_OFF) {
+        const Because because(*this, StateCause::SCREEN_OFF);
         OnScreenOff();
     } else if (message.action == CommonEventSupport::COMMON_EVENT_CHARGING) {
+        const Because because(*this, StateCause::CHARGING);
         static_cast<void>(TransitToState(StandbyState::WORKING));
     } else if (message.action == CommonEventSupport::COMMON_EVENT_DISCHARGING && !isScreenOn_ &&
                curState_ == StandbyState::WORKING) {
+        const Because because(*this, StateCause::DISCHARGING);
         static_cast<void>(TransitToState(StandbyState::DARK));
     }
 }
@@ -122,9 +135,12 @@ void StateManagerAdapter::LookAtPlug() {
     if (isScreenOn_) {
         return;
     }
-    if (const int32_t plugged = PowerMgr::BatterySrvClient::GetInstance().GetPluggedType(); plugged != 0) {
+    const int32_t plugged = PowerMgr::BatterySrvClient::GetInstance().GetPluggedType();
+    found_.push_back(Unplugged(plugged));
+    if (plugged != 0) {
         STANDBYSERVICE_LOGD("plugged in, type %{public}d: the phone stays WORKING", plugged);
         ScheduleStep();
+        TellStay(StandbyState::DARK);
     } else {
         static_cast<void>(TransitToState(StandbyState::DARK));
     }
@@ -141,26 +157,30 @@ void StateManagerAdapter::OnScreenOffHalfHour(bool scrOffHalfHour, bool repeated
 }
 
 uint32_t StateManagerAdapter::TransitToState(uint32_t nextState) {
+    const bool isThere = nextState == curState_;
     if (isBlocked_) {
         missed_ = std::min(missed_.value_or(nextState), nextState);
-        return ERR_ALREADY_IN_STATE;
+        if (!isThere) {
+            found_.push_back({"not blocked", false, "blocked"});
+            TellStay(nextState);
+        }
     }
-    if (nextState == curState_) {
-        return ERR_ALREADY_IN_STATE;
-    }
-    return TransitToStateInner(nextState);
+    return isBlocked_ || isThere ? ERR_ALREADY_IN_STATE : TransitToStateInner(nextState);
 }
 
 uint32_t StateManagerAdapter::TransitToStateInner(uint32_t nextState) {
     preState_ = std::exchange(curState_, nextState);
     stateSinceMs_ = NowMs();
+    const bool isResumed = preState_ == StandbyState::MAINTENANCE;
+    if (curState_ == StandbyState::SLEEP) {
+        maintenanceCount_ = isResumed ? maintenanceCount_ + 1 : 0;
+    }
+    TellReason(preState_, curState_);
     AAFwk::Want want;
     want.SetParam(PREVIOUS_STATE, static_cast<int32_t>(preState_));
     want.SetParam(CURRENT_STATE, static_cast<int32_t>(curState_));
     Dispatch(StandbyMessageType::STATE_TRANSIT, std::move(want));
     if (curState_ == StandbyState::SLEEP) {
-        const bool isResumed = preState_ == StandbyState::MAINTENANCE;
-        maintenanceCount_ = isResumed ? maintenanceCount_ + 1 : 0;
         EnterPhase(isResumed ? curPhase_ : StandbyPhase::LIGHT);
     }
     ScheduleStep();
@@ -175,40 +195,68 @@ void StateManagerAdapter::EnterPhase(int32_t phase) {
     Dispatch(StandbyMessageType::PHASE_TRANSIT, std::move(want));
 }
 
+void StateManagerAdapter::OnMoved() {
+    if (curState_ > StandbyState::DARK) {
+        const Because because(*this, StateCause::MOVED);
+        static_cast<void>(TransitToState(StandbyState::DARK));
+    }
+}
+
 void StateManagerAdapter::ScheduleStep() {
     if (tasks_ == nullptr) {
         return;  // not initialised yet
     }
     RemoveSteps();
-    switch (curState_) {
-        case StandbyState::WORKING:
-            if (!isScreenOn_) {
-                tasks_->Post([this] { LookAtPlug(); }, kStepTask, Policy().napAfterSeconds * kMsPerSecond);
-            }
-            break;
-        case StandbyState::DARK:
-            tasks_->Post([this] { StartEvalCurrentState(); }, kStepTask, Policy().napAfterSeconds * kMsPerSecond);
-            break;
-        case StandbyState::NAP:
-            tasks_->Post([this] { StartEvalCurrentState(); }, kStepTask, Policy().sleepAfterSeconds * kMsPerSecond);
-            break;
-        case StandbyState::MAINTENANCE:
-            tasks_->Post([this] { static_cast<void>(TransitToState(StandbyState::SLEEP)); }, kStepTask,
-                         Policy().maintenanceSeconds * kMsPerSecond);
-            break;
-        case StandbyState::SLEEP:
-            ScheduleMaintenance();  // before the phase: of two that are due at one time it comes first
-            SchedulePhase();
-            break;
-        default:
-            break;
+    if (const std::optional<int64_t> delayMs = StepDelayMs()) {
+        tasks_->Post([this] { OnStepOver(); }, kStepTask, *delayMs);
+    }
+    if (curState_ == StandbyState::SLEEP) {
+        SchedulePhase();  // after the maintenance: of two that are due at one time that comes first
     }
 }
 
-void StateManagerAdapter::ScheduleMaintenance() {
-    const std::vector<int64_t>& stretches = Policy().maintenanceAfterSeconds;
-    tasks_->Post([this] { static_cast<void>(TransitToState(StandbyState::MAINTENANCE)); }, kStepTask,
-                 stretches[std::min(maintenanceCount_, stretches.size() - 1)] * kMsPerSecond);
+/// How long the phone stays as it is before it is looked at again; nothing where nobody looks.
+std::optional<int64_t> StateManagerAdapter::StepDelayMs() const {
+    const StandbyPolicy& policy = Policy();
+    const std::vector<int64_t>& stretches = policy.maintenanceAfterSeconds;
+    switch (curState_) {
+        case StandbyState::WORKING:
+            return isScreenOn_ ? std::nullopt : std::optional(policy.napAfterSeconds * kMsPerSecond);
+        case StandbyState::DARK:
+            return policy.napAfterSeconds * kMsPerSecond;
+        case StandbyState::NAP:
+            return policy.sleepAfterSeconds * kMsPerSecond;
+        case StandbyState::MAINTENANCE:
+            return policy.maintenanceSeconds * kMsPerSecond;
+        case StandbyState::SLEEP:
+            return stretches[std::min(maintenanceCount_, stretches.size() - 1)] * kMsPerSecond;
+        default:
+            return std::nullopt;
+    }
+}
+
+void StateManagerAdapter::OnStepOver() {
+    const Because because(*this, curState_ == StandbyState::SLEEP         ? StateCause::MAINTENANCE_DUE
+                                 : curState_ == StandbyState::MAINTENANCE ? StateCause::MAINTENANCE_OVER
+                                                                          : StateCause::TIME);
+    TakeStep();
+}
+
+void StateManagerAdapter::TakeStep() {
+    switch (curState_) {
+        case StandbyState::WORKING:
+            LookAtPlug();
+            break;
+        case StandbyState::MAINTENANCE:
+            static_cast<void>(TransitToState(StandbyState::SLEEP));
+            break;
+        case StandbyState::SLEEP:
+            static_cast<void>(TransitToState(StandbyState::MAINTENANCE));
+            break;
+        default:
+            StartEvalCurrentState();
+            break;
+    }
 }
 
 void StateManagerAdapter::SchedulePhase() {
@@ -234,12 +282,12 @@ void StateManagerAdapter::StartEvalCurrentState() {
 }
 
 void StateManagerAdapter::EndEvalCurrentState(bool evalResult) {
+    const uint32_t target = curState_ == StandbyState::DARK ? StandbyState::NAP : StandbyState::SLEEP;
     if (!evalResult) {
         ScheduleStep();
-    } else if (curState_ == StandbyState::DARK) {
-        static_cast<void>(TransitToState(StandbyState::NAP));
-    } else if (curState_ == StandbyState::NAP) {
-        static_cast<void>(TransitToState(StandbyState::SLEEP));
+        TellStay(target);
+    } else if (curState_ == StandbyState::DARK || curState_ == StandbyState::NAP) {
+        static_cast<void>(TransitToState(target));
     }
 }
 
@@ -260,20 +308,26 @@ void StateManagerAdapter::UnblockCurrentState() {
     if (!std::exchange(isBlocked_, false)) {
         return;
     }
-    const bool isUsed = isScreenOn_ || IsPlugged();
+    const Because because(*this, StateCause::UNBLOCKED);
     const std::optional<uint32_t> missed = std::exchange(missed_, std::nullopt);
-    if (isUsed) {
+    if (isScreenOn_) {
+        found_.push_back({"screen off", false, "on"});
+    } else {
+        found_.push_back(Unplugged(PowerMgr::BatterySrvClient::GetInstance().GetPluggedType()));
+    }
+    if (!found_.back().isMet) {
         Wake(StandbyState::WORKING);
     } else if (missed || curState_ == StandbyState::WORKING) {
         Wake(StandbyState::DARK);  // it was used or moved meanwhile, or its screen went off
     } else {
-        ScheduleStep();
+        Wake(curState_);
     }
 }
 
 void StateManagerAdapter::Wake(uint32_t state) {
     if (TransitToState(state) != ERR_OK) {
         ScheduleStep();
+        TellStay(state == StandbyState::WORKING ? static_cast<uint32_t>(StandbyState::DARK) : state);
     }
 }
 
@@ -298,28 +352,17 @@ void StateManagerAdapter::StepByHand() {
     if (isBlocked_) {
         return;
     }
-    switch (curState_) {
-        case StandbyState::WORKING:
-            LookAtPlug();
-            break;
-        case StandbyState::MAINTENANCE:
-            static_cast<void>(TransitToState(StandbyState::SLEEP));
-            break;
-        case StandbyState::SLEEP:
-            if (curPhase_ == StandbyPhase::DEEP) {
-                static_cast<void>(TransitToState(StandbyState::MAINTENANCE));
-            } else {
-                tasks_->Remove(kPhaseTask);
-                OnPhaseOver();
-            }
-            break;
-        default:
-            StartEvalCurrentState();
-            break;
+    const Because because(*this, StateCause::ASKED);
+    if (curState_ == StandbyState::SLEEP && curPhase_ < StandbyPhase::DEEP) {
+        tasks_->Remove(kPhaseTask);
+        OnPhaseOver();
+    } else {
+        TakeStep();
     }
 }
 
 void StateManagerAdapter::ForceSleep(int32_t phase) {
+    isBlocked_ = true;
     if (curState_ == StandbyState::WORKING) {
         static_cast<void>(TransitToStateInner(StandbyState::DARK));
     }
@@ -332,8 +375,20 @@ void StateManagerAdapter::ForceSleep(int32_t phase) {
     while (curPhase_ < phase) {
         EnterPhase(curPhase_ + 1);
     }
-    isBlocked_ = true;
     RemoveSteps();
+}
+
+void StateManagerAdapter::TellReason(uint32_t from, uint32_t target) {
+    std::vector<ConditionFound> found = std::exchange(found_, {});
+    const auto service = StandbyServiceImpl::GetInstance();
+    if (!service->WantsReasons()) {
+        return;
+    }
+    int64_t nextTryMs = isScreenKnown_ ? -1 : service->NextRefreshMs();
+    if (const std::optional<int64_t> delayMs = StepDelayMs(); delayMs && !isBlocked_) {
+        nextTryMs = NowMs() + *delayMs;
+    }
+    service->TellReason(StateReason{cause_, from, curState_, target, std::move(found), nextTryMs});
 }
 
 void StateManagerAdapter::ShellDump(const std::vector<std::string>& args, std::string& result) {
