@@ -13,7 +13,7 @@ namespace TARN::Replay {
 /// One line of a record.
 struct RecordLine {
     int64_t t = 0;     ///< wall clock, milliseconds
-    std::string kind;  ///< "log", "call", "deliver", "dump", "summary", or the key of another version
+    std::string kind;  ///< "log", "call", "deliver", "dump", "reason", "summary", or the key of another version
     std::string text;  ///< the line as it stands, without its end
 };
 

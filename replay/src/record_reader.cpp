@@ -22,7 +22,7 @@ constexpr size_t kLongestLine = size_t{16} * 1024 * 1024;
 /// No run nests deeper; what writes a value out again goes down as many calls.
 constexpr size_t kDeepest = 64;
 constexpr std::string_view kSummary = "summary";
-constexpr std::array<std::string_view, 5> kKinds = {"log", "call", "deliver", "dump", kSummary};
+constexpr std::array<std::string_view, 6> kKinds = {"log", "call", "deliver", "dump", "reason", kSummary};
 constexpr char kWholeRecord[] = "a whole record, as standby replay --format jsonl writes it";
 
 /// Finds the time and the kind of a line while it is checked; builds nothing.
