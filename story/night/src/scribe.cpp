@@ -97,6 +97,10 @@ void Scribe::Settle() {
         event.event = final(event.event);
         night_.appEvents.push_back(std::move(event));
     }
+    for (SleepReading& reading : readings_) {
+        reading.event = final(reading.event);
+        night_.readings.push_back(reading);
+    }
     for (Event& event : pending_) {
         if (event.text.empty()) {
             continue;
@@ -117,6 +121,7 @@ void Scribe::Settle() {
     pending_.clear();
     laneChanges_.clear();
     appEvents_.clear();
+    readings_.clear();
     ++instant_;
     SetCause(Cause::NONE);
 }
@@ -179,6 +184,11 @@ std::string_view Scribe::Value(LaneId lane) const {
 
 void Scribe::Tell(uint32_t app, Aspect aspect, std::string value, std::string reason, Id event) {
     appEvents_.push_back({now_, app, aspect, std::move(value), std::move(reason), event});
+}
+
+void Scribe::Add(SleepReading reading, Id event) {
+    reading.event = event;
+    readings_.push_back(reading);
 }
 
 }  // namespace TARN::Story

@@ -66,6 +66,9 @@ public:
     /// An aspect of an application changes now, or is looked at.
     void Tell(uint32_t app, Aspect aspect, std::string value, std::string reason, Id event = kNoEvent);
 
+    /// A reading of the sleep detector, whose verdict `event` tells.
+    void Add(SleepReading reading, Id event);
+
     [[nodiscard]] Night& Of() noexcept { return night_; }
 
 private:
@@ -83,6 +86,7 @@ private:
     std::vector<Event> pending_;
     std::vector<LaneChange> laneChanges_;
     std::vector<AppEvent> appEvents_;
+    std::vector<SleepReading> readings_;
     std::array<std::string, kSubjects> lastText_;
     std::array<Id, kSubjects> lastEvent_ = MakeNone();
     int64_t now_ = 0;

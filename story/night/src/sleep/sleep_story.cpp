@@ -113,9 +113,9 @@ void SleepStory::Settle() {
     }
     isJudging_ = false;
     record_.isAsleep = isAsleep_;
-    scribe_.Of().readings.push_back(record_);
     if (isAsleep_) {
         rememberedAlarm_ = record_.alarm;
+        scribe_.Add(record_, event_);
         return;
     }
     const std::string_view kind = !activeUse_.empty() ? activeUse_
@@ -125,10 +125,12 @@ void SleepStory::Settle() {
                                                       : "stricter rule";
     if (scribe_.HasWritten(Subject::SLEEP)) {  // waking up is told with its reason already
         toldKind_ = kind;
+        scribe_.Add(record_, event_);
         return;
     }
     const Scribe::Id id = scribe_.Write(Subject::SLEEP, Outcome::KEPT, "not asleep: " + WhyAwake());
     scribe_.At(id).isRepeat = kind == toldKind_;
+    scribe_.Add(record_, id);
     toldKind_ = kind;
 }
 
