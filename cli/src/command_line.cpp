@@ -28,12 +28,21 @@ constexpr char kExamples[] =
     "  standby replay --log info night.jsonl          ... with the plugin's own log inside\n"
     "  standby replay --format jsonl night.jsonl      the full record, for programs\n"
     "  standby replay --config try.json nights/*      one change against many nights\n"
-    "  standby dump night.jsonl --at 02:13\n"
+    "  standby why night.jsonl --at 02:13             why it is as it is at that time\n"
+    "  standby dump night.jsonl --at 02:13            the strategies' own words\n"
     "  standby diff night.jsonl --config try.json     what a change of the configuration changes\n\n";
 
 constexpr char kReplayFooter[] =
     "The file given with --config is a JSON object with the keys of a trace's \"host\", and \"policy\";\n"
     "what it names replaces what the traces say.\n";
+
+constexpr char kAtAbout[] = "A time of day, a local time, +2h10m after the start, milliseconds";
+
+constexpr char kWhyFooter[] =
+    "Examples:\n"
+    "  standby why night.jsonl --at 02:13                      everything, a line or two each\n"
+    "  standby why night.jsonl --at 01:30 --about bluetooth    ... and what led to it\n"
+    "  standby why night.jsonl --at 02:13 --app com.example.music\n";
 
 constexpr char kDumpFooter[] =
     "A word that begins with a dash goes behind two dashes:\n"
@@ -63,8 +72,8 @@ struct Word {
 };
 
 constexpr std::array kFormats = {Word<Format>{"text", Format::TEXT}, Word<Format>{"jsonl", Format::JSONL}};
-constexpr std::array kDiffFormats = {Word<DiffFormat>{"text", DiffFormat::TEXT},
-                                     Word<DiffFormat>{"json", DiffFormat::JSON}};
+constexpr std::array kAnswerFormats = {Word<AnswerFormat>{"text", AnswerFormat::TEXT},
+                                       Word<AnswerFormat>{"json", AnswerFormat::JSON}};
 constexpr std::array kColors = {Word<ColorChoice>{"auto", ColorChoice::AUTO},
                                 Word<ColorChoice>{"always", ColorChoice::ALWAYS},
                                 Word<ColorChoice>{"never", ColorChoice::NEVER}};
@@ -154,7 +163,7 @@ void AddDiff(CLI::App& app, DiffOptions& options) {
     };
     add("A", "A record or a trace, - for standard input")->required();
     add("B", "What it is held against");
-    AddChoice(command, "--format", "FORMAT", kDiffFormats, options.format, "text, for people (default), or json");
+    AddChoice(command, "--format", "FORMAT", kAnswerFormats, options.format, "text, for people (default), or json");
     AddSideOptions(command, options.names, options.isProgressHidden);
 }
 
@@ -170,14 +179,45 @@ DiffOptions WithBothSides(DiffOptions options) {
     return options;
 }
 
+void AddWhy(CLI::App& app, WhyOptions& options) {
+    CLI::App& command = *app.add_subcommand("why", "Play a trace; tell why it is as it is at one moment");
+    command.footer(kWhyFooter);
+    command.add_option("TRACE", options.trace, "The trace to play, - for standard input")->required()->type_name("");
+    command.add_option("--at", options.at, kAtAbout)->required()->type_name("TIME");
+    std::string words;
+    for (size_t i = 0; i < Story::kAbouts; ++i) {
+        words.append(i == 0 ? "" : ", ").append(Story::WordOf(static_cast<Story::About>(i)));
+    }
+    CLI::Option* about = command
+                             .add_option_function<std::string>(
+                                 "--about",
+                                 [&options, words](const std::string& word) {
+                                     options.question.about = Story::AboutOf(word);
+                                     if (!options.question.about) {
+                                         throw CLI::ValidationError("--about", word + "; expected one of " + words);
+                                     }
+                                 },
+                                 "One subject and all that is known of it: " + words)
+                             ->type_name("SUBJECT");
+    command
+        .add_option("--app", options.question.app,
+                    "An application or native process, by name, bundle, uid or pid, in place of a subject")
+        ->type_name("NAME")
+        ->excludes(about);
+    AddChoice(command, "--format", "FORMAT", kAnswerFormats, options.format,
+              "text, sentences for people (default), or json, the answer for programs");
+    AddPlayerOptions(command, options.player);
+}
+
 }  // namespace
 
-std::variant<ReplayOptions, DumpOptions, DiffOptions, TextRequest, CommandLineError> ParseCommandLine(
+std::variant<ReplayOptions, DumpOptions, DiffOptions, WhyOptions, TextRequest, CommandLineError> ParseCommandLine(
     int argc, const char* const* argv) {
     ReplayOptions replay;
     DumpOptions dump;
     DiffOptions diff;
-    dump.player.plugin = DefaultPlugin();
+    WhyOptions why;
+    dump.player.plugin = why.player.plugin = DefaultPlugin();
     replay.names.plugins = {DefaultPlugin()};
     CLI::App app(kAbout, "standby");
     app.footer(std::string(kExamples) + kExitStatuses);
@@ -186,6 +226,7 @@ std::variant<ReplayOptions, DumpOptions, DiffOptions, TextRequest, CommandLineEr
     AddReplay(app, replay);
     AddDump(app, dump);
     AddDiff(app, diff);
+    AddWhy(app, why);
     try {
         app.parse(argc, argv);
     } catch (const CLI::CallForHelp&) {
@@ -197,6 +238,9 @@ std::variant<ReplayOptions, DumpOptions, DiffOptions, TextRequest, CommandLineEr
     }
     if (app.got_subcommand("dump")) {
         return dump;
+    }
+    if (app.got_subcommand("why")) {
+        return why;
     }
     if (app.got_subcommand("replay")) {
         if (replay.hasReasons && replay.format != Format::JSONL) {

@@ -9,6 +9,7 @@
 
 #include "log_service.h"
 #include "sides.h"
+#include "why.h"
 
 namespace TARN::Cli {
 
@@ -40,12 +41,21 @@ struct DumpOptions {
     std::vector<std::string> words;
 };
 
-enum class DiffFormat : uint8_t { TEXT, JSON };
+/// Sentences for people, or the same for programs.
+enum class AnswerFormat : uint8_t { TEXT, JSON };
 
 struct DiffOptions {
     SideNames names;  ///< of traces or records: one or two; two of each where a run of one is held against another
-    DiffFormat format = DiffFormat::TEXT;
+    AnswerFormat format = AnswerFormat::TEXT;
     bool isProgressHidden = false;
+};
+
+struct WhyOptions {
+    PlayerOptions player;
+    std::string trace;
+    std::string at;  ///< as ReadTimeArgument takes it
+    Story::WhyQuestion question;
+    AnswerFormat format = AnswerFormat::TEXT;
 };
 
 /// Help or version, for standard output.
@@ -58,8 +68,8 @@ struct CommandLineError {
     std::string text;
 };
 
-[[nodiscard]] std::variant<ReplayOptions, DumpOptions, DiffOptions, TextRequest, CommandLineError> ParseCommandLine(
-    int argc, const char* const* argv);
+[[nodiscard]] std::variant<ReplayOptions, DumpOptions, DiffOptions, WhyOptions, TextRequest, CommandLineError>
+ParseCommandLine(int argc, const char* const* argv);
 
 }  // namespace TARN::Cli
 

@@ -233,7 +233,7 @@ int Compare(const DiffOptions& options, Progress& progress, OutputFile& output) 
     Replay::RecordReader b(*told[1].record, told[1].name);
     const Story::Comparison comparison{
         {told[0].name, told[1].name}, Story::CompareRecords(a, b), {told[0].night, told[1].night}};
-    if (options.format == DiffFormat::JSON) {
+    if (options.format == AnswerFormat::JSON) {
         output.Stream() << Story::ToJson(comparison).dump(2, ' ', false, ordered_json::error_handler_t::replace)
                         << '\n';
     } else {

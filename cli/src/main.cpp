@@ -7,6 +7,7 @@
 #include "exit_status.h"
 #include "output_file.h"
 #include "replay_command.h"
+#include "why_command.h"
 
 namespace {
 
@@ -27,6 +28,10 @@ int Do(const DumpOptions& options, OutputFile& output) {
 
 int Do(const DiffOptions& options, OutputFile& output) {
     return RunDiff(options, output);
+}
+
+int Do(const WhyOptions& options, OutputFile& output) {
+    return RunWhy(options, output);
 }
 
 int Do(const CommandLineError& error, OutputFile& /*output*/) {
