@@ -28,6 +28,7 @@ constexpr char kExamples[] =
     "  standby replay --log info night.jsonl          ... with the plugin's own log inside\n"
     "  standby replay --format jsonl night.jsonl      the full record, for programs\n"
     "  standby replay --config try.json nights/*      one change against many nights\n"
+    "  standby replay --report night.html night.jsonl a page that shows it, for a browser\n"
     "  standby why night.jsonl --at 02:13             why it is as it is at that time\n"
     "  standby dump night.jsonl --at 02:13            the strategies' own words\n"
     "  standby diff night.jsonl --config try.json     what a change of the configuration changes\n\n";
@@ -134,6 +135,10 @@ void AddReplay(CLI::App& app, ReplayOptions& options) {
     AddChoice(command, "--color", "WHEN", kColors, options.color, "auto (default), always, never");
     command.add_flag("--unfold", options.isUnfolded, "Tell every screen-on, also where the phone is merely used");
     command
+        .add_option("--report", options.report,
+                    "Write a page for a browser that shows the night, or two under each other, instead of telling it")
+        ->type_name("FILE");
+    command
         .add_option("--trace-events", options.traceEvents,
                     "Write the night as trace events, for a viewer such as Perfetto's, instead of telling it")
         ->type_name("FILE");
@@ -165,6 +170,24 @@ void AddDiff(CLI::App& app, DiffOptions& options) {
     add("B", "What it is held against");
     AddChoice(command, "--format", "FORMAT", kAnswerFormats, options.format, "text, for people (default), or json");
     AddSideOptions(command, options.names, options.isProgressHidden);
+}
+
+/// Why a replay cannot be done as asked; nothing if it can.
+std::optional<CommandLineError> WhyNot(const ReplayOptions& options) {
+    if (options.hasReasons && options.format != Format::JSONL) {
+        return CommandLineError{"--reasons goes with --format jsonl"};
+    }
+    const bool isForFile = !options.report.empty() || !options.traceEvents.empty();
+    if (options.report.empty() && (options.names.configs.size() > 1 || options.names.plugins.size() > 1)) {
+        return CommandLineError{"--config and --plugin are named once here; twice with --report"};
+    }
+    if (isForFile && (options.format == Format::JSONL || options.report.empty() == options.traceEvents.empty())) {
+        return CommandLineError{"--report, --trace-events and --format jsonl each need a run of their own"};
+    }
+    if (!options.traceEvents.empty() && options.names.traces.size() > 1) {
+        return CommandLineError{"--trace-events takes one trace"};
+    }
+    return std::nullopt;
 }
 
 /// One trace is held against itself: what is named once for it goes to the second side.
@@ -243,14 +266,8 @@ std::variant<ReplayOptions, DumpOptions, DiffOptions, WhyOptions, TextRequest, C
         return why;
     }
     if (app.got_subcommand("replay")) {
-        if (replay.hasReasons && replay.format != Format::JSONL) {
-            return CommandLineError{"--reasons goes with --format jsonl"};
-        }
-        if (replay.names.configs.size() > 1 || replay.names.plugins.size() > 1) {
-            return CommandLineError{"--config and --plugin are named once here"};
-        }
-        if (!replay.traceEvents.empty() && (replay.names.traces.size() > 1 || replay.format == Format::JSONL)) {
-            return CommandLineError{"--trace-events takes one trace, and no --format jsonl beside it"};
+        if (auto error = WhyNot(replay)) {
+            return *std::move(error);
         }
         return replay;
     }

@@ -24,11 +24,12 @@ struct PlayerOptions {
 };
 
 struct ReplayOptions {
-    SideNames names;  ///< any number of traces, at most one configuration, one plugin
+    SideNames names;  ///< without a report any number of traces, at most one configuration, one plugin
     Format format = Format::TEXT;
     ColorChoice color = ColorChoice::AUTO;
     std::optional<LogLevel> log;  ///< the least level of the plugin's log shown in the timeline
     bool isUnfolded = false;
+    std::string report;       ///< the file for the page that shows the night, or two; empty: none is asked for
     std::string traceEvents;  ///< the file for the one trace's night as trace events; empty: none is asked for
     bool hasReasons = false;  ///< the full record has the host's own reasons too
     bool isProgressHidden = false;

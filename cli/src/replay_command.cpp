@@ -2,13 +2,17 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <deque>
+#include <vector>
 
 #include "exit_status.h"
 #include "inputs.h"
 #include "jsonl_writer.h"
 #include "night_reader.h"
 #include "player.h"
+#include "report.h"
 #include "result_file.h"
+#include "sides.h"
 #include "timeline.h"
 #include "trace_events.h"
 
@@ -48,10 +52,44 @@ void PlayOne(const Replay::Trace& trace, const Replay::PlayOptions& player, cons
     Replay::Play(trace, player, reader);
 }
 
+/// Plays one side or both and writes the page that shows them.
+int RunReport(const ReplayOptions& options, Progress& progress) {
+    const auto sides = ReadSides(options.names, progress);
+    if (!sides) {
+        return kInputWrong;
+    }
+    try {
+        ResultFile file(options.report);
+        std::deque<Story::NightReader> readers;
+        std::vector<Story::ReportSide> shown;
+        for (const Side& side : *sides) {
+            const auto before = static_cast<double>(readers.size());
+            auto& reader = readers.emplace_back(Story::ReadOptions{.leastLog = options.log});
+            Replay::Play(side.trace,
+                         {side.plugin,
+                          [&](double fraction) {
+                              progress.Show("playing", (before + fraction) / static_cast<double>(sides->size()));
+                          }},
+                         reader);
+            shown.push_back({side.label, &reader.Result()});
+        }
+        Story::WriteReport(shown, file.Stream());
+        file.Finish();
+    } catch (const Replay::RunError& error) {
+        progress.Erase();
+        Complain(error.what());
+        return kRunFailed;
+    }
+    return kDone;
+}
+
 }  // namespace
 
 int RunReplay(const ReplayOptions& options, OutputFile& output) {
     Progress progress(!options.isProgressHidden);
+    if (!options.report.empty()) {
+        return RunReport(options, progress);
+    }
     auto traces =
         ReadInputs(options.names.traces, options.names.configs.empty() ? "" : options.names.configs.front(), progress);
     if (!traces) {

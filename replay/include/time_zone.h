@@ -25,6 +25,9 @@ public:
     /// A wall clock as local time in strftime's terms. The zone must be in use.
     [[nodiscard]] static std::string Format(int64_t wallMs, const char* format);
 
+    /// How far the local clock is ahead of UTC at a wall clock, milliseconds. The zone must be in use.
+    [[nodiscard]] static int64_t OffsetMs(int64_t wallMs);
+
 private:
     std::string name_;
     std::string variable_;

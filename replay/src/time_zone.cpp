@@ -45,6 +45,11 @@ bool IsPosix(const std::string& text) {
     return std::regex_match(text, kZone);
 }
 
+/// The second that an instant lies in.
+std::time_t SecondsOf(int64_t wallMs) {
+    return wallMs / kMsPerSecond - (wallMs % kMsPerSecond < 0 ? 1 : 0);
+}
+
 std::tm Local(std::time_t seconds) {
     std::tm local{};
     localtime_r(&seconds, &local);
@@ -112,10 +117,13 @@ int64_t TimeZone::ParseLocal(const std::string& text) {
 }
 
 std::string TimeZone::Format(int64_t wallMs, const char* format) {
-    const std::time_t seconds = wallMs / kMsPerSecond - (wallMs % kMsPerSecond < 0 ? 1 : 0);
-    const std::tm local = Local(seconds);
+    const std::tm local = Local(SecondsOf(wallMs));
     std::array<char, 64> text{};
     return {text.data(), std::strftime(text.data(), text.size(), format, &local)};
+}
+
+int64_t TimeZone::OffsetMs(int64_t wallMs) {
+    return static_cast<int64_t>(Local(SecondsOf(wallMs)).tm_gmtoff) * kMsPerSecond;
 }
 
 }  // namespace TARN::Replay

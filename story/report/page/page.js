@@ -1,0 +1,123 @@
+// The page comes to life: its head, its theme, its keys, and what the address asks for.
+
+(() => {
+  const [first] = sides;
+  document.getElementById("d3-version").textContent = d3.version;
+  document.querySelector("h1").replaceChildren(...(isPair
+    ? sides.map(side => el("span", {class: "side-name"}, sideTag(side), side.label)) : [document.title]));
+  const length = duration(whole[1] - whole[0]);
+  document.querySelector(".when").textContent = `${stretch(first.clock, first.start, first.end)}, ${length}, ${first.zone}`;
+  if (isPair && sides[1].shift !== 0) {
+    document.querySelector(".when").append(`; B is of ${stretch(sides[1].clock, sides[1].start, sides[1].end)}, moved here`);
+  }
+
+  // facts
+
+  const facts = document.getElementById("facts");
+  const isOf = new Map();
+  for (const side of sides) {
+    const all = [{name: "trace", text: side.name}, {name: "strategies", text: side.strategies.join(", ") || "none"},
+      ...side.head, {name: "record", text: `${count(side.record[0], "message")}, ${count(side.record[1], "call")}, ${count(side.record[2], "log line")}`}];
+    for (const {name, text: words} of all) {
+      const key = `${name}\u0000${words}`;
+      isOf.set(key, {name, words, sides: [...(isOf.has(key) ? isOf.get(key).sides : []), side]});
+    }
+  }
+  facts.append(el("dl", {}, [...isOf.values()].map(fact =>
+    el("div", {}, el("dt", {}, isPair && fact.sides.length < 2 ? sideTag(fact.sides[0]) : null, fact.name), el("dd", {}, fact.words)))));
+  const factsButton = document.getElementById("facts-button");
+  factsButton.addEventListener("click", () => {
+    facts.hidden = !facts.hidden;
+    factsButton.setAttribute("aria-expanded", String(!facts.hidden));
+  });
+
+  // legend
+
+  const legend = document.querySelector(".legend");
+  legend.append(...kOutcomes.filter(outcome => rows.some(row => row.sides.some(one => one.marks.some(mark => mark.outcome === outcome))))
+    .reverse().map(outcome => el("span", {}, markIcon(outcome), kMarks[outcome].words)));
+  const swatch = (look, words) => el("span", {}, el("span", {class: `swatch ${look}`}), words);
+  const uses = look => rows.some(row => row.look && row.sides.some(one => one.intervals.some(interval => row.look(interval) === look)));
+  if (uses("measure")) legend.append(swatch("measure", "held back by the plugin"));
+  if (uses("byuser")) legend.append(swatch("byuser", "off by the user"));
+  if (uses("unknown")) legend.append(swatch("unknown", "not known"));
+  if (isPair) {
+    const box = el("input", {type: "checkbox", onchange: () => lanes.showOnlyDiffering(box.checked)});
+    legend.append(swatch("difference", "differs"), el("label", {}, box, "only lanes that differ"));
+  }
+
+  // theme
+
+  const kThemes = [{id: "", words: "Auto"}, {id: "light", words: "Light"}, {id: "dark", words: "Dark"}];
+  const themeButton = document.getElementById("theme-button");
+  const setTheme = id => {
+    const theme = kThemes.find(one => one.id === id) || kThemes[0];
+    document.documentElement.dataset.theme = theme.id;
+    themeButton.textContent = theme.words;
+    themeButton.setAttribute("aria-label", `Theme: ${theme.words}`);
+  };
+  themeButton.addEventListener("click", () => {
+    const at = kThemes.findIndex(one => one.id === document.documentElement.dataset.theme);
+    setTheme(kThemes[(at + 1) % kThemes.length].id);
+  });
+
+  // keys
+
+  const help = document.getElementById("keys");
+  document.getElementById("keys-button").addEventListener("click", () => help.showModal());
+  window.addEventListener("keydown", event => {
+    if (isTyping(event)) {
+      if (event.key === "Escape" && event.target.id === "words") event.target.blur();
+      return;
+    }
+    switch (event.key) {
+      case "w": case "+": case "=": zoom(0.6); break;
+      case "s": case "-": zoom(1 / 0.6); break;
+      case "a": pan(-0.25); break;
+      case "d": pan(0.25); break;
+      case "0": setView(...whole); break;
+      case "/": document.getElementById("words").focus(); break;
+      case "?": help.showModal(); break;
+      case "Escape": point(null); select(null); break;
+      default: return;
+    }
+    event.preventDefault();
+  });
+
+  // the address: #view=FROM,TO&event=PLACE&side=B&theme=dark, times in milliseconds of the wall clock or of the local clock
+
+  function readTime(words) {
+    return /^-?\d+$/.test(words) ? Number(words) : first.clock.when(Date.parse(`${words}Z`));
+  }
+
+  function followAddress() {
+    const asked = new URLSearchParams(location.hash.slice(1));
+    if (asked.has("theme")) setTheme(asked.get("theme"));
+    const view = (asked.get("view") || "").split(",").map(readTime);
+    if (view.length === 2 && view.every(Number.isFinite)) setView(...view);
+    const side = sides.find(one => one.letter === asked.get("side")) || first;
+    const event = side.events[Number(asked.get("event") || NaN)];
+    if (event) select(event);
+  }
+
+  let waiting = 0;
+  function writeAddress() {
+    clearTimeout(waiting);
+    waiting = setTimeout(() => {
+      const say = new URLSearchParams();
+      if (state.view[0] !== whole[0] || state.view[1] !== whole[1]) say.set("view", state.view.map(Math.round).join(","));
+      if (state.selected) say.set("event", state.selected.place);
+      if (state.selected && state.selected.side !== first) say.set("side", state.selected.side.letter);
+      if (document.documentElement.dataset.theme) say.set("theme", document.documentElement.dataset.theme);
+      try { history.replaceState(null, "", `#${decodeURIComponent(say.toString())}`); } catch { /* not every place has an address */ }
+    }, 300);
+  }
+
+  setTheme("");
+  lanes.layOutAll();
+  followAddress();
+  list.update();
+  listeners.on("view.address", writeAddress);
+  listeners.on("selected.address", writeAddress);
+  window.addEventListener("hashchange", followAddress);
+})();
