@@ -229,8 +229,10 @@ int Compare(const DiffOptions& options, Progress& progress, OutputFile& output) 
     if (!sources.runs.empty()) {
         sources.runs.front().trace.timezone.Use();
     }
-    Replay::RecordReader a(*told[0].record, told[0].name);
-    Replay::RecordReader b(*told[1].record, told[1].name);
+    // A run is played without reasons, whatever the record beside it has.
+    const bool haveReasons = sources.runs.empty();
+    Replay::RecordReader a(*told[0].record, told[0].name, haveReasons);
+    Replay::RecordReader b(*told[1].record, told[1].name, haveReasons);
     const Story::Comparison comparison{
         {told[0].name, told[1].name}, Story::CompareRecords(a, b), {told[0].night, told[1].night}};
     if (options.format == AnswerFormat::JSON) {

@@ -20,19 +20,22 @@ struct RecordLine {
 /// Reads what JsonlWriter wrote, one line at a time. A record may hold several runs; a summary ends each.
 class RecordReader {
 public:
-    /// `name` is where the record comes from, for messages. The input outlives the reader.
-    RecordReader(std::istream& input, std::string name);
+    /// `name` is where the record comes from, for messages. The input outlives the reader. Without `hasReasons` the
+    /// lines of the host's own reasons, which not every record has, are passed over.
+    RecordReader(std::istream& input, std::string name, bool hasReasons = true);
 
     /// The next line, nothing at the end. Throws InputError "name:line: what is wrong; expected ..." for what is no
     /// line of a record, goes back in time, or is torn: cut within a line or before a run's summary.
     [[nodiscard]] std::optional<RecordLine> Next();
 
 private:
+    [[nodiscard]] std::optional<RecordLine> Read();
     [[nodiscard]] bool ReadText(std::string& text);
     [[noreturn]] void Fail(const std::string& what, const std::string& expected) const;
 
     std::istream& input_;
     std::string name_;
+    bool hasReasons_;
     std::vector<char> piece_;
     uint64_t number_ = 0;          ///< of the line
     std::optional<int64_t> last_;  ///< time of the line before within the run; nothing between two runs

@@ -22,7 +22,8 @@ constexpr size_t kLongestLine = size_t{16} * 1024 * 1024;
 /// No run nests deeper; what writes a value out again goes down as many calls.
 constexpr size_t kDeepest = 64;
 constexpr std::string_view kSummary = "summary";
-constexpr std::array<std::string_view, 6> kKinds = {"log", "call", "deliver", "dump", "reason", kSummary};
+constexpr std::string_view kReason = "reason";
+constexpr std::array<std::string_view, 6> kKinds = {"log", "call", "deliver", "dump", kReason, kSummary};
 constexpr char kWholeRecord[] = "a whole record, as standby replay --format jsonl writes it";
 
 /// Finds the time and the kind of a line while it is checked; builds nothing.
@@ -99,8 +100,8 @@ bool IsRecordLine(std::string_view text) {
     return line && std::find(kKinds.begin(), kKinds.end(), line->kind) != kKinds.end();
 }
 
-RecordReader::RecordReader(std::istream& input, std::string name)
-    : input_(input), name_(std::move(name)), piece_(kPieceBytes) {}
+RecordReader::RecordReader(std::istream& input, std::string name, bool hasReasons)
+    : input_(input), name_(std::move(name)), hasReasons_(hasReasons), piece_(kPieceBytes) {}
 
 void RecordReader::Fail(const std::string& what, const std::string& expected) const {
     Refuse(name_ + ":" + std::to_string(number_), what, expected);
@@ -131,6 +132,14 @@ bool RecordReader::ReadText(std::string& text) {
 }
 
 std::optional<RecordLine> RecordReader::Next() {
+    std::optional<RecordLine> line = Read();
+    while (line && !hasReasons_ && line->kind == kReason) {
+        line = Read();
+    }
+    return line;
+}
+
+std::optional<RecordLine> RecordReader::Read() {
     std::string text;
     if (!ReadText(text)) {
         --number_;

@@ -12,7 +12,7 @@ using Replay::RecordLine;
 using Replay::RecordReader;
 
 /// An instant with more lines, or more text, is compared piece by piece.
-constexpr size_t kMostLines = 2000;
+constexpr size_t kMostLines = 1000;
 constexpr size_t kMostBytes = size_t{32} * 1024 * 1024;
 constexpr size_t kContext = 3;
 
