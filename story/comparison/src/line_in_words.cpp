@@ -72,7 +72,9 @@ std::string InWords(const Replay::RecordLine& line) {
     }
     if (line.kind == "deliver" && what.is_object()) {
         const std::string action = Member(what, "action");
-        return "message " + MessageName(what) + (action.empty() ? "" : " " + action) + " " + Member(what, "want");
+        const std::string want = Member(what, "want");
+        return "message " + MessageName(what) + (action.empty() ? "" : " " + action) +
+               (want == "null" ? "" : " " + want);
     }
     if (line.kind == "summary") {
         return "the run ends: " + Compact(what);
