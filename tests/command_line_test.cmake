@@ -42,7 +42,7 @@ answers(0 "^standby [0-9]+\\.[0-9]+\\.[0-9]+\n$" "^$" --version)
 complaint(unusable "[^\n]*try standby --help")
 complaint(wrong "[^\n]+")
 foreach(words "" "nights" "--loud" "replay" "dump" "replay;good.jsonl;--format;xml" "replay;good.jsonl;--log;trace"
-              "dump;good.jsonl;--at;noon" "dump;good.jsonl;--at;1001")
+              "replay;good.jsonl;--reasons" "dump;good.jsonl;--at;noon" "dump;good.jsonl;--at;1001")
   answers(2 "^$" "${wrong}" ${words})
 endforeach()
 answers(2 "^$" "${unusable}" replay good.jsonl --colour)

@@ -55,6 +55,7 @@ protected:
 
 private:
     using Pair = std::pair<int32_t, int32_t>;
+    using Native = std::pair<int32_t, std::string>;  ///< uid and name
 
     void Settle();
     void StartProxy();
@@ -64,7 +65,7 @@ private:
     void TellApps();
     void CollectNatives();
     void FollowAllowedNatives();
-    void AllowNatives();
+    [[nodiscard]] std::vector<Native> CollectAllowedNatives();
     void RenewNatives();
     void RestoreLeft();
     void LookAtHeld();
@@ -87,7 +88,7 @@ private:
     bool isHeldKnown_ = true;              ///< false: it was asked what it holds, and did not tell
     std::set<std::string> allowed_;        ///< the allow list, as last seen
     std::set<std::string> restricted_;     ///< the restrict set, as last seen
-    std::set<std::pair<int32_t, std::string>> exemptedNatives_;  ///< uid and name
+    std::set<Native> exemptedNatives_;
 };
 
 }  // namespace TARN::DevStandbyMgr

@@ -208,37 +208,41 @@ void RunningLockStrategy::CollectNatives() {
 
 /// Natives that came onto the allow list are exempted, those that left it are no more.
 void RunningLockStrategy::FollowAllowedNatives() {
-    for (auto native = exemptedNatives_.begin(); native != exemptedNatives_.end();) {
-        const auto [uid, name] = *native;
-        if (allowed_.count(name) != 0) {
-            ++native;
-        } else {
-            native = exemptedNatives_.erase(native);
-            RemoveExemptionFlag(uid, name, ExemptionFlag::EXEMPTION);
-        }
+    std::vector<Native> left;
+    std::copy_if(exemptedNatives_.begin(), exemptedNatives_.end(), std::back_inserter(left),
+                 [this](const Native& native) { return allowed_.count(native.second) == 0; });
+    for (const Native& native : left) {
+        exemptedNatives_.erase(native);
     }
-    if (!allowed_.empty()) {
-        AllowNatives();
-    } else {
-        areAllowedNativesKnown_ = true;
+    if (!left.empty()) {
+        TellReason();
     }
+    for (const auto& [uid, name] : left) {
+        RemoveExemptionFlag(uid, name, ExemptionFlag::EXEMPTION);
+    }
+    const std::vector<Native> joined = CollectAllowedNatives();
     TellReason();
+    for (const auto& [uid, name] : joined) {
+        AddExemptionFlag(uid, name, ExemptionFlag::EXEMPTION);
+    }
 }
 
-void RunningLockStrategy::AllowNatives() {
+/// Knows the natives that the allow list names; those that are new.
+std::vector<RunningLockStrategy::Native> RunningLockStrategy::CollectAllowedNatives() {
     std::list<SystemProcessInfo> natives;
-    areAllowedNativesKnown_ = AbilityManagerHelper::GetInstance()->GetRunningSystemProcess(natives);
+    areAllowedNativesKnown_ = allowed_.empty() || AbilityManagerHelper::GetInstance()->GetRunningSystemProcess(natives);
     if (!areAllowedNativesKnown_) {
         STANDBYSERVICE_LOGW("the native processes could not be fetched");
         RefreshLater();
-        return;
     }
+    std::vector<Native> joined;
     for (const SystemProcessInfo& native : natives) {
         if (allowed_.count(native.processName) != 0 &&
             exemptedNatives_.emplace(native.uid, native.processName).second) {
-            AddExemptionFlag(native.uid, native.processName, ExemptionFlag::EXEMPTION);
+            joined.emplace_back(native.uid, native.processName);
         }
     }
+    return joined;
 }
 
 /// The natives are collected anew: those that were held back are restored first, since nobody knows them after that.
