@@ -23,6 +23,9 @@ namespace TARN::Story {
 /// Local time of day, "06:45".
 [[nodiscard]] std::string Clock(int64_t t);
 
+/// Text that a terminal shows and does not obey: names come from traces.
+[[nodiscard]] std::string Tame(std::string_view text);
+
 /// "sentence: reason", or the sentence alone where no reason is known.
 [[nodiscard]] std::string Because(std::string sentence, std::string_view reason);
 

@@ -66,9 +66,10 @@ const CallStories::Story* CallStories::Find(std::string_view operation) {
         Story{"ResSchedClient.KillProcess",
               [](CallStories& my, const Json& arguments, const Json& result) {
                   const int32_t pid = std::atoi(arguments.value("pid", "").c_str());
-                  my.processes_.Kill(pid, result);
+                  const Scribe::Id event = my.processes_.Kill(pid, result);
                   if (!IsFailure(result)) {
                       my.phone_.Kill(pid);
+                      my.processes_.ForgetEnded(event);
                   }
               }},
         Story{"SuspendManagerClient.OperateNativeProcesses",

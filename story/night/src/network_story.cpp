@@ -148,9 +148,8 @@ void NetworkStory::TellDifference(const Change& change, Event& event) const {
 
 void NetworkStory::OnReason(const DevStandbyMgr::FirewallReason& reason) {
     if (!reason.failedQuestion.empty()) {
-        const Scribe::Id id =
-            scribe_.WriteNew(Subject::FIREWALL, Outcome::FAILED,
-                             "left as it is: " + reason.failedQuestion + " could not be had");
+        const Scribe::Id id = scribe_.WriteNew(Subject::FIREWALL, Outcome::FAILED,
+                                               "left as it is: " + reason.failedQuestion + " could not be had");
         scribe_.At(id).next = next_;
         return;
     }

@@ -41,7 +41,11 @@ struct NightReader::Storytellers {
     void SetFacts(const Replay::SetStep& step, bool isStart) {
         calls.Radios().OnFacts(step, isStart);
         calls.Processes().OnFacts(step);
+        states.OnFacts(step);
         phone.Apply(step);
+        if (step.phone.processes) {
+            calls.Processes().ForgetEnded(kNoEvent);
+        }
         DrawCurves(night, scribe.Now(), step, isStart);
         if (step.host.condition) {
             SetCondition(*step.host.condition);

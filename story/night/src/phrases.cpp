@@ -56,6 +56,13 @@ std::string Clock(int64_t t) {
     return Replay::TimeZone::Format(t, "%H:%M");
 }
 
+std::string Tame(std::string_view text) {
+    std::string tame(text);
+    std::replace_if(
+        tame.begin(), tame.end(), [](char c) { return (static_cast<unsigned char>(c) < ' ') || c == '\x7f'; }, '?');
+    return tame;
+}
+
 std::string Because(std::string sentence, std::string_view reason) {
     return reason.empty() ? sentence : std::move(sentence.append(": ").append(reason));
 }

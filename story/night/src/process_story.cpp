@@ -151,7 +151,7 @@ void ProcessStory::RetellFrozen() {
         event.outcome = Outcome::NOTED;
         event.isRepeat = true;
     }
-    scribe_.Set(LaneId::FROZEN, frozen_.empty() ? "none" : "frozen", Size(frozen_), freezing_.event);
+    SetFrozenLane(freezing_.event);
 }
 
 ProcessStory::KillGroup& ProcessStory::Kills() {
@@ -170,7 +170,7 @@ void ProcessStory::Spare(int32_t uid) {
     Kills().busyUids.insert(uid);
 }
 
-void ProcessStory::Kill(int32_t pid, const Json& result) {
+Scribe::Id ProcessStory::Kill(int32_t pid, const Json& result) {
     KillGroup& group = Kills();
     if (group.event == kNoEvent) {
         group.event = scribe_.Write(Subject::CLEAN, Outcome::DONE, {}, CleanReason(scribe_));
@@ -181,6 +181,32 @@ void ProcessStory::Kill(int32_t pid, const Json& result) {
                      CleanReason(scribe_) + FailureCode(result), group.event);
     }
     (IsFailure(result) ? group.failed : group.killed).push_back(std::move(name));
+    return group.event;
+}
+
+void ProcessStory::ForgetEnded(Scribe::Id event) {
+    const auto isGone = [this](int32_t pid) {
+        const PhonePicture::Running* running = phone_.FindPid(pid);
+        return running == nullptr || running->isKilled;
+    };
+    const size_t proxied = proxied_.size();
+    const size_t frozen = frozen_.size();
+    std::erase_if(proxied_, [&](const Holder& holder) { return isGone(holder.second); });
+    std::erase_if(frozen_, [&](const Native& native) { return isGone(native.first); });
+    if (proxied_.size() != proxied) {
+        SetLocksLane(event);
+    }
+    if (frozen_.size() != frozen) {
+        SetFrozenLane(event);
+    }
+}
+
+void ProcessStory::SetFrozenLane(Scribe::Id event) {
+    scribe_.Set(LaneId::FROZEN, frozen_.empty() ? "none" : "frozen", Size(frozen_), event);
+}
+
+void ProcessStory::SetLocksLane(Scribe::Id event) {
+    scribe_.Set(LaneId::LOCKS, proxied_.empty() ? "none" : "proxied", Size(proxied_), event);
 }
 
 void ProcessStory::Settle() {
@@ -303,7 +329,7 @@ void ProcessStory::RetellLocks() {
         event.outcome = Outcome::NOTED;
         event.isRepeat = true;
     }
-    scribe_.Set(LaneId::LOCKS, proxied_.empty() ? "none" : "proxied", Size(proxied_), proxying_.event);
+    SetLocksLane(proxying_.event);
 }
 
 void ProcessStory::OnReason(const DevStandbyMgr::RunningLockReason& reason) {

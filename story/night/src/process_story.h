@@ -29,8 +29,11 @@ public:
     /// A list of natives is frozen or thawed; one result for each.
     void OperateNatives(const Json& processes, const Json& results);
 
-    /// One application is killed; those of one instant share an event.
-    void Kill(int32_t pid, const Json& result);
+    /// Whoever runs no more holds no locks and is not frozen.
+    void ForgetEnded(Scribe::Id event);
+
+    /// One application is killed; those of one instant share an event, which is the answer.
+    Scribe::Id Kill(int32_t pid, const Json& result);
 
     /// A clean runs; who is still there in the end was spared.
     void BeginClean(bool isSparingUsed);
@@ -70,6 +73,8 @@ private:
     using Holder = std::pair<int32_t, int32_t>;      ///< uid and pid
 
     KillGroup& Kills();
+    void SetFrozenLane(Scribe::Id event);
+    void SetLocksLane(Scribe::Id event);
     void RetellFrozen();
     void RetellLocks();
     void TellSpared();

@@ -54,6 +54,40 @@ std::string_view Words(StateCause cause) {
     return "asked for";
 }
 
+/// The words, with what was found where a step went by it.
+std::string WhyChanged(const StateReason& reason) {
+    if (reason.cause != StateCause::TIME) {
+        return std::string(Words(reason.cause));
+    }
+    std::string met;
+    for (const ConditionFound& condition : reason.conditions) {
+        met += (met.empty() ? "" : ", ") + condition.name;
+    }
+    if (reason.from == StandbyState::WORKING) {
+        return met.empty() ? std::string(Words(reason.cause)) : "found " + met;
+    }
+    return std::string(Words(reason.cause)) + (met.empty() ? "" : "; " + met);
+}
+
+/// What comes next if nothing happens.
+std::string Next(uint32_t state, int64_t at) {
+    if (at < 0) {
+        return {};
+    }
+    switch (state) {
+        case StandbyState::DARK:
+            return "NAP at " + Clock(at) + ", if the phone is still and unplugged then";
+        case StandbyState::NAP:
+            return "SLEEP at " + Clock(at) + ", if the phone is still and unplugged then";
+        case StandbyState::SLEEP:
+            return "MAINTENANCE at " + Clock(at);
+        case StandbyState::MAINTENANCE:
+            return "SLEEP again at " + Clock(at);
+        default:
+            return "DARK at " + Clock(at) + ", if the phone is unplugged then";
+    }
+}
+
 std::vector<Value> ValuesOf(const StateReason& reason) {
     std::vector<Value> values;
     for (const ConditionFound& condition : reason.conditions) {
@@ -73,6 +107,13 @@ void StateStory::OnReason(const StateReason& reason) {
     }
 }
 
+void StateStory::OnFacts(const Replay::SetStep& step) {
+    const auto fault = step.phone.faults.find("BatterySrvClient.GetPluggedType");
+    if (fault != step.phone.faults.end()) {
+        isPlugFailing_ = fault->second.has_value();
+    }
+}
+
 void StateStory::TellStay(const StateReason& reason) {
     const auto unmet = std::find_if(reason.conditions.begin(), reason.conditions.end(),
                                     [](const ConditionFound& one) { return !one.isMet; });
@@ -83,13 +124,14 @@ void StateStory::TellStay(const StateReason& reason) {
     if (reason.target != reason.to) {
         text += ", not " + StateName(reason.target);
     }
-    const Scribe::Id id = scribe_.WriteNew(Subject::STATE, Outcome::KEPT,
-                                           text + (unmet == reason.conditions.end() ? "" : ": " + unmet->found));
+    if (unmet != reason.conditions.end()) {
+        const bool isAnswer = unmet->name != "unplugged" || !isPlugFailing_;
+        text += ": " + (isAnswer ? unmet->found : "the battery service fails, which counts as " + unmet->found);
+    }
+    const Scribe::Id id = scribe_.WriteNew(Subject::STATE, Outcome::KEPT, std::move(text));
     Event& event = scribe_.At(id);
     event.values = ValuesOf(reason);
-    if (reason.nextTryMs >= 0) {
-        event.next = "looked at again at " + Clock(reason.nextTryMs);
-    }
+    event.next = Next(reason.to, reason.nextTryMs);
 }
 
 void StateStory::OnState(const AAFwk::Want& want) {
@@ -99,11 +141,12 @@ void StateStory::OnState(const AAFwk::Want& want) {
         reason_ && static_cast<int32_t>(reason_->from) == previous && static_cast<int32_t>(reason_->to) == current;
     stateInstant_ = scribe_.Instant();
     stateEvent_ = scribe_.Write(Subject::STATE, Outcome::DONE, StateName(previous) + " → " + StateName(current),
-                                isExplained ? std::string(Words(reason_->cause)) : std::string());
+                                isExplained ? WhyChanged(*reason_) : std::string());
     Event& event = scribe_.At(stateEvent_);
     event.use = IsDeep(previous) || IsDeep(current) ? Use::NONE : Use::ROUTINE;
     if (isExplained) {
         event.values = ValuesOf(*reason_);
+        event.next = Next(reason_->to, reason_->nextTryMs);
         reason_.reset();
     }
     scribe_.SetCause(CauseOf(previous, current), stateEvent_);

@@ -6,6 +6,7 @@
 
 #include "host_reason.h"
 #include "scribe.h"
+#include "trace.h"
 #include "want.h"
 
 namespace TARN::Story {
@@ -14,6 +15,9 @@ namespace TARN::Story {
 class StateStory {
 public:
     explicit StateStory(Scribe& scribe) : scribe_(scribe) {}
+
+    /// The trace has the battery's answer fail: a number all the same, of which only the trace knows that it is none.
+    void OnFacts(const Replay::SetStep& step);
 
     /// The host says why the state changes, or stays. A change is told when its message comes.
     void OnReason(const DevStandbyMgr::StateReason& reason);
@@ -32,6 +36,7 @@ private:
     std::optional<DevStandbyMgr::StateReason> reason_;  ///< of the change whose message is to come
     Scribe::Id stateEvent_ = kNoEvent;                  ///< the latest change of state, which its first phase joins
     uint64_t stateInstant_ = UINT64_MAX;
+    bool isPlugFailing_ = false;
 };
 
 }  // namespace TARN::Story

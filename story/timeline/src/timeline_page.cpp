@@ -55,14 +55,6 @@ constexpr size_t kSubjectColumn = 11;
 constexpr char kDayFormat[] = "%a %-d %b %Y";
 constexpr char kTimeFormat[] = "%H:%M:%S";
 
-/// Text that a terminal shows and does not obey: names come from traces.
-std::string Tame(std::string_view text) {
-    std::string tame(text);
-    std::replace_if(
-        tame.begin(), tame.end(), [](char c) { return (static_cast<unsigned char>(c) < ' ') || c == '\x7f'; }, '?');
-    return tame;
-}
-
 /// The log and a dump's text: there for whoever looks for it.
 bool IsQuiet(const Event& event) {
     return event.outcome == Outcome::NOTED && (event.subject == Subject::DUMP || event.subject >= Subject::DEBUG_LOG);

@@ -1,0 +1,65 @@
+#include "plugin_texts.h"
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <regex>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace TARN::Story {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// What each source file may log: the format strings of its log calls, pieces joined.
+std::map<std::string, std::vector<std::string>> LoggedTexts() {
+    std::map<std::string, std::vector<std::string>> texts;
+    const std::regex call(R"(STANDBYSERVICE_LOG[DIWE]\(\s*((?:"(?:[^"\\]|\\.)*"\s*)+))");
+    const std::regex piece(R"re("((?:[^"\\]|\\.)*)")re");
+    for (const char* const room : {"standby_service", "strategy_adapter", "message_listener", "state_adapter"}) {
+        for (const auto& entry : fs::recursive_directory_iterator(fs::path(SOURCE_FOLDER) / room)) {
+            if (entry.path().extension() != ".cpp") {
+                continue;
+            }
+            std::ostringstream source;
+            source << std::ifstream(entry.path()).rdbuf();
+            const std::string code = source.str();
+            for (std::sregex_iterator at(code.begin(), code.end(), call), end; at != end; ++at) {
+                const std::string pieces = (*at)[1];
+                std::string text;
+                for (std::sregex_iterator one(pieces.begin(), pieces.end(), piece); one != end; ++one) {
+                    text += (*one)[1];
+                }
+                texts[entry.path().stem()].push_back(text);
+            }
+        }
+    }
+    return texts;
+}
+
+/// Whether a line made from the format can begin with `text`: they agree up to the first value of the format.
+bool CanBegin(const std::string& format, std::string_view text) {
+    const std::string fixed = format.substr(0, format.find('%'));
+    return fixed.starts_with(text) || (fixed.size() < format.size() && !fixed.empty() && text.starts_with(fixed));
+}
+
+TEST(PluginTexts, EachIsLoggedByItsFileAndIsTheOneFound) {
+    const auto logged = LoggedTexts();
+    for (const PluginText& entry : PluginTexts()) {
+        const auto file = logged.find(std::string(entry.file));
+        ASSERT_NE(file, logged.end()) << entry.file << " logs nothing";
+        EXPECT_THAT(file->second, testing::Contains(testing::Truly(
+                                      [&entry](const std::string& format) { return CanBegin(format, entry.text); })))
+            << entry.file << " does not log \"" << entry.text << "\" any more";
+        EXPECT_EQ(FindPluginText(entry.file, entry.text), &entry) << entry.text << " is hidden by an entry before it";
+    }
+    EXPECT_EQ(FindPluginText("power_off_strategy", "a line that nobody logs"), nullptr);
+    EXPECT_EQ(FindPluginText("nobody", "do not need enable wifi"), nullptr);
+}
+
+}  // namespace
+}  // namespace TARN::Story
