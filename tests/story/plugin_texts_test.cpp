@@ -51,9 +51,9 @@ TEST(PluginTexts, EachIsLoggedByItsFileAndIsTheOneFound) {
     const auto logged = LoggedTexts();
     for (const PluginText& entry : PluginTexts()) {
         const auto file = logged.find(std::string(entry.file));
-        ASSERT_NE(file, logged.end()) << entry.file << " logs nothing";
-        EXPECT_THAT(file->second, testing::Contains(testing::Truly(
-                                      [&entry](const std::string& format) { return CanBegin(format, entry.text); })))
+        EXPECT_THAT(file == logged.end() ? std::vector<std::string>() : file->second,
+                    testing::Contains(
+                        testing::Truly([&entry](const std::string& format) { return CanBegin(format, entry.text); })))
             << entry.file << " does not log \"" << entry.text << "\" any more";
         EXPECT_EQ(FindPluginText(entry.file, entry.text), &entry) << entry.text << " is hidden by an entry before it";
     }

@@ -18,7 +18,6 @@ constexpr std::string_view kNextPowerOff =
     "when deep standby begins or the user falls asleep, or at the next half hour with the screen off";
 
 constexpr std::array kTexts = {
-    PluginText{"base_network_strategy", "the device-idle policy was refused"},
     PluginText{"constraint_manager_adapter", "the movement service does not answer", M::NOTED, S::STATE,
                "the movement service does not answer: the phone counts as still"},
     PluginText{"freeze_strategy", "FreezedNativeProcess size is", M::KEPT, S::FREEZE,
