@@ -8,7 +8,9 @@ namespace {
 
 constexpr int64_t kLongStretchS = 600;
 
-bool Counts(LaneId lane, const Interval& interval) {
+}  // namespace
+
+bool Counts(LaneId lane, const Interval& interval) noexcept {
     switch (lane) {
         case LaneId::SLEEP:
             return interval.value == "asleep";
@@ -25,8 +27,6 @@ bool Counts(LaneId lane, const Interval& interval) {
             return false;
     }
 }
-
-}  // namespace
 
 std::vector<Interval> Counted(const Night& night, LaneId lane) {
     std::vector<Interval> counted;

@@ -178,7 +178,7 @@ Scribe::Id ProcessStory::Kill(int32_t pid, const Json& result) {
     std::string name = phone_.NameOfPid(pid);
     if (const PhonePicture::Running* running = phone_.FindPid(pid)) {
         scribe_.Tell(running->app, Aspect::CLEAN, IsFailure(result) ? "could not be killed" : "killed",
-                     CleanReason(scribe_) + FailureCode(result), group.event);
+                     CleanReason(scribe_) + (IsFailure(result) ? FailureCode(result) : ""), group.event);
     }
     (IsFailure(result) ? group.failed : group.killed).push_back(std::move(name));
     return group.event;

@@ -58,7 +58,7 @@ void RadioStory::OnKept(const PluginText& text) {
     event.isRepeat = event.isRepeat || !bluetooth_.isOn;
     event.next = text.next;
     if (!scribe_.WhyInWords().empty()) {
-        event.values.push_back({"asked to go off", scribe_.WhyInWords()});
+        event.values.push_back({"asked to go off as", scribe_.WhyInWords()});
     }
 }
 
