@@ -34,6 +34,13 @@ struct Told {
     std::vector<Event> causes;  ///< the nearest first
 };
 
+/// Something that was looked at and left as it was, or a try that failed; what came to the same is told once.
+struct Refusal {
+    Told told;          ///< the last time
+    int64_t first = 0;  ///< when it came to the same first
+    size_t times = 1;
+};
+
 /// How deep SLEEP is.
 struct PhaseAnswer {
     std::string name;  ///< "DEEP"
@@ -49,22 +56,25 @@ struct SubjectAnswer {
     std::optional<PhaseAnswer> phase;  ///< of STATE, in SLEEP
     std::optional<int64_t> since;      ///< nothing: since before the night began, or not known
     std::optional<Told> change;        ///< what made it so
-    std::optional<Told> refusal;  ///< the last time since then that it was looked at and left, or that a try failed
-    std::string next;             ///< when it may change, or change after all; empty: not known
+    std::optional<Told> adjustment;    ///< what made the number so, if that came later
+    std::vector<Refusal> refusals;     ///< since then, the latest last
+    std::string next;                  ///< when it may change, or change after all; empty: not known
+    std::vector<std::string> who;      ///< whom it concerns, by name: on the trust list, frozen, proxied, killed
 };
 
 /// How one aspect of an application stands.
 struct AspectAnswer {
     Aspect aspect = Aspect::RUNNING;
-    std::string value;  ///< kNotKnown where the record does not say
-    std::optional<int64_t> since;
+    std::string value;
+    std::optional<int64_t> since;  ///< nothing: since before the night began
     std::string reason;
     std::optional<Told> change;  ///< the event that tells of it
 };
 
 struct AppAnswer {
     App app;
-    std::array<AspectAnswer, kAspects> aspects;
+    std::vector<AspectAnswer> aspects;  ///< those of which the record says something
+    bool isFirewallOn = false;          ///< so that it matters who is on the trust list
 };
 
 struct WhyAnswer {

@@ -74,13 +74,25 @@ std::string Nearest(const Night& night, const std::string& name) {
                               : "perhaps " + nearest);
 }
 
+/// The answer that an event of an application belongs to; made if there is none. What one is exempt from is each a
+/// thing of its own.
+AspectAnswer& Place(AppAnswer& answer, const AppEvent& event) {
+    const auto found = std::find_if(answer.aspects.begin(), answer.aspects.end(), [&event](const AspectAnswer& aspect) {
+        return aspect.aspect == event.aspect && (event.aspect != Aspect::EXEMPT || aspect.reason == event.reason);
+    });
+    if (found != answer.aspects.end()) {
+        return *found;
+    }
+    AspectAnswer& added = answer.aspects.emplace_back();
+    added.aspect = event.aspect;
+    return added;
+}
+
 AppAnswer AnswerOf(const Night& night, int64_t t, uint32_t place) {
     AppAnswer answer;
     answer.app = night.apps[place];
-    for (size_t i = 0; i < kAspects; ++i) {
-        answer.aspects[i].aspect = static_cast<Aspect>(i);
-        answer.aspects[i].value = kNotKnown;
-    }
+    const Interval* firewall = night.At(LaneId::FIREWALL).At(t);
+    answer.isFirewallOn = firewall != nullptr && firewall->value == "on";
     for (const AppEvent& event : night.appEvents) {
         if (event.t > t) {
             break;
@@ -88,14 +100,16 @@ AppAnswer AnswerOf(const Night& night, int64_t t, uint32_t place) {
         if (event.app != place) {
             continue;
         }
-        AspectAnswer& aspect = answer.aspects[static_cast<size_t>(event.aspect)];
-        if (aspect.value != event.value) {
+        AspectAnswer& aspect = Place(answer, event);
+        if (aspect.value != event.value && event.t > night.start) {
             aspect.since = event.t;
         }
         aspect.value = event.value;
         aspect.reason = event.reason;
         aspect.change = WithCauses(night, event.event);
     }
+    std::stable_sort(answer.aspects.begin(), answer.aspects.end(),
+                     [](const AspectAnswer& a, const AspectAnswer& b) { return a.aspect < b.aspect; });
     return answer;
 }
 
@@ -113,6 +127,35 @@ std::vector<AppAnswer> AskForApps(const Night& night, int64_t t, const std::stri
         RefuseName(night, name);
     }
     return answers;
+}
+
+std::vector<std::string> NamesOf(const Night& night, uint32_t event, Aspect aspect, std::string_view value) {
+    std::vector<std::string> names;
+    for (const AppEvent& told : night.appEvents) {
+        if (told.event == event && told.aspect == aspect && told.value == value) {
+            names.push_back(night.apps[told.app].name);
+        }
+    }
+    return names;
+}
+
+std::vector<std::string> NamesWith(const Night& night, int64_t t, Aspect aspect, std::string_view value) {
+    std::vector<bool> is(night.apps.size());
+    for (const AppEvent& event : night.appEvents) {
+        if (event.t > t) {
+            break;
+        }
+        if (event.aspect == aspect) {
+            is[event.app] = event.value == value;
+        }
+    }
+    std::set<std::string> names;
+    for (size_t i = 0; i < is.size(); ++i) {
+        if (is[i]) {
+            names.insert(night.apps[i].name);
+        }
+    }
+    return {names.begin(), names.end()};
 }
 
 }  // namespace TARN::Story

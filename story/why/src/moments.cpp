@@ -8,7 +8,10 @@ namespace {
 
 using Replay::TimeZone;
 
-constexpr char kDay[] = "%a %-d %b ";
+constexpr char kDay[] = "%a %-d %b";
+/// What is no longer ago is plain without its day.
+constexpr int64_t kPlainMs = 12L * 3600 * 1000;
+
 constexpr char kMinute[] = "%H:%M";
 constexpr char kSecond[] = "%H:%M:%S";
 constexpr char kMinuteOfDate[] = "%F %H:%M";
@@ -25,15 +28,29 @@ bool IsWholeMinute(int64_t t) {
 
 }  // namespace
 
-std::string Moments::Of(int64_t t) const {
-    const bool isDaySaid = areDatesSaid_ && !AreSame(t, t_, "%F");
+std::string Moments::Day(int64_t t) const {
+    const bool isPlain = !areDatesSaid_ || t_ - t < kPlainMs;
+    return isPlain ? std::string() : TimeZone::Format(t, kDay);
+}
+
+std::string Moments::Time(int64_t t) const {
     const bool areSecondsSaid = !(IsWholeMinute(t) && IsWholeMinute(t_)) && AreSame(t, t_, kMinuteOfDate);
-    return (isDaySaid ? TimeZone::Format(t, kDay) : "") + TimeZone::Format(t, areSecondsSaid ? kSecond : kMinute) +
+    return TimeZone::Format(t, areSecondsSaid ? kSecond : kMinute) +
            (AreSame(t, t_, kOffset) ? "" : TimeZone::Format(t, " %Z"));
 }
 
+std::string Moments::At(int64_t t) const {
+    const std::string day = Day(t);
+    return (day.empty() ? "at " : "on " + day + " at ") + Time(t);
+}
+
+std::string Moments::Since(int64_t t) const {
+    const std::string day = Day(t);
+    return "since " + (day.empty() ? "" : day + ", ") + Time(t);
+}
+
 std::string Moments::Asked() const {
-    return TimeZone::Format(t_, kDay) + TimeZone::Format(t_, "%Y, ") +
+    return TimeZone::Format(t_, kDay) + TimeZone::Format(t_, " %Y, ") +
            TimeZone::Format(t_, IsWholeMinute(t_) ? kMinute : kSecond);
 }
 

@@ -14,13 +14,20 @@ class Moments {
 public:
     explicit Moments(const WhyAnswer& answer) : t_(answer.t), areDatesSaid_(answer.areDatesSaid) {}
 
-    /// "02:13", "Sun 1 Mar 02:13", "02:13:05", "02:13 CEST".
-    [[nodiscard]] std::string Of(int64_t t) const;
+    /// "at 02:13", "on Sun 1 Mar at 02:13", "at 02:13:05", "at 02:13 CEST".
+    [[nodiscard]] std::string At(int64_t t) const;
+
+    /// "since 02:13", "since Sun 1 Mar, 02:13".
+    [[nodiscard]] std::string Since(int64_t t) const;
 
     /// The moment that was asked for, in full: "Mon 2 Mar 2026, 02:13".
     [[nodiscard]] std::string Asked() const;
 
 private:
+    /// "Sun 1 Mar" if the day has to be said, else nothing.
+    [[nodiscard]] std::string Day(int64_t t) const;
+    [[nodiscard]] std::string Time(int64_t t) const;
+
     int64_t t_;
     bool areDatesSaid_;
 };

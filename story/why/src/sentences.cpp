@@ -12,14 +12,27 @@ namespace {
 
 using Sentences = std::vector<std::string>;
 
-std::string Capital(std::string text) {
-    if (!text.empty() && text[0] >= 'a' && text[0] <= 'z') {
-        text[0] = static_cast<char>(text[0] - 'a' + 'A');
+constexpr std::string_view kAsked = "asked to go off";
+
+void Add(Sentences& sentences, std::string sentence) {
+    if (sentence.empty()) {
+        return;
+    }
+    if (sentence[0] >= 'a' && sentence[0] <= 'z') {
+        sentence[0] = static_cast<char>(sentence[0] - 'a' + 'A');
+    }
+    sentences.push_back(std::move(sentence) + ".");
+}
+
+std::string Listed(const std::vector<std::string>& names) {
+    std::string text;
+    for (const std::string& name : names) {
+        text += (text.empty() ? "" : ", ") + name;
     }
     return text;
 }
 
-/// "stays on: a device is connected" as part of a sentence that has a colon of its own.
+/// A text as part of a sentence that has a colon of its own.
 std::string WithoutColons(std::string text) {
     for (size_t at = text.find(": "); at != std::string::npos; at = text.find(": ", at)) {
         text[at] = ',';
@@ -27,27 +40,69 @@ std::string WithoutColons(std::string text) {
     return text;
 }
 
-std::string StateOf(const SubjectAnswer& answer) {
-    if (answer.state == kNotKnown) {
-        return "not known";
+/// "stays on: it is day" as what somebody does or is: "it stays on: it is day"; nothing for a text that cannot be put
+/// so.
+std::string Said(std::string_view it, const std::string& text) {
+    constexpr std::array kDoes = {"stays ", "waits"};
+    constexpr std::array kIs = {"left ", "not ", "off ", "asleep", "awake"};
+    const auto begins = [&text](const char* start) { return text.starts_with(start); };
+    if (std::any_of(kDoes.begin(), kDoes.end(), begins)) {
+        return std::string(it) + " " + text;
     }
+    if (std::any_of(kIs.begin(), kIs.end(), begins)) {
+        return std::string(it) + (it == "they" ? " are " : " is ") + text;
+    }
+    return {};
+}
+
+/// How it stands: "off", "stretched to 600 s"; `isBrief` beside the subject's word, else as the start of a sentence.
+std::string StandOf(const SubjectAnswer& answer, bool isBrief) {
+    const bool isSo = answer.number > 0;
+    const std::string be = isBrief ? "" : answer.number == 1 ? " is" : " are";
+    const auto named = [&](const char* name) { return (isBrief ? std::string() : name + std::string(" is ")); };
     switch (answer.about) {
-        case About::FREEZE:
-            return answer.number > 0 ? Count(answer.number, "native process") + " frozen" : "nothing is frozen";
-        case About::LOCKS:
-            return answer.number > 0 ? "running locks of " + Count(answer.number, "process") + " proxied"
-                                     : "all running locks count";
-        case About::TIMERS:
-            return answer.number > 0 ? "stretched to " + std::to_string(answer.number) + " s" : answer.state;
+        case About::STATE:
+            return named("the state") + answer.state;
+        case About::SLEEP:
+            return named("the user") + answer.state;
+        case About::SCREEN:
+            return named("the screen") + answer.state;
+        case About::BLUETOOTH:
+            return named("Bluetooth") + answer.state;
+        case About::WIFI:
+            return named("Wi-Fi") + answer.state;
         case About::MODEM:
-            return answer.number > 0 ? answer.state + ", " + Count(answer.number, "SIM slot") : answer.state;
+            return named("the modem") + answer.state +
+                   (answer.state == "partly off" ? ", " + Count(answer.number, "SIM slot") + "," : "");
         case About::NETWORK:
-            return answer.state == "on" ? "firewall on, " + Count(answer.number, "app") +
-                                              (answer.number == 1 ? " reaches" : " reach") + " the network"
-                                        : "firewall off";
-        default:
-            return answer.state;
+            return (isBrief ? "firewall " : "the firewall is ") + answer.state;
+        case About::FREEZE:
+            return isSo      ? Count(answer.number, "native process") + be + " frozen"
+                   : isBrief ? "nothing frozen"
+                             : "nothing is frozen";
+        case About::LOCKS:
+            return isSo ? "running locks of " + Count(answer.number, "process") + (isBrief ? "" : " are") + " proxied"
+                        : "all running locks count";
+        case About::TIMERS:
+            return (isBrief ? "" : "timers are ") +
+                   (isSo ? "stretched to " + std::to_string(answer.number) + " s" : answer.state);
+        case About::CLEAN:
+            break;
     }
+    return {};
+}
+
+/// The values that decided, without those that the text has told.
+std::string Found(const Event& event) {
+    std::string text;
+    for (const Value& value : event.values) {
+        if (value.name == kAsked || event.text.find(value.text) != std::string::npos) {
+            continue;
+        }
+        const bool isNamed = event.subject != Subject::STATE;  // of a state what was found says what was looked for
+        text += (text.empty() ? "" : ", ") + (isNamed ? value.name + " " : "") + value.text;
+    }
+    return text.empty() ? text : "found: " + text;
 }
 
 class Writer {
@@ -56,89 +111,162 @@ public:
 
     [[nodiscard]] Sentences Of(const SubjectAnswer& answer) const {
         Sentences sentences;
-        if (TopicOf(answer.about).lane) {
-            sentences.push_back(State(answer));
+        const Topic& topic = TopicOf(answer.about);
+        if (topic.lane) {
+            Add(sentences, Stand(answer));
         } else if (answer.change) {
-            sentences.push_back(Happened(*answer.change));
-        } else if (!answer.refusal) {
-            sentences.push_back("Nothing yet.");
+            Add(sentences, Happened(topic, *answer.change));
+        } else if (answer.refusals.empty()) {
+            Add(sentences, "no clean has run yet");
+        }
+        if (answer.phase && answer.phase->since != answer.since) {
+            Add(sentences, PhaseOf(*answer.phase) + " " + moments_.Since(answer.phase->since));
         }
         if (!isBrief_ && answer.change) {
-            Add(sentences, Values(*answer.change));
-            Add(sentences, Causes(*answer.change));
+            Add(sentences, Found(answer.change->event));
+            AddCauses(sentences, *answer.change);
         }
-        if (answer.refusal) {
-            sentences.push_back(Happened(*answer.refusal));
-            if (!isBrief_) {
-                Add(sentences, Values(*answer.refusal));
+        Add(sentences, Who(answer));
+        if (!isBrief_ && answer.adjustment) {
+            Add(sentences, Happened(topic, *answer.adjustment));
+        }
+        if (isBrief_) {
+            if (!answer.refusals.empty()) {
+                Add(sentences, Refused(topic, answer.refusals.back()));
+            }
+        } else {
+            for (const Refusal& refusal : answer.refusals) {
+                Add(sentences, Refused(topic, refusal));
+                Add(sentences, Found(refusal.told.event));
+            }
+            if (topic.lane && !answer.since && answer.refusals.empty() && answer.state != kNotKnown) {
+                Add(sentences, "nothing has tried to change that yet");
             }
         }
-        if (!answer.next.empty()) {
-            sentences.push_back("Next chance: " + answer.next + ".");
-        }
+        Add(sentences, answer.next.empty() ? "" : "next: " + answer.next);
         return sentences;
     }
 
     [[nodiscard]] Sentences Of(const AppAnswer& answer) const {
         Sentences sentences;
+        const bool isKilled = std::any_of(answer.aspects.begin(), answer.aspects.end(), [](const AspectAnswer& aspect) {
+            return aspect.aspect == Aspect::CLEAN && aspect.value == "killed";
+        });
         for (const AspectAnswer& aspect : answer.aspects) {
-            std::string text = std::string(NameOf(aspect.aspect)) + ": " + aspect.value;
-            if (aspect.since) {
-                text += " since " + moments_.Of(*aspect.since);
+            // that it was killed is told with its reason by the clean
+            if (!(isKilled && aspect.aspect == Aspect::RUNNING && aspect.value == "killed")) {
+                Add(sentences, Because(AspectOf(answer, aspect), aspect.aspect == Aspect::EXEMPT ? "" : aspect.reason));
             }
-            sentences.push_back(Capital(Because(text, aspect.reason)) + ".");
+        }
+        if (sentences.empty()) {
+            Add(sentences, "the record says nothing of it by then");
         }
         return sentences;
     }
 
 private:
-    static void Add(Sentences& sentences, std::string sentence) {
-        if (!sentence.empty()) {
-            sentences.push_back(std::move(sentence));
-        }
+    static std::string PhaseOf(const PhaseAnswer& phase) {
+        return "phase " + std::to_string(phase.number) + " (" + phase.name + ")";
     }
 
-    /// "Off since 23:32: screen off for half an hour at night."
-    [[nodiscard]] std::string State(const SubjectAnswer& answer) const {
-        std::string text = Capital(StateOf(answer));
+    /// "off since 23:32: screen off for half an hour at night"
+    [[nodiscard]] std::string Stand(const SubjectAnswer& answer) const {
+        std::string text = StandOf(answer, isBrief_);
         if (answer.state == kNotKnown) {
-            return text + ".";
+            return text;
         }
         if (!answer.since) {
-            return text + " since the trace begins.";
+            return text + " since the trace begins";
         }
-        text += " since " + moments_.Of(*answer.since);
-        return Because(std::move(text), answer.change ? Reason(*answer.change) : "") + ".";
-    }
-
-    static std::string Reason(const Told& told) {
-        if (!told.event.reason.empty()) {
-            return told.event.reason;
+        if (answer.phase && answer.phase->since == answer.since) {
+            text += ", " + PhaseOf(*answer.phase) + ",";
         }
-        return told.causes.empty() ? told.event.text : told.causes.front().text;
+        text += " " + moments_.Since(*answer.since);
+        return answer.change ? WithReason(std::move(text), answer) : text;
     }
 
-    /// "At 01:30 (screen off for half an hour at night): stays on, a device is connected."
-    [[nodiscard]] std::string Happened(const Told& told) const {
-        const std::string asked = told.event.reason.empty() ? "" : " (" + told.event.reason + ")";
-        return "At " + moments_.Of(told.event.t) + asked + ": " + WithoutColons(told.event.text) + ".";
-    }
-
-    static std::string Values(const Told& told) {
-        std::string text;
-        for (const Value& value : told.event.values) {
-            text += (text.empty() ? "Decided by: " : ", ") + value.name + " " + value.text;
+    /// What the event says of the state it made may go on after the state itself: "asleep; expected up at 07:55".
+    static std::string WithReason(std::string text, const SubjectAnswer& answer) {
+        const Event& event = answer.change->event;
+        if (answer.about == About::SLEEP && event.text.starts_with(answer.state)) {
+            text += event.text.substr(answer.state.size());
         }
-        return text.empty() ? text : text + ".";
+        if (!event.reason.empty()) {
+            return Because(std::move(text), event.reason);
+        }
+        const bool isOfSubject = event.subject == TopicOf(answer.about).subject;
+        if (!isOfSubject || (event.outcome == Outcome::HAPPENED && event.text != answer.state)) {
+            return Because(std::move(text), WithoutColons(event.text));
+        }
+        return text;
     }
 
-    [[nodiscard]] std::string Causes(const Told& told) const {
-        std::string text;
+    /// "at 01:30 (screen off for half an hour at night) it stays on: a device is connected"
+    [[nodiscard]] std::string Happened(const Topic& topic, const Told& told) const {
+        const Event& event = told.event;
+        const auto asked = std::find_if(event.values.begin(), event.values.end(),
+                                        [](const Value& value) { return value.name == kAsked; });
+        const bool isAsked = asked != event.values.end();
+        const std::string& reason = isAsked ? asked->text : event.reason;
+        std::string text = isAsked ? std::string(kAsked) + " " : std::string();
+        text += moments_.At(event.t) + (reason.empty() ? "" : " (" + reason + ")");
+        const std::string said = Said(topic.it, event.text);
+        return said.empty() ? text + ": " + WithoutColons(event.text) : text + (isAsked ? ", " : " ") + said;
+    }
+
+    [[nodiscard]] std::string Refused(const Topic& topic, const Refusal& refusal) const {
+        std::string text = Happened(topic, refusal.told);
+        if (refusal.times > 1 && !isBrief_) {
+            text += "; " + Times(static_cast<int64_t>(refusal.times)) + " " + moments_.Since(refusal.first);
+        }
+        return text;
+    }
+
+    void AddCauses(Sentences& sentences, const Told& told) const {
+        const char* effect = "set off ";
         for (const Event& cause : told.causes) {
-            text += (text.empty() ? "Set off by: " : ", ") + std::string(NameOf(cause.subject)) + " " +
-                    WithoutColons(cause.text) + " (" + moments_.Of(cause.t) + ")";
+            Add(sentences, effect + moments_.At(cause.t) + " by " + std::string(NameOf(cause.subject)) + ": " +
+                               Because(cause.text, cause.reason));
+            effect = "that was set off ";
         }
-        return text.empty() ? text : text + ".";
+    }
+
+    /// Whom it concerns.
+    [[nodiscard]] std::string Who(const SubjectAnswer& answer) const {
+        std::string text;
+        if (answer.about == About::NETWORK && answer.state == "on") {
+            text = (answer.number == 0 ? "no app" : Count(answer.number, "app")) +
+                   (answer.number == 1 || answer.number == 0 ? " reaches" : " reach") + " the network";
+        } else if (!isBrief_ && !answer.who.empty()) {
+            text = answer.about == About::FREEZE ? "frozen" : answer.about == About::CLEAN ? "killed" : "proxied";
+        }
+        if (!isBrief_ && !answer.who.empty()) {
+            text += ": " + Listed(answer.who);
+        }
+        return text;
+    }
+
+    [[nodiscard]] std::string AspectOf(const AppAnswer& answer, const AspectAnswer& aspect) const {
+        const std::string since = aspect.since ? " " + moments_.Since(*aspect.since) : " since the trace begins";
+        const std::string at = aspect.since ? " " + moments_.At(*aspect.since) : "";
+        switch (aspect.aspect) {
+            case Aspect::RUNNING:
+                return aspect.value + (aspect.value == "running" ? since : at);
+            case Aspect::FROZEN:
+                return aspect.value + (aspect.value == "frozen" ? since : at);
+            case Aspect::CLEAN:
+                return aspect.value + at;
+            case Aspect::EXEMPT:
+                return aspect.value + " " + aspect.reason + since;
+            case Aspect::FIREWALL:
+                return aspect.value + since + (answer.isFirewallOn ? "" : " (the firewall is off)");
+            case Aspect::LOCKS:
+                return (aspect.value == "counted" ? "its running locks count" : "running locks " + aspect.value) +
+                       since;
+            case Aspect::STRETCHING:
+                return aspect.value + " from stretched timers" + since;
+        }
+        return {};
     }
 
     Moments moments_;
@@ -148,14 +276,13 @@ private:
 }  // namespace
 
 void Tell(const WhyAnswer& answer, std::ostream& output) {
-    const Moments moments(answer);
     const Writer writer(answer);
-    output << moments.Asked() << "\n";
+    output << Moments(answer).Asked() << "\n";
     for (const SubjectAnswer& subject : answer.subjects) {
         constexpr size_t kColumn = 11;
-        std::string label(WordOf(subject.about));
+        std::string label(answer.isBrief ? WordOf(subject.about) : "");
         for (const std::string& sentence : writer.Of(subject)) {
-            label.resize(kColumn, ' ');
+            label.resize(answer.isBrief ? kColumn : 0, ' ');
             output << label << sentence << "\n";
             label.clear();
         }

@@ -7,17 +7,17 @@ namespace TARN::Story {
 namespace {
 
 constexpr std::array<Topic, kAbouts> kTopics = {
-    Topic{About::STATE, "state", LaneId::STATE, Subject::STATE, "The phone is in", ""},
-    Topic{About::SLEEP, "sleep", LaneId::SLEEP, Subject::SLEEP, "The user is", ""},
-    Topic{About::SCREEN, "screen", LaneId::SCREEN, Subject::SCREEN, "The screen is", ""},
-    Topic{About::BLUETOOTH, "bluetooth", LaneId::BLUETOOTH, Subject::BLUETOOTH, "Bluetooth is", ""},
-    Topic{About::WIFI, "wifi", LaneId::WIFI, Subject::WIFI, "Wi-Fi is", ""},
-    Topic{About::MODEM, "modem", LaneId::MODEM, Subject::MODEM, "The modem is", ""},
-    Topic{About::NETWORK, "network", LaneId::FIREWALL, Subject::FIREWALL, "The firewall is", ""},
-    Topic{About::FREEZE, "freeze", LaneId::FROZEN, Subject::FREEZE, "", ""},
-    Topic{About::LOCKS, "locks", LaneId::LOCKS, Subject::LOCK, "", ""},
-    Topic{About::TIMERS, "timers", LaneId::TIMERS, Subject::TIMER, "Timers are", ""},
-    Topic{About::CLEAN, "clean", std::nullopt, Subject::CLEAN, "", ""},
+    Topic{About::STATE, "state", LaneId::STATE, Subject::STATE},
+    Topic{About::SLEEP, "sleep", LaneId::SLEEP, Subject::SLEEP, "the user"},
+    Topic{About::SCREEN, "screen", LaneId::SCREEN, Subject::SCREEN},
+    Topic{About::BLUETOOTH, "bluetooth", LaneId::BLUETOOTH, Subject::BLUETOOTH},
+    Topic{About::WIFI, "wifi", LaneId::WIFI, Subject::WIFI},
+    Topic{About::MODEM, "modem", LaneId::MODEM, Subject::MODEM},
+    Topic{About::NETWORK, "network", LaneId::FIREWALL, Subject::FIREWALL, "it", Aspect::FIREWALL, "on the trust list"},
+    Topic{About::FREEZE, "freeze", LaneId::FROZEN, Subject::FREEZE, "it", Aspect::FROZEN, "frozen"},
+    Topic{About::LOCKS, "locks", LaneId::LOCKS, Subject::LOCK, "they", Aspect::LOCKS, "proxied"},
+    Topic{About::TIMERS, "timers", LaneId::TIMERS, Subject::TIMER, "they"},
+    Topic{About::CLEAN, "clean", std::nullopt, Subject::CLEAN, "it", Aspect::CLEAN, "killed"},
 };
 
 constexpr bool AreInOrder() {

@@ -2,7 +2,6 @@
 #define STORY_TOPICS_H
 
 #include <optional>
-#include <string>
 #include <string_view>
 
 #include "why.h"
@@ -15,8 +14,9 @@ struct Topic {
     std::string_view word;
     std::optional<LaneId> lane;  ///< nothing: it has no state, only events
     Subject subject;             ///< of its events
-    std::string_view name;       ///< as a sentence begins with it: "Bluetooth is"
-    std::string_view tried;      ///< what a refusal refused: "Asked to go off"; empty where its text says it
+    std::string_view it = "it";  ///< what a sentence calls it
+    std::optional<Aspect> aspect = std::nullopt;
+    std::string_view aspectValue = {};  ///< of the applications and natives that it concerns
 };
 
 [[nodiscard]] const Topic& TopicOf(About about) noexcept;

@@ -12,69 +12,120 @@ namespace {
 
 constexpr int64_t kDayMs = 24L * 3600 * 1000;
 
-bool IsRefusal(const Event& event) {
-    return event.outcome == Outcome::KEPT || event.outcome == Outcome::FAILED;
+/// Of refusals that came to something else, so many are told, and how long ago they may be; the rest is history.
+constexpr size_t kMostRefusals = 3;
+constexpr int64_t kHistoryMs = 12L * 3600 * 1000;
+
+/// The stretch of a lane's intervals that ends with `last` and in which it was the same, its number apart. How far
+/// timers are stretched is more than a number.
+const Interval* Beginning(const Lane& lane, const Interval* last, LaneId id) {
+    const Interval* const earliest = lane.Intervals().data();
+    while (last != earliest && (last - 1)->value == last->value && id != LaneId::TIMERS) {
+        --last;
+    }
+    return last;
 }
 
-/// What happened of one subject up to a moment, after it came to be as it is.
-class Since {
-public:
-    Since(const Night& night, int64_t t, Subject subject, uint32_t change)
-        : night_(night), t_(t), subject_(subject), first_(change == kNoEvent ? 0 : change + 1) {}
-
-    /// The latest event for which `fits` holds; kNoEvent for none.
-    template <class Fits>
-    [[nodiscard]] uint32_t Latest(Fits fits) const {
-        const auto end = std::upper_bound(night_.events.begin(), night_.events.end(), t_,
-                                          [](int64_t t, const Event& event) { return t < event.t; });
-        for (auto i = static_cast<size_t>(end - night_.events.begin()); i > first_; --i) {
-            const Event& event = night_.events[i - 1];
-            if (event.subject == subject_ && fits(event)) {
-                return static_cast<uint32_t>(i - 1);
-            }
-        }
+/// Fills in how a lane stands. Returns the event that made it so; kNoEvent for what was so at the start.
+uint32_t AddState(SubjectAnswer& answer, const Night& night, int64_t t, LaneId id) {
+    const Lane& lane = night.At(id);
+    const Interval* now = lane.At(t);
+    answer.state = now == nullptr ? kNotKnown : now->value;
+    if (now == nullptr) {
         return kNoEvent;
     }
+    answer.number = now->number;
+    const Interval* first = Beginning(lane, now, id);
+    if (first->from > night.start || first->event != kNoEvent) {
+        answer.since = first->from;
+    }
+    if (now->event != first->event) {
+        answer.adjustment = WithCauses(night, now->event);
+    }
+    return first->event;
+}
 
-private:
-    const Night& night_;
-    int64_t t_;
-    Subject subject_;
-    size_t first_;
-};
+bool IsRadioOff(const SubjectAnswer& answer) {
+    const bool isRadio =
+        answer.about == About::BLUETOOTH || answer.about == About::WIFI || answer.about == About::MODEM;
+    return isRadio && answer.state != "on";
+}
+
+/// Whether an event says that the subject was looked at and left, or that a try failed. That a radio is off already is
+/// no refusal.
+bool IsRefusal(const Event& event, const SubjectAnswer& answer) {
+    return event.outcome == Outcome::FAILED || (event.outcome == Outcome::KEPT && !IsRadioOff(answer));
+}
+
+/// What two refusals of one kind share: the text without its numbers.
+std::string KindOf(const std::string& text) {
+    std::string kind;
+    for (const char c : text) {
+        const bool isDigit = c >= '0' && c <= '9';
+        if (!isDigit || kind.empty() || kind.back() != '#') {
+            kind += isDigit ? '#' : c;
+        }
+    }
+    return kind;
+}
+
+/// Adds what was refused between the change and `t`.
+void AddRefusals(SubjectAnswer& answer, const Night& night, int64_t t, const Topic& topic, uint32_t change) {
+    const auto end = std::upper_bound(night.events.begin(), night.events.end(), t,
+                                      [](int64_t time, const Event& event) { return time < event.t; });
+    const size_t first = change == kNoEvent ? 0 : change + 1;
+    bool isNextKnown = false;
+    std::vector<std::string> kinds;
+    for (auto i = static_cast<size_t>(end - night.events.begin()); i > first; --i) {
+        const Event& event = night.events[i - 1];
+        if (event.subject != topic.subject) {
+            continue;
+        }
+        if (!isNextKnown && !event.next.empty()) {
+            isNextKnown = true;
+            answer.next = event.next;
+        }
+        if (!IsRefusal(event, answer)) {
+            continue;
+        }
+        const std::string kind = KindOf(event.text);
+        const auto known = std::find(kinds.begin(), kinds.end(), kind);
+        if (known != kinds.end()) {
+            Refusal& refusal = answer.refusals[static_cast<size_t>(known - kinds.begin())];
+            refusal.first = event.t;
+            ++refusal.times;
+        } else if (kinds.empty() || (kinds.size() < kMostRefusals && t - event.t < kHistoryMs)) {
+            kinds.push_back(kind);
+            answer.refusals.push_back({*WithCauses(night, static_cast<uint32_t>(i - 1)), event.t, 1});
+        }
+    }
+    std::reverse(answer.refusals.begin(), answer.refusals.end());
+    if (!isNextKnown && answer.change) {
+        answer.next = answer.change->event.next;
+    }
+}
+
+/// The last event of a subject without a state that did something.
+uint32_t LastDone(const Night& night, int64_t t, Subject subject) {
+    const Event* last = night.LastBefore(t, subject, [](const Event& event) { return event.outcome == Outcome::DONE; });
+    return last == nullptr ? kNoEvent : static_cast<uint32_t>(last - night.events.data());
+}
 
 SubjectAnswer AnswerOf(const Night& night, int64_t t, const Topic& topic) {
     SubjectAnswer answer;
     answer.about = topic.about;
-    uint32_t change = kNoEvent;
-    if (topic.lane) {
-        const Interval* interval = night.At(*topic.lane).At(t);
-        answer.state = interval == nullptr ? kNotKnown : interval->value;
-        if (interval != nullptr) {
-            answer.number = interval->number;
-            change = interval->event;
-            if (interval->from > night.start || change != kNoEvent) {
-                answer.since = interval->from;
-            }
-        }
-    } else {
-        change = Since(night, t, topic.subject, kNoEvent).Latest([](const Event& event) {
-            return event.outcome == Outcome::DONE;
-        });
-    }
+    const uint32_t change = topic.lane ? AddState(answer, night, t, *topic.lane) : LastDone(night, t, topic.subject);
+    answer.change = WithCauses(night, change);
     if (topic.about == About::STATE) {
         if (const Interval* phase = night.At(LaneId::PHASE).At(t); phase != nullptr && phase->number >= 0) {
             answer.phase = {phase->value, phase->number, phase->from};
         }
     }
-    answer.change = WithCauses(night, change);
-    const Since since(night, t, topic.subject, change);
-    answer.refusal = WithCauses(night, since.Latest(IsRefusal));
-    const uint32_t latest = since.Latest([](const Event& event) { return !event.next.empty(); });
-    if (latest != kNoEvent) {
-        answer.next = night.events[latest].next;
-    } else if (answer.change) {
-        answer.next = answer.change->event.next;
+    AddRefusals(answer, night, t, topic, change);
+    if (topic.about == About::CLEAN && answer.change) {
+        answer.who = NamesOf(night, change, *topic.aspect, topic.aspectValue);
+    } else if (topic.aspect && answer.number > 0) {
+        answer.who = NamesWith(night, t, *topic.aspect, topic.aspectValue);
     }
     return answer;
 }

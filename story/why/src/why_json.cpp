@@ -7,11 +7,6 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-template <class T>
-Json OrNull(const std::optional<T>& value) {
-    return value ? Json(*value) : Json();
-}
-
 Json Of(const Event& event) {
     Json values = Json::object();
     for (const Value& value : event.values) {
@@ -21,22 +16,42 @@ Json Of(const Event& event) {
             {"text", event.text}, {"reason", event.reason},           {"values", std::move(values)}};
 }
 
-Json Of(const std::optional<Told>& told) {
-    if (!told) {
-        return nullptr;
-    }
-    Json json = Of(told->event);
+Json Of(const Told& told) {
+    Json json = Of(told.event);
     Json causes = Json::array();
-    for (const Event& cause : told->causes) {
+    for (const Event& cause : told.causes) {
         causes.push_back(Of(cause));
     }
     json["causes"] = std::move(causes);
     return json;
 }
 
+Json OrNull(const std::optional<Told>& told) {
+    return told ? Of(*told) : Json();
+}
+
+Json OrNull(const std::optional<int64_t>& time) {
+    return time ? Json(*time) : Json();
+}
+
 Json Of(const SubjectAnswer& answer) {
-    return {{"state", answer.state},       {"number", answer.number},       {"since", OrNull(answer.since)},
-            {"change", Of(answer.change)}, {"refusal", Of(answer.refusal)}, {"next", answer.next}};
+    Json refusals = Json::array();
+    for (const Refusal& refusal : answer.refusals) {
+        refusals.push_back(Of(refusal.told));
+        refusals.back().update({{"first", refusal.first}, {"times", refusal.times}});
+    }
+    Json json = {{"state", answer.state}, {"number", answer.number}};
+    if (answer.phase) {
+        json["phase"] = {
+            {"name", answer.phase->name}, {"number", answer.phase->number}, {"since", answer.phase->since}};
+    }
+    json.update({{"since", OrNull(answer.since)},
+                 {"change", OrNull(answer.change)},
+                 {"adjustment", OrNull(answer.adjustment)},
+                 {"refusals", std::move(refusals)},
+                 {"next", answer.next},
+                 {"who", answer.who}});
+    return json;
 }
 
 Json Of(const AppAnswer& answer) {
@@ -45,12 +60,16 @@ Json Of(const AppAnswer& answer) {
                  {"uid", answer.app.uid},
                  {"bundles", answer.app.bundles},
                  {"native", answer.app.isNative}};
+    Json aspects = Json::array();
     for (const AspectAnswer& aspect : answer.aspects) {
-        json[std::string(NameOf(aspect.aspect))] = {{"value", aspect.value},
-                                                    {"since", OrNull(aspect.since)},
-                                                    {"reason", aspect.reason},
-                                                    {"change", Of(aspect.change)}};
+        aspects.push_back({{"aspect", NameOf(aspect.aspect)},
+                           {"value", aspect.value},
+                           {"since", OrNull(aspect.since)},
+                           {"reason", aspect.reason},
+                           {"change", OrNull(aspect.change)}});
     }
+    json["aspects"] = std::move(aspects);
+    json["firewall_on"] = answer.isFirewallOn;
     return json;
 }
 
@@ -59,7 +78,7 @@ Json Of(const AppAnswer& answer) {
 Json ToJson(const WhyAnswer& answer) {
     Json json = {{"t", answer.t}, {"local", Replay::TimeZone::Format(answer.t, "%FT%T")}};
     for (const SubjectAnswer& subject : answer.subjects) {
-        json[std::string(WordOf(subject.about))] = Of(subject);
+        json["subjects"][std::string(WordOf(subject.about))] = Of(subject);
     }
     for (const AppAnswer& app : answer.apps) {
         json["apps"].push_back(Of(app));
