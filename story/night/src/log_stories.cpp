@@ -64,6 +64,7 @@ void LogStories::Tell(const PluginText& text, const LogLine& line) {
             const Scribe::Id id = scribe_.WriteNew(
                 text.subject, Outcome::KEPT, isLit ? "not stretched: the screen is on" : "not stretched: charging");
             scribe_.At(id).next = text.next;
+            scribe_.At(id).use = Use::ROUTINE;
             break;
         }
         case Meaning::FAILED:

@@ -130,6 +130,7 @@ void StateStory::TellStay(const StateReason& reason) {
     }
     const Scribe::Id id = scribe_.WriteNew(Subject::STATE, Outcome::KEPT, std::move(text));
     Event& event = scribe_.At(id);
+    event.use = IsDeep(static_cast<int32_t>(reason.to)) ? Use::NONE : Use::ROUTINE;
     event.values = ValuesOf(reason);
     event.next = Next(reason.to, reason.nextTryMs);
 }
