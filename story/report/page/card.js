@@ -7,7 +7,7 @@ function el(name, attributes = {}, ...children) {
     if (key.startsWith("on")) element.addEventListener(key.slice(2), value);
     else if (value !== null && value !== undefined && value !== false) element.setAttribute(key, value === true ? "" : value);
   }
-  element.append(...children.flat().filter(child => child !== null && child !== undefined && child !== false));
+  element.append(...children.flat(Infinity).filter(child => child !== null && child !== undefined && child !== false));
   return element;
 }
 
@@ -84,9 +84,9 @@ function fromTo(one) {
 
 function intervalCard(row, one) {
   const [when, length] = fromTo(one);
-  const begun = one.event >= 0 ? one.side.events[one.event] : null;
+  const begun = beginningOf(row.sides[one.side.place].intervals, one);
   return [
-    el("p", {class: "card-head"}, sideTag(one.side), el("span", {class: `swatch ${row.look(one) || "ground"}`}), el("b", {}, row.label), row.tell(one)),
+    el("p", {class: "card-head"}, sideTag(one.side), el("span", {class: `swatch ${one.look}`}), el("b", {}, row.label), row.tell(one)),
     el("p", {class: "faint"}, el("time", {}, when), `, ${length}`),
     begun ? el("p", {class: "sentence"}, markIcon(begun.outcome), " ", el("time", {}, timeOf(begun)), " ", sentenceOf(begun)) : null,
     ...(begun ? detailsOf(begun, asText(begun.t), {mostApps: 6, mostEffects: 4}) : []),

@@ -80,17 +80,25 @@ function roundTimes(clock, from, to, most) {
   return {step, times: clock.rounds(interval, from, to)};
 }
 
-/** "4 s", "12 min", "7 h 05 min", "6 days 3 h". */
+/** "4 s", "12 min", "7 h 05 min". */
 function duration(ms) {
   if (ms < kSecond) return ms > 0 ? `${Math.round(ms)} ms` : "0 s";
   if (ms < kMinute) return `${Math.floor(ms / kSecond)} s`;
   const minutes = Math.round(ms / kMinute);
   if (minutes < 60) return `${minutes} min`;
   const hours = Math.floor(minutes / 60), rest = minutes % 60;
-  return rest === 0 ? `${hours} h` : `${hours} h ${String(rest).padStart(2, "0")} min`;
+  const full = `${d3.format(",")(hours)} h`;
+  return rest === 0 ? full : `${full} ${String(rest).padStart(2, "0")} min`;
 }
 
-/** A time of day to the second; with its milliseconds where it has some and they are asked for. */
+/** The same for long stretches: "7 days", "28 days 3 h". */
+function days(ms) {
+  if (ms < 2 * kDay) return duration(ms);
+  const full = Math.floor(ms / kDay), rest = ms - full * kDay;
+  return `${full} days${rest < kMinute ? "" : ` ${duration(rest)}`}`;
+}
+
+/** A time of day to the second. */
 const timeOfDay = (clock, t) => clock.format(t, "%H:%M:%S");
 
 /** "Sun 1 Mar 2026 21:00 – Mon 2 Mar 2026 08:15", the second day only where it is another. */

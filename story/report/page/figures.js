@@ -31,7 +31,7 @@ function killedIn(side, view) {
   return side.appEvents.filter(one => one.aspect === "clean" && one.value === "killed" && one.t >= view[0] && one.t <= view[1]);
 }
 
-const timesWords = times => (times === 1 ? "once" : times === 2 ? "twice" : `${times} times`);
+const timesWords = times => (times === 1 ? "once" : times === 2 ? "twice" : `${d3.format(",")(times)} times`);
 
 /** Everything that the figures say of a stretch: for each, its value on each side. */
 function figuresOf(view) {
@@ -66,7 +66,7 @@ function figureElement(figure) {
     el("span", {class: "figure-name"}, figure.words),
     figure.sides.map((one, i) => el("span", {class: "figure-value"}, isPair ? sideTag(sides[i]) : null, el("b", {}, one.value),
       isPair ? null : el("small", {title: one.isNames ? one.note : null}, one.note))),
-    isPair ? el("small", {class: "figure-difference"}, differenceWords(figure.sides, figure.row === "apps")) : null);
+    isPair ? el("small", {class: `figure-difference${figure.sides[0].amount === figure.sides[1].amount ? " none" : ""}`}, differenceWords(figure.sides, figure.row === "apps")) : null);
 }
 
 (() => {

@@ -12,15 +12,19 @@ const lanes = (() => {
   cursorTime.append("text").attr("y", 34);
 
   let onlyDiffering = false;
-  let drawing, left, x;
+  let drawing, left, x, laidOutFor;
 
   const shownRows = () => (onlyDiffering ? rows.filter(row => row.differences.length > 0 || differsInMarks(row)) : rows);
 
+  /** In a wide window the rows have a height of their own, to be filled. */
+  const isFilling = () => getComputedStyle(document.body).display === "flex";
+
   function layOutAll() {
+    laidOutFor = box.clientHeight;
     svg.selectAll("*").remove();
-    addPatterns(svg);
     const root = svg.append("g");
-    drawing = new RowsDrawing(root, shownRows());
+    const shown = shownRows();
+    drawing = new RowsDrawing(root, shown, stretchFor(shown, isFilling() ? box.clientHeight - 4 : 0));
     const over = svg.append("g").attr("class", "over");
     for (const name of ["cursor", "selected-line"]) over.append("path").attr("class", name);
     over.append("g").attr("class", "flows");
@@ -50,7 +54,7 @@ const lanes = (() => {
   }
 
   function rangeWords(row) {
-    if (row.words) return "still above";
+    if (row.words) return null;
     const most = d3.max(row.sides, one => d3.max(one.intervals, sample => sample.value));
     return `0 – ${d3.format(",.3~r")(most)}${row.unit ? ` ${row.unit}` : ""}`;
   }
@@ -58,7 +62,7 @@ const lanes = (() => {
   function resize() {
     left = names.node().offsetWidth;
     const width = Math.max(60, box.clientWidth - left - kRight);
-    svg.attr("width", width + kRight).style("left", `${left}px`);
+    svg.attr("width", width + kRight).style("margin-left", `${left}px`);
     axis.attr("width", left + width + kRight).attr("height", 42);
     x = d3.scaleLinear().range([0, width]);
     draw();
@@ -122,7 +126,7 @@ const lanes = (() => {
       Math.abs(inRow - place.bars[side.place].y - place.bars[side.place].h / 2));
     const {side, intervals, marks} = d3.least(row.sides, one => distance(one.side));
     const isAtMarks = row.hasMarks && inRow >= place.marks[0] - kMarkH / 2;
-    const near = marksNear(marks, t, x, isAtMarks || row.kind === "marks" ? 9 : 3);
+    const near = marksNear(marksInSight(marks, x, state.view), t, x, isAtMarks || row.kind === "marks" ? 9 : 3);
     if (near.length > 0) return {row, thing: near[0], others: near.length - 1};
     if (t < side.start || t > side.end || intervals.length === 0) return null;
     const bars = place.bars[side.place];
@@ -139,7 +143,10 @@ const lanes = (() => {
 
   // pointing
 
+  let pointer = null;  // where the mouse is, for when the chart moves below it
+
   function movePointer(event) {
+    pointer = event;
     const [px, py] = placeIn(svg.node(), event);
     const isInside = px >= 0 && px <= x.range()[1] && event.pointerType !== "touch";
     drawCursor(isInside ? px : null);
@@ -166,9 +173,11 @@ const lanes = (() => {
   }
 
   function choose(at) {
+    showCard(null);
     if (!at) return select(null);
-    const {thing} = at;
-    const event = thing.kind === "event" ? thing : thing.event >= 0 && thing.kind === "interval" ? thing.side.events[thing.event] : null;
+    const {row, thing} = at;
+    const event = thing.kind === "event" ? thing
+      : thing.kind === "interval" ? beginningOf(row.sides[thing.side.place].intervals, thing) : null;
     return select(event && event !== state.selected ? event : null);
   }
 
@@ -245,6 +254,7 @@ const lanes = (() => {
   });
 
   function leave() {
+    pointer = null;
     drawCursor(null);
     if (state.pointed && !state.pointed.byKeyboard) point(null);
   }
@@ -268,7 +278,7 @@ const lanes = (() => {
     const {row, part} = all[at];
     const things = thingsOf(part);
     const here = things.indexOf(pointed ? pointed.thing : null);
-    const next = here >= 0 && rowStep === 0 ? here + thingStep : d3.bisector(one => one.t).right(things, t) - 1;
+    const next = here >= 0 && rowStep === 0 ? here + thingStep : afterTime(things, t) - 1;
     goTo(row, things[Math.min(Math.max(next, 0), things.length - 1)]);
   }
 
@@ -318,10 +328,17 @@ const lanes = (() => {
     box.setAttribute("aria-label", `Lanes, ${stretch(sides[0].clock, ...state.view)}`);
   }
 
-  listeners.on("view.lanes", draw);
+  listeners.on("view.lanes", () => {
+    draw();
+    if (pointer) movePointer(pointer);
+  });
   listeners.on("selected.lanes", drawSelected);
   listeners.on("pointed.lanes", drawPointed);
-  new ResizeObserver(() => { if (drawing) resize(); }).observe(box);
+  new ResizeObserver(() => {
+    if (!drawing) return;
+    if (isFilling() && box.clientHeight !== laidOutFor) layOutAll();
+    else resize();
+  }).observe(box);
 
   return {
     layOutAll,
@@ -335,8 +352,8 @@ function sameSet(set, list) {
 }
 
 /** A hatching for what is not known, a finer one for what the user has off, and the arrow of what led to what. */
-function addPatterns(svg) {
-  const defs = svg.append("defs");
+(() => {
+  const defs = d3.select("body").append("svg").attr("class", "patterns").attr("aria-hidden", "true").append("defs");
   const hatch = (id, size, turn) => {
     const pattern = defs.append("pattern").attr("id", id).attr("width", size).attr("height", size)
       .attr("patternUnits", "userSpaceOnUse").attr("patternTransform", `rotate(${turn})`);
@@ -348,4 +365,4 @@ function addPatterns(svg) {
   defs.append("marker").attr("id", "arrow").attr("viewBox", "0 0 8 8").attr("refX", 6).attr("refY", 4)
     .attr("markerWidth", 6).attr("markerHeight", 6).attr("orient", "auto-start-reverse")
     .append("path").attr("d", "M0,0L8,4L0,8z");
-}
+})();

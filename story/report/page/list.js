@@ -24,7 +24,7 @@ const list = (() => {
   const holdsWords = event => state.words === "" || `${event.subject} ${wordsOf(event)}`.toLowerCase().includes(state.words);
 
   function update() {
-    const inSight = told.slice(byTime(told, state.view[0]), d3.bisector(one => one.t).right(told, state.view[1]));
+    const inSight = told.slice(byTime(told, state.view[0]), afterTime(told, state.view[1]));
     const right = inSight.filter(holdsWords);
     matching = right.filter(event => isOfKind(event) && isOfSubject(event));
     drawChips(right);
@@ -71,17 +71,17 @@ const list = (() => {
       const before = matching[from + i - 1];
       const lines = [];
       if (!before || day(before) !== day(event)) lines.push(el("li", {class: "day"}, day(event)));
-      lines.push(line(event, before && before.t === event.t && before.side === event.side));
+      lines.push(line(event, before && before.t === event.t));
       return lines;
     });
   }
 
   function line(event, isSameTime) {
-    const tag = isPair ? el("span", {class: "tags"}, ...(event.twin ? sides : [event.side]).map(sideTag)) : null;
     const item = el("li", {class: `event ${event.outcome}${isAlone(event) ? " alone" : ""}`},
       el("button", {type: "button", "aria-expanded": "false", onclick: () => select(state.selected === event ? null : event)},
-        el("time", {class: isSameTime ? "same" : null}, timeOfDay(event.side.clock, event.t)), markIcon(event.outcome), tag,
-        el("span", {class: "subject"}, event.subject), el("span", {class: "sentence"}, sentenceOf(event))));
+        el("time", {class: isSameTime ? "same" : null}, timeOfDay(event.side.clock, event.t)), markIcon(event.outcome),
+        el("span", {class: "subject"}, event.subject),
+        el("span", {class: "sentence"}, isAlone(event) ? sideTag(event.side) : null, sentenceOf(event))));
     item.event = event;
     return item;
   }
@@ -111,12 +111,9 @@ const list = (() => {
 
   /** Scrolls the list, not the page, so that the line is seen. */
   function bringIntoView(item) {
-    if (box.scrollHeight <= box.clientHeight) return;
-    const sticky = 28;
-    if (item.offsetTop - box.offsetTop < box.scrollTop + sticky) box.scrollTop = item.offsetTop - box.offsetTop - sticky - 40;
-    else if (item.offsetTop - box.offsetTop + item.offsetHeight > box.scrollTop + box.clientHeight) {
-      box.scrollTop = item.offsetTop - box.offsetTop - Math.max(sticky, box.clientHeight / 3);
-    }
+    const room = box.clientHeight, kDayLine = 28;
+    const isSeen = item.offsetTop >= box.scrollTop + kDayLine && item.offsetTop + item.offsetHeight <= box.scrollTop + room;
+    if (!isSeen) box.scrollTop = item.offsetTop - Math.max(kDayLine, Math.min(room / 3, room - item.offsetHeight));
   }
 
   const watcher = new IntersectionObserver(entries => {

@@ -18,15 +18,25 @@ function markIcon(outcome) {
   return svg.node();
 }
 
-/** Of marks closer than this only the first is drawn; the card tells how many there are. */
+/** Of marks of one kind closer than this only the first is drawn; the card tells how many there are. */
 const kMarkRoomPx = 5;
+/** Where there are more of them, only what is out of the ordinary is marked. */
+const kPlainRoomPx = 8;
+const kPlain = new Set(["noted", "happened", "done"]);
 
-/** The path of all marks of one outcome that are in sight. */
-function marksPath(marks, outcome, x, view, y) {
+/** The marks of a row's side that are in sight and have room. */
+function marksInSight(marks, x, view) {
+  const inSight = marks.slice(byTime(marks, view[0]), afterTime(marks, view[1]));
+  const most = x.range()[1] / kPlainRoomPx;
+  return inSight.length <= most ? inSight : inSight.filter(one => !kPlain.has(one.outcome));
+}
+
+/** The path of all marks of one outcome. */
+function marksPath(marks, outcome, x, y) {
   let path = "", last = -Infinity;
-  for (let i = byTime(marks, view[0]); i < marks.length && marks[i].t <= view[1]; ++i) {
-    if (marks[i].outcome !== outcome) continue;
-    const at = Math.round(x(marks[i].t) * 2) / 2;
+  for (const mark of marks) {
+    if (mark.outcome !== outcome) continue;
+    const at = Math.round(x(mark.t) * 2) / 2;
     if (at - last < kMarkRoomPx) continue;
     path += kMarks[outcome].path(at, y);
     last = at;
@@ -37,8 +47,6 @@ function marksPath(marks, outcome, x, view, y) {
 /** The marks within `reach` pixels of a place, the nearest first; of equally near ones the more important. */
 function marksNear(marks, t, x, reach) {
   const at = x(t);
-  const near = [];
-  for (let i = byTime(marks, x.invert(at - reach)); i < marks.length && x(marks[i].t) <= at + reach; ++i) near.push(marks[i]);
-  return near.sort((a, b) => Math.abs(x(a.t) - at) - Math.abs(x(b.t) - at) ||
-    kOutcomes.indexOf(b.outcome) - kOutcomes.indexOf(a.outcome));
+  return marks.filter(mark => Math.abs(x(mark.t) - at) <= reach)
+    .sort((a, b) => Math.abs(x(a.t) - at) - Math.abs(x(b.t) - at) || kOutcomes.indexOf(b.outcome) - kOutcomes.indexOf(a.outcome));
 }

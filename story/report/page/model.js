@@ -5,7 +5,8 @@
 const data = JSON.parse(document.getElementById("data").textContent);
 
 const text = place => (place < 0 ? "" : data.strings[place]);
-const byTime = d3.bisector(thing => thing.t).left;
+/** The place of the first thing that is not before a time, and of the first behind it. */
+const {left: byTime, right: afterTime} = d3.bisector(thing => thing.t);
 
 /** Rows whose first number is the time since the row before, as absolute times. */
 function unfolded(rows, start, make) {
@@ -95,4 +96,11 @@ const appsOf = event => {
 };
 
 /** The interval of a lane that holds at a time. */
-const intervalAt = (intervals, t) => intervals[Math.max(0, d3.bisector(one => one.t).right(intervals, t) - 1)];
+const intervalAt = (intervals, t) => intervals[Math.max(0, afterTime(intervals, t) - 1)];
+
+/** The thing that made a lane as it is in an interval: where only its number changed, what began it all. */
+function beginningOf(intervals, interval) {
+  let at = intervals.indexOf(interval);
+  while (at > 0 && intervals[at].event < 0 && intervals[at - 1].value === interval.value) --at;
+  return at >= 0 && intervals[at].event >= 0 ? interval.side.events[intervals[at].event] : null;
+}

@@ -82,7 +82,8 @@ function nightName(night) {
     setView(t - half, t + half);
     showBrush();
   };
-  const showBrush = () => brushed.call(brush.move, state.view.map(x));
+  let isDrawn = false;
+  const showBrush = () => { if (isDrawn) brushed.call(brush.move, state.view.map(x)); };
 
   function resize() {
     const width = box.clientWidth;
@@ -96,7 +97,7 @@ function nightName(night) {
       const bar = {y, h: heights[row.id]};
       y += bar.h + 2;
       const {intervals} = row.sides[0];
-      ground.append("g").selectAll("path").data([...barPaths(intervals, row, x, whole, bar, row.kind === "depth")]).join("path")
+      ground.append("g").selectAll("path").data([...barPaths(intervals, x, whole, bar, row.kind === "depth")]).join("path")
         .attr("class", ([look]) => `bar ${look}`).attr("d", ([, path]) => path);
     }
     if (isLong && nights.length < width / 4) {
@@ -104,6 +105,7 @@ function nightName(night) {
     }
     brush.extent([[0, 0], [width, kHeight]]);
     brushed.call(brush);
+    isDrawn = true;
     showBrush();
   }
 

@@ -5,7 +5,7 @@
   document.getElementById("d3-version").textContent = d3.version;
   document.querySelector("h1").replaceChildren(...(isPair
     ? sides.map(side => el("span", {class: "side-name"}, sideTag(side), side.label)) : [document.title]));
-  const length = duration(whole[1] - whole[0]);
+  const length = days(whole[1] - whole[0]);
   document.querySelector(".when").textContent = `${stretch(first.clock, first.start, first.end)}, ${length}, ${first.zone}`;
   if (isPair && sides[1].shift !== 0) {
     document.querySelector(".when").append(`; B is of ${stretch(sides[1].clock, sides[1].start, sides[1].end)}, moved here`);
@@ -23,7 +23,8 @@
       isOf.set(key, {name, words, sides: [...(isOf.has(key) ? isOf.get(key).sides : []), side]});
     }
   }
-  facts.append(el("dl", {}, [...isOf.values()].map(fact =>
+  const byName = d3.groups([...isOf.values()], fact => fact.name).flatMap(([, few]) => few);
+  facts.append(el("dl", {}, byName.map(fact =>
     el("div", {}, el("dt", {}, isPair && fact.sides.length < 2 ? sideTag(fact.sides[0]) : null, fact.name), el("dd", {}, fact.words)))));
   const factsButton = document.getElementById("facts-button");
   factsButton.addEventListener("click", () => {
@@ -37,10 +38,14 @@
   legend.append(...kOutcomes.filter(outcome => rows.some(row => row.sides.some(one => one.marks.some(mark => mark.outcome === outcome))))
     .reverse().map(outcome => el("span", {}, markIcon(outcome), kMarks[outcome].words)));
   const swatch = (look, words) => el("span", {}, el("span", {class: `swatch ${look}`}), words);
-  const uses = look => rows.some(row => row.look && row.sides.some(one => one.intervals.some(interval => row.look(interval) === look)));
-  if (uses("measure")) legend.append(swatch("measure", "held back by the plugin"));
-  if (uses("byuser")) legend.append(swatch("byuser", "off by the user"));
-  if (uses("unknown")) legend.append(swatch("unknown", "not known"));
+  const used = new Set(rows.flatMap(row => row.sides.flatMap(one => [...new Set(one.intervals.map(interval => interval.look))])));
+  const depths = d3.range(1, kDeepest + 1).map(depth => `depth${depth}`);
+  if (depths.some(look => used.has(look))) {
+    legend.append(el("span", {class: "ramp"}, depths.map(look => el("span", {class: `swatch ${look}`})), el("span", {}, "from DARK to DEEP")));
+  }
+  for (const [look, words] of [["maintenance", "maintenance"], ["measure", "held back by the plugin"], ["byuser", "off by the user"], ["unknown", "not known"]]) {
+    if (used.has(look)) legend.append(swatch(look, words));
+  }
   if (isPair) {
     const box = el("input", {type: "checkbox", onchange: () => lanes.showOnlyDiffering(box.checked)});
     legend.append(swatch("difference", "differs"), el("label", {}, box, "only lanes that differ"));
@@ -48,13 +53,12 @@
 
   // theme
 
-  const kThemes = [{id: "", words: "Auto"}, {id: "light", words: "Light"}, {id: "dark", words: "Dark"}];
+  const kThemes = [{id: "", words: "auto"}, {id: "light", words: "light"}, {id: "dark", words: "dark"}];
   const themeButton = document.getElementById("theme-button");
   const setTheme = id => {
     const theme = kThemes.find(one => one.id === id) || kThemes[0];
     document.documentElement.dataset.theme = theme.id;
-    themeButton.textContent = theme.words;
-    themeButton.setAttribute("aria-label", `Theme: ${theme.words}`);
+    themeButton.textContent = `Theme: ${theme.words}`;
   };
   themeButton.addEventListener("click", () => {
     const at = kThemes.findIndex(one => one.id === document.documentElement.dataset.theme);
@@ -87,7 +91,9 @@
   // the address: #view=FROM,TO&event=PLACE&side=B&theme=dark, times in milliseconds of the wall clock or of the local clock
 
   function readTime(words) {
-    return /^-?\d+$/.test(words) ? Number(words) : first.clock.when(Date.parse(`${words}Z`));
+    if (/^-?\d+$/.test(words)) return Number(words);
+    const shown = Date.parse(`${words}Z`);
+    return Number.isNaN(shown) ? NaN : first.clock.when(shown);
   }
 
   function followAddress() {

@@ -4,7 +4,7 @@
 const onlyIf = (value, look) => interval => (interval.value === value ? look : "");
 const measure = interval => (interval.number > 0 ? "measure" : "");
 const radio = interval => (interval.number > 0 ? "measure" : interval.value === "on" ? "" : "byuser");
-const kDepths = {WORKING: 0, DARK: 1, NAP: 2, LIGHT: 3, APP_RES_DEEP: 4, SYS_RES_DEEP: 5, DEEP: 6};
+const kDepths = {WORKING: 0, MAINTENANCE: 1, DARK: 1, NAP: 2, SLEEP: 3, LIGHT: 3, APP_RES_DEEP: 4, SYS_RES_DEEP: 5, DEEP: 6};
 const kDeepest = 6;
 
 const kRows = [
@@ -13,10 +13,10 @@ const kRows = [
   {id: "light", kind: "curve", scale: () => d3.scaleSqrt(), unit: "lx"},
   {id: "stillness", kind: "curve", scale: () => d3.scaleLinear(), words: {0: "moving", 1: "still"}},
   {id: "proximity", kind: "curve", scale: () => d3.scaleLinear(), unit: ""},
-  {id: "condition", kind: "bar", subjects: ["night"], look: onlyIf("night", "night"), label: "day or night", after: true},
+  {id: "condition", kind: "bar", subjects: ["night"], look: onlyIf("night", "night"), label: "day, night", after: true},
   {id: "state", kind: "depth", subjects: ["state"], label: "state, phase"},
-  {id: "sleep", kind: "bar", subjects: ["sleep"], look: onlyIf("asleep", "asleep"), label: "user"},
-  {id: "bluetooth", kind: "bar", subjects: ["bluetooth"], look: radio, after: true},
+  {id: "sleep", kind: "bar", subjects: ["sleep"], look: onlyIf("asleep", "asleep"), after: true},
+  {id: "bluetooth", kind: "bar", subjects: ["bluetooth"], look: radio},
   {id: "wifi", kind: "bar", subjects: ["wifi"], look: radio, label: "Wi-Fi"},
   {id: "modem", kind: "bar", subjects: ["modem"], look: radio},
   {id: "firewall", kind: "bar", subjects: ["firewall", "push"], look: onlyIf("on", "measure"),
@@ -27,15 +27,15 @@ const kRows = [
     tell: one => (one.number > 0 ? `of ${count(one.number, "process")} proxied` : one.value)},
   {id: "timers", kind: "bar", subjects: ["timer"],
     look: one => (one.number > 300 ? "measure more" : one.number > 0 ? "measure" : ""),
-    tell: one => (one.number > 0 ? `stretched to ${one.number} s` : one.value)},
-  {id: "apps", kind: "marks", subjects: ["clean", "task", "exempt"], after: true},
+    tell: one => (one.number > 0 ? `stretched to ${one.number} s` : one.value), after: true},
+  {id: "apps", kind: "marks", subjects: ["clean", "task", "exempt"]},
   {id: "device", kind: "marks", subjects: ["power", "alarm", "device"]},
   {id: "service", kind: "marks", subjects: ["service", "fault", "file", "dump", "message"]},
   {id: "log", kind: "marks", subjects: ["debug", "info", "warning", "error"]},
 ];
 
 function count(number, noun) {
-  return `${number} ${noun}${number === 1 ? "" : noun.endsWith("s") ? "es" : "s"}`;
+  return `${d3.format(",")(number)} ${noun}${number === 1 ? "" : noun.endsWith("s") ? "es" : "s"}`;
 }
 
 /** State and phase in one: an interval for each stretch in which neither changes, "SLEEP, DEEP". */
@@ -48,7 +48,7 @@ function depthIntervals(side) {
     return {
       ...state, t, end: i + 1 < times.length ? times[i + 1] : side.end,
       value: isInPhase ? `SLEEP, ${phase.value}` : state.value,
-      depth: isInPhase ? kDepths[phase.value] : state.value === "SLEEP" ? kDepths.LIGHT : kDepths[state.value],
+      depth: kDepths[isInPhase ? phase.value : state.value] ?? kDepths.DARK,
       event: isInPhase && phase.t > state.t ? phase.event : state.event,
     };
   });
@@ -70,10 +70,11 @@ function makeRow(spec) {
     const marks = events.filter(one => !begins.has(one.place) || one.outcome === "kept" || one.outcome === "failed");
     return {side, intervals, events, marks, begins};
   });
-  if (row.kind === "depth") row.look = depthLook;
-  if (row.kind === "bar" || row.kind === "depth") {
-    const plain = row.look;
-    row.look = one => (one.value === "not known" ? "unknown" : plain(one));
+  const look = row.kind === "depth" ? depthLook : row.look;
+  if (look) {
+    for (const {intervals} of row.sides) {
+      for (const one of intervals) one.look = one.value === "not known" ? "unknown" : look(one);
+    }
   }
   row.hasMarks = row.sides.some(one => one.marks.length > 0);
   return row;
