@@ -31,7 +31,8 @@ constexpr char kExamples[] =
     "  standby replay --report night.html night.jsonl a page that shows it, for a browser\n"
     "  standby why night.jsonl --at 02:13             why it is as it is at that time\n"
     "  standby dump night.jsonl --at 02:13            the strategies' own words\n"
-    "  standby diff night.jsonl --config try.json     what a change of the configuration changes\n\n";
+    "  standby diff night.jsonl --config try.json     what a change of the configuration changes\n"
+    "  standby shell                                  a prompt on a simulated phone\n\n";
 
 constexpr char kReplayFooter[] =
     "The file given with --config is a JSON object with the keys of a trace's \"host\", and \"policy\";\n"
@@ -57,6 +58,11 @@ constexpr char kDiffFooter[] =
     "  standby diff night.jsonl --plugin OTHER.so               the plugin built with this program, and another\n"
     "  standby diff night.jsonl night.record                    whether a trace still plays as it was recorded\n"
     "Exit status: 0 the same, 1 different, 2 trouble.\n";
+
+constexpr char kShellFooter[] =
+    "Without a trace it is an ordinary phone at 21:00 of today, in the zone of TZ, else in UTC.\n"
+    "From a pipe each line is a command; one that is wrong is told on standard error with its line's\n"
+    "number, and the exit status is 2 in the end. The word help tells the commands.\n";
 
 /// The plugin as it is built and installed: in lib beside the bin that holds this program.
 std::string DefaultPlugin() {
@@ -232,15 +238,23 @@ void AddWhy(CLI::App& app, WhyOptions& options) {
     AddPlayerOptions(command, options.player);
 }
 
+void AddShell(CLI::App& app, ShellOptions& options) {
+    CLI::App& command = *app.add_subcommand("shell", "A prompt on the simulated phone, to move it by hand");
+    command.footer(kShellFooter);
+    command.add_option("TRACE", options.trace, "The trace to start from")->type_name("");
+    AddChoice(command, "--color", "WHEN", kColors, options.color, "auto (default), always, never");
+    AddPlayerOptions(command, options.player);
+}
+
 }  // namespace
 
-std::variant<ReplayOptions, DumpOptions, DiffOptions, WhyOptions, TextRequest, CommandLineError> ParseCommandLine(
-    int argc, const char* const* argv) {
+Request ParseCommandLine(int argc, const char* const* argv) {
     ReplayOptions replay;
     DumpOptions dump;
     DiffOptions diff;
     WhyOptions why;
-    dump.player.plugin = why.player.plugin = DefaultPlugin();
+    ShellOptions shell;
+    dump.player.plugin = shell.player.plugin = why.player.plugin = DefaultPlugin();
     replay.names.plugins = {DefaultPlugin()};
     CLI::App app(kAbout, "standby");
     app.footer(std::string(kExamples) + kExitStatuses);
@@ -250,6 +264,7 @@ std::variant<ReplayOptions, DumpOptions, DiffOptions, WhyOptions, TextRequest, C
     AddDump(app, dump);
     AddDiff(app, diff);
     AddWhy(app, why);
+    AddShell(app, shell);
     try {
         app.parse(argc, argv);
     } catch (const CLI::CallForHelp&) {
@@ -273,6 +288,9 @@ std::variant<ReplayOptions, DumpOptions, DiffOptions, WhyOptions, TextRequest, C
     }
     if (app.got_subcommand("diff")) {
         return WithBothSides(std::move(diff));
+    }
+    if (app.got_subcommand("shell")) {
+        return shell;
     }
     return CommandLineError{"no command; try standby --help"};
 }

@@ -59,6 +59,12 @@ struct WhyOptions {
     AnswerFormat format = AnswerFormat::TEXT;
 };
 
+struct ShellOptions {
+    PlayerOptions player;
+    std::string trace;  ///< empty for an ordinary phone
+    ColorChoice color = ColorChoice::AUTO;
+};
+
 /// Help or version, for standard output.
 struct TextRequest {
     std::string text;
@@ -69,8 +75,11 @@ struct CommandLineError {
     std::string text;
 };
 
-[[nodiscard]] std::variant<ReplayOptions, DumpOptions, DiffOptions, WhyOptions, TextRequest, CommandLineError>
-ParseCommandLine(int argc, const char* const* argv);
+/// What a command line asks for.
+using Request =
+    std::variant<ReplayOptions, DumpOptions, DiffOptions, WhyOptions, ShellOptions, TextRequest, CommandLineError>;
+
+[[nodiscard]] Request ParseCommandLine(int argc, const char* const* argv);
 
 }  // namespace TARN::Cli
 

@@ -7,6 +7,7 @@
 #include "exit_status.h"
 #include "output_file.h"
 #include "replay_command.h"
+#include "shell_command.h"
 #include "why_command.h"
 
 namespace {
@@ -32,6 +33,10 @@ int Do(const DiffOptions& options, OutputFile& output) {
 
 int Do(const WhyOptions& options, OutputFile& output) {
     return RunWhy(options, output);
+}
+
+int Do(const ShellOptions& options, OutputFile& output) {
+    return RunShell(options, output);
 }
 
 int Do(const CommandLineError& error, OutputFile& /*output*/) {

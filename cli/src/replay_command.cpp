@@ -1,10 +1,9 @@
 #include "replay_command.h"
 
-#include <cstdlib>
-#include <cstring>
 #include <deque>
 #include <vector>
 
+#include "color.h"
 #include "exit_status.h"
 #include "inputs.h"
 #include "jsonl_writer.h"
@@ -19,16 +18,6 @@
 namespace TARN::Cli {
 
 namespace {
-
-bool IsColored(ColorChoice choice, const OutputFile& output) {
-    if (choice != ColorChoice::AUTO) {
-        return choice == ColorChoice::ALWAYS;
-    }
-    const char* plain = std::getenv("NO_COLOR");
-    const char* terminal = std::getenv("TERM");
-    return output.IsTerminal() && (plain == nullptr || *plain == '\0') && terminal != nullptr &&
-           std::strcmp(terminal, "dumb") != 0;
-}
 
 /// Plays one trace; each has its own memory of the phone.
 void PlayOne(const Replay::Trace& trace, const Replay::PlayOptions& player, const ReplayOptions& options,

@@ -135,7 +135,7 @@ SubjectAnswer AnswerOf(const Night& night, int64_t t, const Topic& topic) {
 WhyAnswer Ask(const Night& night, int64_t t, const WhyQuestion& question) {
     WhyAnswer answer;
     answer.t = t;
-    answer.areDatesSaid = night.end - night.start > kDayMs;
+    answer.areDatesSaid = std::max(night.end, t) - night.start > kDayMs;  // one that is still read has no end yet
     if (!question.app.empty()) {
         answer.apps = AskForApps(night, t, question.app);
         return answer;
