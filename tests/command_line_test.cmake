@@ -123,6 +123,12 @@ answers(1 "in the record: Thu 1 Jan 1970 .*\n  A  00:00:00.500  message 7\n  B  
 answers(1 "  A  the trace's own configuration\n  B  config.json\n.*asleep  .*only in A" "^$" diff good.jsonl --config config.json)
 answers(1 "  A  config.json\n  B  empty.json\n" "^$" diff good.jsonl --config config.json --config empty.json)
 answers(0 "^no difference" "^$" diff good.jsonl good.jsonl --config config.json)
+file(WRITE ${WORK}/dark.jsonl [[{"trace": 1, "start": 0, "device": {"sensors": []}}
+{"t": 500, "broadcast": {"action": "COMMON_EVENT_SCREEN_OFF"}}
+]])
+answers(0 "\"reason\":" "^$" replay --format jsonl --reasons dark.jsonl)
+file(WRITE ${WORK}/reasons.record "${output}")
+answers(0 "^no difference" "^$" diff dark.jsonl reasons.record)
 complaint(tornRecord "torn.record:[0-9]+: the record ends before the summary of its run; expected")
 answers(2 "^$" "${tornRecord}" diff good.record torn.record)
 complaint(foreign "config.json: neither a trace nor a record; expected")

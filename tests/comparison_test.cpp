@@ -160,6 +160,7 @@ Story::Night TwoHours(int64_t asleep, const std::string& state) {
     night.At(LaneId::STATE).Set(kStart, "WORKING");
     night.At(LaneId::STATE).Set(kStart + 15 * kMinute, "DARK");
     night.At(LaneId::STATE).Set(kStart + 60 * kMinute, state);
+    night.At(LaneId::TIMERS).Set(kStart + 5 * kMinute, "stretched", asleep);
     night.At(LaneId::SLEEP).Set(kStart + 60 * kMinute, "asleep");
     night.At(LaneId::SLEEP).Set(kStart + (60 + asleep) * kMinute, "awake");
     for (Lane& lane : night.lanes) {
@@ -197,6 +198,10 @@ TEST(Comparison, SaysByHowMuchTwoNightsDifferAndFromWhenOn) {
     EXPECT_EQ(asleep["a"], 30 * kMinute);
     EXPECT_EQ(asleep["difference"], -10 * kMinute);
     EXPECT_EQ(asleep["apart"]["local"], "2026-03-01T22:20:00+0100");
+    const auto& stretched = json["figures"][8];
+    EXPECT_EQ(stretched["name"], "timers stretched");
+    EXPECT_EQ(stretched["difference"], 0);
+    EXPECT_EQ(stretched["apart"]["t"], kStart + 5 * kMinute) << "to other lengths";
     EXPECT_EQ(json["states_part"]["t"], kStart + 60 * kMinute);
     EXPECT_EQ(json["states_part"]["b"], "SLEEP (off)");
     EXPECT_EQ(json["killed"]["only_a"], nlohmann::json({"NAP"}));
@@ -211,6 +216,15 @@ TEST(Comparison, SaysByHowMuchTwoNightsDifferAndFromWhenOn) {
                                       "  B  22:00:00  state      SLEEP: dark\n"));
     EXPECT_THAT(text.str(), HasSubstr("asleep            30 min        20 min        −10 min       Sun 1 Mar 22:20\n"));
     EXPECT_THAT(text.str(), HasSubstr("The states part on Sun 1 Mar at 22:00: A is in NAP (off), B in SLEEP (off).\n"));
+}
+
+TEST(Comparison, LooksOnlyAtTheTimeThatBothNightsCover) {
+    const Story::Night whole = TwoHours(30, "NAP");
+    Story::Night part = TwoHours(20, "SLEEP");
+    part.end = kStart + 50 * kMinute;
+    const auto json = ToJson({{"one", "other"}, Compare(Record("1 a"), Record("1 b")), {&whole, &part}});
+    EXPECT_TRUE(json["states_part"].is_null());
+    EXPECT_TRUE(json["figures"][0]["apart"].is_null());
 }
 
 TEST(Comparison, ClaimsNothingOfRecordsThatItsLinesDoNotSay) {

@@ -172,6 +172,7 @@ Story::Night TenMinutes() {
                     Happens(dark, Subject::STATE, Outcome::DONE, "WORKING → DARK"),
                     Happens(dark, Subject::BLUETOOTH, Outcome::DONE, "off", "the state", 1),
                     Happens(dark, Subject::BLUETOOTH, Outcome::FAILED, "could not\n\xC3(", "audio", 0),
+                    Happens(dark, Subject::STATE, Outcome::KEPT, "stays DARK", "", 1),
                     Happens(night.end, Subject::SLEEP, Outcome::KEPT, "not asleep", "", 1)};
     night.At(LaneId::STATE).Set(kStart, "WORKING");
     night.At(LaneId::STATE).Set(dark, "DARK", 1, 1);
@@ -208,8 +209,9 @@ TEST(TraceEvents, TracksHoldOneStateAtATimeAndWhatOverlapsHasRowsOfItsOwn) {
                                               "X frozen frozen 60000000+540001000", "X task audio begins 0+1"));
     // what changed its lane is the slice; the rest shows in the order in which it happened
     EXPECT_THAT(Drawn(file, "i"),
-                ElementsAre("i bluetooth could not\n\xEF\xBF\xBD(: audio 60000002", "i sleep not asleep 600000000",
-                            "i clean spared a\xEF\xBF\xBD (8): audio 60000000"));
+                ElementsAre("i bluetooth could not\n\xEF\xBF\xBD(: audio 60000002", "i state stays DARK 60000003",
+                            "i sleep not asleep 600000000", "i clean spared a\xEF\xBF\xBD (8): audio 60000000"));
+    // from slice to slice, and none within one
     EXPECT_THAT(Drawn(file, "sf"),
                 ElementsAre("s state because 60000000", "f bluetooth because 60000001", "s task because 0",
                             "f bluetooth because 60000002", "s state because 60000000", "f sleep because 600000000"));
