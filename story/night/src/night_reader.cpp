@@ -46,6 +46,7 @@ struct NightReader::Storytellers {
         if (step.phone.processes) {
             calls.Processes().ForgetEnded(kNoEvent);
         }
+        sleep.OnFacts(step);
         DrawCurves(night, scribe.Now(), step, isStart);
         if (step.host.condition) {
             SetCondition(*step.host.condition);
@@ -75,10 +76,10 @@ struct NightReader::Storytellers {
         calls.Processes().OnConfig(config);
         calls.Network().OnConfig(config);
         messages.OnConfig(config);
+        sleep.OnConfig(config.standbyMode);
         scribe.MoveTo(trace.start);
         scribe.Set(LaneId::SCREEN, kNotKnown);
         scribe.Set(LaneId::CHARGER, trace.device.phone.plugged.value_or(0) != 0 ? "plugged" : "unplugged");
-        scribe.Set(LaneId::SLEEP, "awake");
         scribe.Set(LaneId::FIREWALL, "off");
         scribe.Set(LaneId::FROZEN, "none");
         scribe.Set(LaneId::LOCKS, "none");
@@ -87,6 +88,7 @@ struct NightReader::Storytellers {
         SetCondition(night.isScripted ? trace.device.host.condition.value_or(DevStandbyMgr::ConditionType::DAY_STANDBY)
                                       : DevStandbyMgr::ConditionAt(config.policy, trace.start));
         SetFacts(trace.device, /*isStart=*/true);
+        sleep.OnStart(kNoEvent);
         if (view != nullptr) {
             view->OnHead(night);
         }
@@ -101,7 +103,7 @@ struct NightReader::Storytellers {
         Settle();
         const Scribe::Id id = scribe.Write(Subject::SERVICE, Outcome::HAPPENED,
                                            step.isCrash ? "crashes and starts again" : "stops and starts again");
-        sleep.OnRestart(id);
+        sleep.OnStart(id);
         states.OnStart(!night.isScripted, id);
     }
 
@@ -173,7 +175,7 @@ void NightReader::OnCall(int64_t t, std::string_view operation, const nlohmann::
 
 void NightReader::OnDeliver(int64_t t, const DevStandbyMgr::StandbyMessage& message) {
     my_->MoveTo(t);
-    my_->sleep.Settle();
+    my_->sleep.OnMessage(message);
     my_->messages.OnDeliver(message);
 }
 
