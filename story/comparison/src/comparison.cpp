@@ -36,13 +36,6 @@ std::string Moment(int64_t t) {
     return TimeZone::Format(t, "%a %-d %b %Y ") + LocalMs(t) + TimeZone::Format(t, " %Z");
 }
 
-/// Text that a terminal shows and does not obey: names come from traces.
-std::string Tame(std::string text) {
-    std::replace_if(
-        text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) < ' ') || c == '\x7f'; }, '?');
-    return text;
-}
-
 /// Fills up with spaces to a width in characters.
 std::string Padded(std::string text, size_t width) {
     const auto length = static_cast<size_t>(std::count_if(
