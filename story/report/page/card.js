@@ -20,7 +20,8 @@ function timeOf(event, near) {
   return (near !== undefined && day(near) !== day(event.t) ? `${day(event.t)} ` : "") + timeOfDay(clock, event.t);
 }
 
-const sentenceOf = event => [event.text, event.reason ? el("span", {class: "reason"}, `: ${event.reason}`) : null];
+const sentenceOf = event =>
+  [el("bdi", {}, event.text), event.reason ? el("span", {class: "reason"}, ": ", el("bdi", {}, event.reason)) : null];
 const wordsOf = event => event.text + (event.reason ? `: ${event.reason}` : "");
 
 function valuesOf(event) {

@@ -81,7 +81,8 @@ function barPaths(intervals, x, view, bar, hangs) {
     const x0 = at(Math.max(one.t, view[0])), x1 = at(Math.min(one.end, view[1]));
     if (x1 - x0 >= kNarrowPx) {
       flush();
-      const isGoingOn = i > 0 && intervals[i - 1].look === one.look && x1 - x0 > 4;  // a gap shows that something changed
+      // a gap shows that something changed, where it cannot be taken for more than that
+      const isGoingOn = i > 0 && intervals[i - 1].look === one.look && Math.min(x1 - x0, x0 - at(intervals[i - 1].t)) > 30;
       put(one.look, isGoingOn ? x0 + 1 : x0, x1, heightOf(one));
       continue;
     }

@@ -33,9 +33,11 @@ class Clock {
     return formatter(pattern)(new Date(this.shown(t)));
   }
 
-  /** The changes of the clock within a stretch, each with what the clock showed before and after. */
+  /** The changes of the clock within a stretch, each with what it showed before and after; none where there are many. */
   changesWithin(from, to) {
-    return this.changes.slice(1).filter(one => one.t > from && one.t < to).map(one => {
+    const kMost = 8;
+    const within = this.changes.slice(1).filter(one => one.t > from && one.t < to);
+    return (within.length > kMost ? [] : within).map(one => {
       const before = this.changes[this.changes.indexOf(one) - 1];
       return {
         t: one.t, by: one.offset - before.offset, name: one.name,

@@ -12,11 +12,12 @@ const nights = (() => {
   return edges.slice(1).map((end, i) => ({from: edges[i], to: end}));
 })();
 
-/** "Mon 6 – Tue 7 Mar"; of one that lies within a day, that day. */
+/** "Mon 6 – Tue 7 Mar 2017"; of one that lies within a day, that day. */
 function nightName(night) {
   const {clock} = sides[0];
-  const [first, last] = [night.from, night.to - 1].map(t => clock.format(t, "%a %-d %b %Y"));
-  return first === last ? first : `${clock.format(night.from, "%a %-d %b")} – ${last}`;
+  const [first, last] = ["%a %-d", " %b", " %Y"].map(part => [night.from, night.to - 1].map(t => clock.format(t, part)))
+    .reduce(([a, b], [c, d]) => [a + (c === d ? "" : c), b + d]);
+  return clock.format(night.from, "%x") === clock.format(night.to - 1, "%x") ? last : `${first} – ${last}`;
 }
 
 (() => {

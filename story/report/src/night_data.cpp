@@ -235,17 +235,12 @@ private:
     void WriteLanes() {
         for (size_t i = 0; i < kLanes; ++i) {
             const auto lane = static_cast<LaneId>(i);
-            const std::vector<Interval> counted = Counted(night_, lane);
-            auto next = counted.begin();
             Restart();
             out_.Open('[');
             out_.Add(strings_.Of(NameOf(lane)));
             for (const Interval& interval : night_.At(lane).Intervals()) {
-                while (next != counted.end() && next->to <= interval.from) {
-                    ++next;
-                }
                 out_.Row(Since(interval.from), strings_.Of(interval.value), interval.number, PlaceOf(interval.event),
-                         next != counted.end() && next->from <= interval.from ? 1 : 0);
+                         Counts(lane, interval) ? 1 : 0);
             }
             out_.Close(']');
         }
