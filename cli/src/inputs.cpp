@@ -21,7 +21,7 @@ using DevStandbyMgr::Refuse;
 
 constexpr char kStandardInput[] = "-";
 constexpr size_t kPieceBytes = size_t{64} * 1024;
-constexpr size_t kMostLookedAt = size_t{16} * 1024 * 1024;
+constexpr size_t kMostLookedAt = size_t{1024} * 1024;
 
 Replay::Trace Read(const std::string& name) {
     Input input(name, "a trace");
