@@ -334,11 +334,11 @@ const lanes = (() => {
   });
   listeners.on("selected.lanes", drawSelected);
   listeners.on("pointed.lanes", drawPointed);
-  new ResizeObserver(() => {
+  whenResized(box, () => {
     if (!drawing) return;
     if (isFilling() && box.clientHeight !== laidOutFor) layOutAll();
     else resize();
-  }).observe(box);
+  });
 
   return {
     layOutAll,

@@ -111,7 +111,7 @@ function nightName(night) {
   }
 
   listeners.on("view.nights", () => { showView(); showBrush(); });
-  new ResizeObserver(resize).observe(box);
+  whenResized(box, resize);
   showView();
   window.addEventListener("keydown", event => {
     if (event.key === "n" && !isTyping(event)) neighbour(1);

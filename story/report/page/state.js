@@ -59,3 +59,12 @@ function setFilter(change) {
   Object.assign(state, change);
   listeners.call("filter");
 }
+
+/** Calls `action` when an element has got another size, and at first; not before the page has settled. */
+function whenResized(element, action) {
+  let frame = 0;
+  new ResizeObserver(() => {
+    cancelAnimationFrame(frame);
+    frame = requestAnimationFrame(action);
+  }).observe(element);
+}
