@@ -187,7 +187,9 @@ TEST(Shell, AWrongLineIsToldInOneAndDoesNothing) {
         {"exempt com.mail", "exempt: something is missing; expected exempt [NAME network|locks|freeze]"},
         {"exempt com.mail radio", R"(exempt: "radio"; expected exempt [NAME network|locks|freeze])"},
         {"force-idle deeper", R"(force-idle: "deeper"; expected force-idle [light|deep])"},
-        {"why rain", R"(why: "rain"; expected why [ABOUT] [--app NAME])"},
+        {"why rain",
+         R"(why: "rain"; expected one of state, sleep, screen, bluetooth, wifi, modem, network, freeze, locks, )"
+         "timers, clean, or --app NAME"},
         {"save", "save: something is missing; expected save FILE"},
         {"save /", "save: /: Is a directory; expected a file that can be written"},
         {"exempt \xFF network", R"("exempt \ufffd network"; expected text in UTF-8)"},

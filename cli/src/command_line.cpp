@@ -109,11 +109,14 @@ void AddChoice(CLI::App& command, const std::string& name, const std::string& pl
         ->type_name(placeholder);
 }
 
+void AddPlayed(CLI::App& command, std::string& plugin, std::string& config) {
+    command.add_option("--plugin", plugin, "The plugin to load; else the one built with this program")
+        ->type_name("FILE");
+    command.add_option("--config", config, "Host configuration that overrides the traces' own")->type_name("FILE");
+}
+
 void AddPlayerOptions(CLI::App& command, PlayerOptions& options) {
-    command.add_option("--plugin", options.plugin, "The plugin to load; else the one built with this program")
-        ->type_name("FILE");
-    command.add_option("--config", options.config, "Host configuration that overrides the traces' own")
-        ->type_name("FILE");
+    AddPlayed(command, options.plugin, options.config);
     command.add_flag("--no-progress", options.isProgressHidden, "Show no progress on the terminal");
 }
 
@@ -243,7 +246,7 @@ void AddShell(CLI::App& app, ShellOptions& options) {
     command.footer(kShellFooter);
     command.add_option("TRACE", options.trace, "The trace to start from")->type_name("");
     AddChoice(command, "--color", "WHEN", kColors, options.color, "auto (default), always, never");
-    AddPlayerOptions(command, options.player);
+    AddPlayed(command, options.plugin, options.config);
 }
 
 }  // namespace
@@ -254,7 +257,7 @@ Request ParseCommandLine(int argc, const char* const* argv) {
     DiffOptions diff;
     WhyOptions why;
     ShellOptions shell;
-    dump.player.plugin = shell.player.plugin = why.player.plugin = DefaultPlugin();
+    dump.player.plugin = shell.plugin = why.player.plugin = DefaultPlugin();
     replay.names.plugins = {DefaultPlugin()};
     CLI::App app(kAbout, "standby");
     app.footer(std::string(kExamples) + kExitStatuses);

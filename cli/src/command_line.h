@@ -60,8 +60,9 @@ struct WhyOptions {
 };
 
 struct ShellOptions {
-    PlayerOptions player;
-    std::string trace;  ///< empty for an ordinary phone
+    std::string plugin;
+    std::string config;  ///< a file that overrides the trace's host; empty for none
+    std::string trace;   ///< empty for an ordinary phone
     ColorChoice color = ColorChoice::AUTO;
 };
 

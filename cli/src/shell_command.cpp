@@ -59,8 +59,8 @@ Start ReadStart(const ShellOptions& options) {
         Input input(options.trace, "a trace");
         start.trace = Replay::ReadTrace(input.Stream(), input.Name(), &start.lines);
     }
-    if (!options.player.config.empty()) {
-        DevStandbyMgr::StandbyConfigFile(options.player.config).LayOver(start.trace.host);
+    if (!options.config.empty()) {
+        DevStandbyMgr::StandbyConfigFile(options.config).LayOver(start.trace.host);
     }
     return start;
 }
@@ -139,7 +139,7 @@ int RunShell(const ShellOptions& options, OutputFile& output) {
     try {
         const Start start = ReadStart(options);
         Shell::Shell shell(start.trace, start.lines,
-                           {.pluginPath = options.player.plugin,
+                           {.pluginPath = options.plugin,
                             .isColored = IsColored(options.color, output),
                             .isInterrupted = [] { return isInterrupted != 0; },
                             .witness = nullptr},

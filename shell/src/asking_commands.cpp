@@ -211,7 +211,11 @@ void Why(Bench& bench, Arguments& words) {
         if (*word == "--app") {
             question.app = words.Word();
         } else if (!(question.about = Story::AboutOf(*word))) {
-            words.Misused(Quote(*word));
+            std::string known;
+            for (size_t i = 0; i < Story::kAbouts; ++i) {
+                known.append(known.empty() ? "" : ", ").append(Story::WordOf(static_cast<Story::About>(i)));
+            }
+            Refuse("", Quote(*word), "one of " + known + ", or --app NAME");
         }
     }
     Story::Tell(Story::Ask(bench.hearing.Night(), bench.phone.NowMs(), question), bench.output);

@@ -7,6 +7,7 @@
 #include "commands.h"
 #include "common_event_support.h"
 #include "operations.h"
+#include "phrases.h"
 #include "standby_constants.h"
 #include "why.h"
 
@@ -26,12 +27,16 @@ Words CommandNames() {
     return names;
 }
 
+/// Those that can be typed as one word.
 Words AppNames(const Simulated::PhoneFacts& facts) {
     Words names;
     for (const Simulated::Process& process : facts.processes) {
         names.insert(process.name);
         names.insert(process.bundles.begin(), process.bundles.end());
     }
+    std::erase_if(names, [](const std::string& name) {
+        return name.find(' ') != std::string::npos || name != Story::Tame(name);
+    });
     return names;
 }
 

@@ -8,6 +8,7 @@
 #include "common_event_support.h"
 #include "json_fields.h"
 #include "moment.h"
+#include "phrases.h"
 #include "simulated_phone.h"
 #include "standby_constants.h"
 #include "standby_service_impl.h"
@@ -203,7 +204,7 @@ void Exempt(Bench& bench, Arguments& words) {
         for (const Limit& limit : kLimits) {
             bench.output << limit.word << ':';
             for (const std::string& exempt : ExemptFrom(bench, limit)) {
-                bench.output << ' ' << exempt;
+                bench.output << ' ' << Story::Tame(exempt);
             }
             bench.output << '\n';
         }
@@ -213,7 +214,7 @@ void Exempt(Bench& bench, Arguments& words) {
     words.End();
     auto names = ExemptFrom(bench, limit);
     if (std::find(names.begin(), names.end(), *name) != names.end()) {
-        bench.output << *name << " is exempt already\n";
+        bench.output << Story::Tame(*name) << " is exempt already\n";
         return;
     }
     names.push_back(*name);
@@ -235,7 +236,7 @@ void Unexempt(Bench& bench, Arguments& words) {
         }
     }
     if (steps.empty()) {
-        bench.output << name << " is not exempt\n";
+        bench.output << Story::Tame(name) << " is not exempt\n";
         return;
     }
     bench.phone.Do(steps);
