@@ -88,21 +88,23 @@
     event.preventDefault();
   });
 
-  // the address: #view=FROM,TO&event=PLACE&side=B&theme=dark, times in milliseconds of the wall clock or of the local clock
+  // the address: #view=FROM,TO&at=TIME&about=SUBJECT&side=B&theme=dark. A time is one of the wall clock in milliseconds or
+  // of the local clock; what is selected is the last event of the subject until then.
 
-  function readTime(words) {
-    if (/^-?\d+$/.test(words)) return Number(words);
+  function readTime(words, side) {
+    if (/^-?\d+$/.test(words)) return Number(words) + side.shift;
     const shown = Date.parse(`${words}Z`);
-    return Number.isNaN(shown) ? NaN : first.clock.when(shown);
+    return Number.isNaN(shown) ? NaN : side.clock.when(shown);
   }
 
   function followAddress() {
     const asked = new URLSearchParams(location.hash.slice(1));
     if (asked.has("theme")) setTheme(asked.get("theme"));
-    const view = (asked.get("view") || "").split(",").map(readTime);
+    const view = (asked.get("view") || "").split(",").map(words => readTime(words, first));
     if (view.length === 2 && view.every(Number.isFinite)) setView(...view);
     const side = sides.find(one => one.letter === asked.get("side")) || first;
-    const event = side.events[Number(asked.get("event") || NaN)];
+    const until = side.events.slice(0, afterTime(side.events, readTime(asked.get("at") || "", side)));
+    const event = until.reverse().find(one => one.subject === asked.get("about"));
     if (event) select(event);
   }
 
@@ -112,7 +114,10 @@
     waiting = setTimeout(() => {
       const say = new URLSearchParams();
       if (state.view[0] !== whole[0] || state.view[1] !== whole[1]) say.set("view", state.view.map(Math.round).join(","));
-      if (state.selected) say.set("event", state.selected.place);
+      if (state.selected) {
+        say.set("at", state.selected.t - state.selected.side.shift);
+        say.set("about", state.selected.subject);
+      }
       if (state.selected && state.selected.side !== first) say.set("side", state.selected.side.letter);
       if (document.documentElement.dataset.theme) say.set("theme", document.documentElement.dataset.theme);
       try { history.replaceState(null, "", `#${decodeURIComponent(say.toString())}`); } catch { /* not every place has an address */ }

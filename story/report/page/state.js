@@ -60,11 +60,12 @@ function setFilter(change) {
   listeners.call("filter");
 }
 
-/** Calls `action` when an element has got another size, and at first; not before the page has settled. */
+/** Calls `action` when an element has got another size, and at first. */
 function whenResized(element, action) {
   let frame = 0;
   new ResizeObserver(() => {
     cancelAnimationFrame(frame);
-    frame = requestAnimationFrame(action);
+    frame = requestAnimationFrame(action);  // what it changes may change sizes again
   }).observe(element);
+  window.addEventListener("resize", action);
 }
