@@ -21,7 +21,7 @@ std::map<std::string, std::vector<std::string>> LoggedTexts() {
     const std::regex call(R"(STANDBYSERVICE_LOG[DIWE]\(\s*((?:"(?:[^"\\]|\\.)*"\s*)+))");
     const std::regex piece(R"re("((?:[^"\\]|\\.)*)")re");
     for (const char* const room : {"standby_service", "strategy_adapter", "message_listener", "state_adapter"}) {
-        for (const auto& entry : fs::recursive_directory_iterator(fs::path(SOURCE_FOLDER) / room)) {
+        for (const auto& entry : fs::recursive_directory_iterator(fs::path(HOST_FOLDER).parent_path() / room)) {
             if (entry.path().extension() != ".cpp") {
                 continue;
             }
