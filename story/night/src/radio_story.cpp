@@ -25,13 +25,13 @@ void RadioStory::Switch(Radio& radio, bool isOn, const Json& result) {
     std::string text = isOn ? "back on" : "off";
     Outcome outcome = Outcome::DONE;
     if (isOn == radio.isOn) {
-        text = isOn ? "switched on once more: it was on already" : "switched off once more: it was off already";
+        text = isOn ? "told to go on, although it was on already" : "told to go off, although it was off already";
         if (!isOn && !radio.isOurs) {
-            text = "switched off once more: the user had it off";
+            text = "told to go off, although the user had it off already";
         }
         outcome = Outcome::NOTED;
     } else if (isOn && !radio.isOurs) {
-        text = "switched on, although it was not the plugin that had it off";
+        text = "switched on, although the user had it off";
     }
     if (isOn || radio.isOn) {
         radio.isOurs = !isOn;
