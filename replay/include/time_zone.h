@@ -2,6 +2,7 @@
 #define REPLAY_TIME_ZONE_H
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace TARN::Replay {
@@ -27,6 +28,10 @@ public:
 
     /// How far the local clock is ahead of UTC at a wall clock, milliseconds. The zone must be in use.
     [[nodiscard]] static int64_t OffsetMs(int64_t wallMs);
+
+    /// An instant after `from`, up to and including `to`, at which the local clock jumps; nothing where it is as far
+    /// ahead at both. The zone must be in use.
+    [[nodiscard]] static std::optional<int64_t> FindChange(int64_t from, int64_t to);
 
 private:
     std::string name_;

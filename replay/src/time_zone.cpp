@@ -4,7 +4,6 @@
 #include <cstdlib>
 #include <ctime>
 #include <fstream>
-#include <optional>
 #include <regex>
 #include <string_view>
 
@@ -124,6 +123,18 @@ std::string TimeZone::Format(int64_t wallMs, const char* format) {
 
 int64_t TimeZone::OffsetMs(int64_t wallMs) {
     return static_cast<int64_t>(Local(SecondsOf(wallMs)).tm_gmtoff) * kMsPerSecond;
+}
+
+std::optional<int64_t> TimeZone::FindChange(int64_t from, int64_t to) {
+    const int64_t before = OffsetMs(from);
+    if (OffsetMs(to) == before) {
+        return std::nullopt;
+    }
+    while (to - from > 1) {
+        const int64_t middle = from + (to - from) / 2;
+        (OffsetMs(middle) == before ? from : to) = middle;
+    }
+    return to;
 }
 
 }  // namespace TARN::Replay
