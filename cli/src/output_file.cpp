@@ -1,6 +1,7 @@
 #include "output_file.h"
 
 #include <fcntl.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -30,6 +31,11 @@ OutputFile::OutputFile() : buffer_(kPieceBytes), stream_(this) {
 
 bool OutputFile::IsTerminal() const {
     return ::isatty(STDOUT_FILENO) == 1;
+}
+
+size_t OutputFile::Columns() const {
+    winsize size{};
+    return ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
 }
 
 void OutputFile::Discard() {

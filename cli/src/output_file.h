@@ -22,6 +22,8 @@ public:
 
     [[nodiscard]] std::ostream& Stream() noexcept { return stream_; }
     [[nodiscard]] bool IsTerminal() const;
+    /// How wide the terminal is; 0 where it is none, or does not say.
+    [[nodiscard]] size_t Columns() const;
     [[nodiscard]] bool IsBroken() const noexcept { return error_ != 0; }
 
     /// Is called before each piece is written.

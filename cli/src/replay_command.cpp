@@ -35,8 +35,9 @@ void PlayOne(const Replay::Trace& trace, const Replay::PlayOptions& player, cons
         file.Finish();
         return;
     }
-    Story::Timeline timeline(output.Stream(),
-                             {.isColored = IsColored(options.color, output), .isUnfolded = options.isUnfolded});
+    Story::Timeline timeline(
+        output.Stream(),
+        {.isColored = IsColored(options.color, output), .isUnfolded = options.isUnfolded, .columns = output.Columns()});
     Story::NightReader reader({.leastLog = options.log, .view = &timeline});
     Replay::Play(trace, player, reader);
 }

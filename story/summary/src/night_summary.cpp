@@ -2,140 +2,158 @@
 
 #include <algorithm>
 #include <map>
+#include <utility>
 
 #include "figures.h"
 #include "phrases.h"
+#include "stretches.h"
 #include "time_zone.h"
 
 namespace TARN::Story {
 
 namespace {
 
-constexpr int64_t kMinuteMs = 60'000;
-constexpr int64_t kHourMs = 60 * kMinuteMs;
+constexpr int64_t kHourMs = 3'600'000;
 constexpr int64_t kDayMs = 24 * kHourMs;
-/// A trace longer than this holds more than one night.
-constexpr int64_t kOneNightMs = 36 * kHourMs;
+/// From here on a share of the whole time says more than hours do.
+constexpr int64_t kManyDaysMs = 3 * kDayMs;
 /// A trace longer than this holds more nights than anybody reads.
 constexpr int64_t kMostNightsMs = 62 * kDayMs;
-/// More stretches than these are told as a number.
-constexpr size_t kMostSpans = 3;
 constexpr char kNothing[] = "–";
 
-using Intervals = std::vector<Interval>;
-
-/// For the eye only: joins what a clock of minutes does not part.
-Intervals Joined(const Intervals& intervals) {
-    Intervals joined;
-    for (const Interval& interval : intervals) {
-        if (!joined.empty() && interval.from - joined.back().to < kMinuteMs) {
-            joined.back().to = interval.to;
-        } else {
-            joined.push_back(interval);
-        }
+/// How long in all, and what part of the night that is where hours alone say little.
+std::string Total(const Night& night, int64_t ms) {
+    const int64_t whole = night.end - night.start;
+    if (whole < kManyDaysMs) {
+        return Duration(ms);
     }
-    return joined;
+    const int64_t percent = (200 * ms + whole) / (2 * whole);
+    return Duration(ms) + (percent == 0 ? " (under 1 %)" : " (" + std::to_string(percent) + " %)");
 }
 
-std::string FromTo(const Interval& interval) {
-    const std::string from = Clock(interval.from);
-    const std::string to = Clock(interval.to);
-    return from == to ? from : from + " – " + to;
+std::string StillSo(const Night& night, LaneId lane) {
+    const Interval* now = night.At(lane).Now();
+    return now != nullptr && Counts(lane, *now) ? ", still so at the end" : "";
 }
 
-std::string FromTo(const Intervals& intervals) {
-    std::string text;
-    for (const Interval& interval : intervals) {
-        text += (text.empty() ? "" : ", ") + FromTo(interval);
-    }
-    return text;
+/// The intervals that count and have a length: not what the last instant of a trace began.
+Intervals Lasting(const Night& night, LaneId lane) {
+    Intervals intervals = Counted(night, lane);
+    std::erase_if(intervals, [](const Interval& one) { return one.from == one.to; });
+    return intervals;
 }
 
-std::string Spans(const Intervals& intervals) {
-    const Intervals joined = Joined(intervals);
-    const bool isShort = joined.size() <= kMostSpans && joined.back().to - joined.front().from < kDayMs;
-    return isShort && joined.size() == intervals.size() ? FromTo(joined)
-                                                        : Times(static_cast<int64_t>(intervals.size()));
-}
-
-std::string Tell(const Night& night, LaneId lane) {
-    const Intervals intervals = Counted(night, lane);
+/// The row of a lane; `more` is said of it besides.
+std::string Tell(const Night& night, LaneId lane, const std::string& more = {}) {
+    const Intervals intervals = Lasting(night, lane);
     if (intervals.empty()) {
         return kNothing;
     }
-    const bool isStill = intervals.back().to == night.end;
-    return Duration(TotalMs(intervals)) + ", " + Spans(intervals) + (isStill ? ", still so at the end" : "");
+    const Dates dates = night.end - night.start > kDayMs ? Dates::SAID : Dates::UNSAID;
+    return Total(night, TotalMs(intervals)) + ", " + Stretches(intervals, dates) + StillSo(night, lane) +
+           (more.empty() ? "" : "; " + more);
 }
 
-/// One night of a long trace, from noon to noon.
+/// A night lasts from noon to noon of the local clock, and is named by the local day of its evening, counted from
+/// 1970-01-01.
+int64_t EveningOf(int64_t t) {
+    const int64_t sinceNoon = t + Replay::TimeZone::OffsetMs(t) - kDayMs / 2;
+    return sinceNoon / kDayMs - (sinceNoon % kDayMs < 0 ? 1 : 0);
+}
+
+/// The local midnight that begins a day, or an instant within an hour or two of it.
+int64_t MidnightOf(int64_t day, int64_t near) {
+    return day * kDayMs - Replay::TimeZone::OffsetMs(near);
+}
+
+/// The nights from that of one evening to that of another: "Sun 1 to Mon 2 Mar".
+std::string NameOfNights(int64_t firstEvening, int64_t lastEvening, int64_t near) {
+    const auto format = [near](int64_t day, const char* how) {
+        return Replay::TimeZone::Format(MidnightOf(day, near) + kDayMs / 2, how);
+    };
+    const int64_t morning = lastEvening + 1;
+    const bool isOneMonth = format(firstEvening, "%b") == format(morning, "%b");
+    return format(firstEvening, isOneMonth ? "%a %-d" : "%a %-d %b") + " to " + format(morning, "%a %-d %b");
+}
+
+/// Nights of a long trace that are told in one row: one, or several without sleep.
 struct Row {
-    std::string evening;
-    std::string morning;
-    bool hasEvening = false;
-    bool hasMorning = false;
+    int64_t firstEvening;
+    int64_t lastEvening;
     Intervals asleep;
+
+    [[nodiscard]] int64_t Nights() const noexcept { return lastEvening - firstEvening + 1; }
 };
 
-constexpr char kDay[] = "%a %-d %b";
-
-/// Names the night that an instant belongs to: by the day on whose evening it begins.
-std::string EveningOf(int64_t t) {
-    return Replay::TimeZone::Format(t - kDayMs / 2, kDay);
-}
-
-std::vector<Row> NightsBetween(int64_t start, int64_t end) {
-    std::vector<Row> nights;
-    for (int64_t t = start; t < end; t += kHourMs) {
-        std::string evening = EveningOf(t);
-        std::string day = Replay::TimeZone::Format(t, kDay);
-        if (nights.empty() || nights.back().evening != evening) {
-            nights.push_back({std::move(evening), Replay::TimeZone::Format(t + kDayMs / 2, kDay), false, false, {}});
-        }
-        Row& night = nights.back();
-        (day == night.evening ? night.hasEvening : night.hasMorning) = true;
-        if (day != night.evening) {
-            night.morning = std::move(day);
+std::vector<Row> RowsOf(const Night& whole, const Intervals& asleep) {
+    std::map<int64_t, Intervals> nights;
+    // The first and the last night count if there is an evening and a morning of them, or sleep.
+    const int64_t first = EveningOf(whole.start);
+    const int64_t last = EveningOf(whole.end);
+    for (int64_t evening = first; evening <= last; ++evening) {
+        const int64_t midnight = MidnightOf(evening + 1, evening == first ? whole.start : whole.end);
+        if (whole.start < midnight && midnight < whole.end) {
+            nights[evening] = {};
         }
     }
-    return nights;
+    for (const Interval& interval : asleep) {
+        nights[EveningOf(interval.from)].push_back(interval);
+    }
+    std::vector<Row> rows;
+    for (auto& [evening, intervals] : nights) {
+        if (intervals.empty() && !rows.empty() && rows.back().asleep.empty()) {
+            rows.back().lastEvening = evening;
+        } else {
+            rows.push_back({evening, evening, std::move(intervals)});
+        }
+    }
+    return rows;
 }
 
 std::vector<SummaryLine> Asleep(const Night& whole) {
-    const Intervals asleep = Counted(whole, LaneId::SLEEP);
-    const int64_t length = whole.end - whole.start;
-    if (length <= kOneNightMs || length > kMostNightsMs) {
+    const Intervals asleep = Lasting(whole, LaneId::SLEEP);
+    const bool isLong = whole.end - whole.start > kMostNightsMs;
+    const std::vector<Row> rows = isLong ? std::vector<Row>() : RowsOf(whole, asleep);
+    if (rows.size() < 2) {
         return {{"asleep", asleep.empty() ? "not asleep" : Tell(whole, LaneId::SLEEP)}};
     }
-    std::vector<Row> nights = NightsBetween(whole.start, whole.end);
-    for (const Interval& interval : asleep) {
-        const auto night =
-            std::find_if(nights.begin(), nights.end(),
-                         [evening = EveningOf(interval.from)](const Row& one) { return one.evening == evening; });
-        if (night != nights.end()) {
-            night->asleep.push_back(interval);
-        }
+    std::vector<std::string> names;
+    size_t width = 0;
+    int64_t nights = 0;
+    for (const Row& row : rows) {
+        names.push_back(NameOfNights(row.firstEvening, row.lastEvening, whole.start));
+        width = std::max(width, names.back().size() + 2);
+        nights += row.Nights();
     }
-    std::vector<SummaryLine> lines;
-    for (const Row& night : nights) {
-        if (night.asleep.empty() && !(night.hasEvening && night.hasMorning)) {
-            continue;
+    const int64_t total = TotalMs(asleep);
+    std::vector<SummaryLine> lines{{"asleep", Duration(total) + " in all, " + Duration(total / nights) + " a night"}};
+    for (size_t i = 0; i < rows.size(); ++i) {
+        const Row& row = rows[i];
+        std::string text = names[i] + std::string(width - names[i].size(), ' ');
+        if (row.asleep.empty()) {
+            text += "not asleep" + (row.Nights() > 1 ? ", " + Count(row.Nights(), "night") : "");
+        } else {
+            const bool isLast = row.asleep.back().to == whole.end;
+            text += Duration(TotalMs(row.asleep)) + ", " + Stretches(row.asleep, Dates::UNSAID) +
+                    (isLast ? StillSo(whole, LaneId::SLEEP) : "");
         }
-        const std::string when = night.evening + " to " + night.morning + "  ";
-        lines.push_back({lines.empty() ? "asleep" : "",
-                         when + (night.asleep.empty() ? "not asleep"
-                                                      : Duration(TotalMs(night.asleep)) + ", " + Spans(night.asleep))});
+        lines.push_back({"", std::move(text), width});
     }
     return lines;
 }
 
-std::string Frozen(const Night& night) {
-    const int64_t most = Measure(night).mostFrozen;
-    return most == 0 ? kNothing : "at most " + Count(most, "native process") + "; " + Tell(night, LaneId::FROZEN);
+/// The most that a lane counted at a time: "at most 11 native processes".
+std::string AtMost(const Night& night, LaneId lane, std::string_view noun) {
+    int64_t most = 0;
+    for (const Interval& interval : night.At(lane).Intervals()) {
+        most = std::max(most, interval.number);
+    }
+    return "at most " + Count(most, noun);
 }
 
 std::string Timers(const Night& night) {
     const int64_t longMs = Measure(night).stretchedLongMs;
-    return Tell(night, LaneId::TIMERS) + (longMs > 0 ? "; to 600 s for " + Duration(longMs) : "");
+    return Tell(night, LaneId::TIMERS, longMs == 0 ? "" : Duration(longMs) + " of it to 600 s");
 }
 
 std::string Killed(const Night& night) {
@@ -166,9 +184,10 @@ std::vector<SummaryLine> Summarise(const Night& night) {
     lines.push_back({"wifi off", Tell(night, LaneId::WIFI)});
     lines.push_back({"modem off", Tell(night, LaneId::MODEM)});
     lines.push_back({"firewall on", Tell(night, LaneId::FIREWALL)});
-    lines.push_back({"frozen", Frozen(night)});
-    lines.push_back({"killed", Killed(night)});
+    lines.push_back({"frozen", Tell(night, LaneId::FROZEN, AtMost(night, LaneId::FROZEN, "native process"))});
+    lines.push_back({"locks proxied", Tell(night, LaneId::LOCKS, AtMost(night, LaneId::LOCKS, "process"))});
     lines.push_back({"timers stretched", Timers(night)});
+    lines.push_back({"killed", Killed(night)});
     for (SummaryLine& line : Again(night)) {
         lines.push_back(std::move(line));
     }

@@ -11,6 +11,7 @@ namespace TARN::Story {
 struct TimelineOptions {
     bool isColored = false;
     bool isUnfolded = false;  ///< tells every screen-on, also where the phone is merely used
+    size_t columns = 0;       ///< the terminal's width, at which long lines go on below; 0: an event is always one line
 };
 
 /// Tells a night as a timeline for people: local time, what it is about, a sentence with its reason; and at the

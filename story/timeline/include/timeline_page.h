@@ -10,14 +10,27 @@
 
 namespace TARN::Story {
 
-/// Sets the timeline: columns, a heading for each day, colour, and one line for a line that repeats.
+struct PageOptions {
+    bool isColored = false;
+    size_t columns = 0;  ///< the terminal's width, at which long lines go on below; 0: an event is always one line
+};
+
+/// Sets the timeline: columns, a heading for each day, colour, a line where the local clock is changed, and one line
+/// for a line that repeats within a day.
 class TimelinePage {
 public:
-    TimelinePage(std::ostream& output, bool isColored) : output_(output), isColored_(isColored) {}
+    TimelinePage(std::ostream& output, const PageOptions& options) : output_(output), options_(options) {}
 
     /// A line of its own, outside the columns.
     void Title(std::string_view text);
     void Plain(std::string_view text);
+
+    /// Two columns, the left one `width` wide. The right one goes on below in lines that a page holds, `hang` farther
+    /// in.
+    void Row(std::string_view name, size_t width, std::string_view text, size_t hang = 0);
+
+    /// Time has come so far: a later change of the clock is told.
+    void StartAt(int64_t t) { told_ = t; }
 
     void Write(const Event& event);
 
@@ -25,14 +38,19 @@ public:
     void Finish();
 
 private:
+    struct Line;
+
     void Print(const Event& event, size_t repeats, int64_t last);
-    void PrintDay(int64_t t);
+    void PrintClockChanges(int64_t t);
+    void PrintDay(const std::string& day);
+    void PrintLine(const Line& line);
 
     std::ostream& output_;
-    bool isColored_;
+    PageOptions options_;
     std::string day_;
     std::string time_;
-    std::optional<Event> held_;  ///< the latest line, until the next one is another
+    std::optional<int64_t> told_;  ///< the instant up to which changes of the clock are told
+    std::optional<Event> held_;    ///< the latest line, until the next one is another
     size_t repeats_ = 0;
     int64_t lastRepeat_ = 0;
 };

@@ -1,7 +1,5 @@
 #include "timeline.h"
 
-#include <algorithm>
-
 #include "night_summary.h"
 #include "phrases.h"
 #include "time_zone.h"
@@ -15,11 +13,14 @@ namespace {
 constexpr size_t kHeadColumn = 12;
 constexpr size_t kSummaryColumn = 18;
 
+/// From when to when; with the zone's names of the two where the clock is changed in between.
 std::string FromTo(const Night& night) {
-    const char* const format = "%a %-d %b %Y %H:%M";
-    const bool isOneDay = Replay::TimeZone::Format(night.start, "%F") == Replay::TimeZone::Format(night.end, "%F");
-    return Replay::TimeZone::Format(night.start, format) + " – " +
-           Replay::TimeZone::Format(night.end, isOneDay ? "%H:%M" : format);
+    using Replay::TimeZone;
+    const bool isOneDay = TimeZone::Format(night.start, "%F") == TimeZone::Format(night.end, "%F");
+    const std::string zone = TimeZone::OffsetMs(night.start) == TimeZone::OffsetMs(night.end) ? "" : " %Z";
+    const std::string format = "%a %-d %b %Y %H:%M" + zone;
+    return TimeZone::Format(night.start, format.c_str()) + " – " +
+           TimeZone::Format(night.end, isOneDay ? ("%H:%M" + zone).c_str() : format.c_str());
 }
 
 /// How long a trace is; whole days as such.
@@ -29,15 +30,11 @@ std::string Length(int64_t ms) {
     return days > 1 && ms % kDayMs == 0 ? Count(days, "day") : Duration(ms);
 }
 
-std::string Column(const std::string& name, size_t width) {
-    return name + std::string(width - std::min(width, name.size()), ' ');
-}
-
 }  // namespace
 
 struct Timeline::Parts {
     Parts(std::ostream& output, const TimelineOptions& options)
-        : page(output, options.isColored),
+        : page(output, {.isColored = options.isColored, .columns = options.columns}),
           folder(options.isUnfolded, [this](const Event& event) { page.Write(event); }) {}
 
     TimelinePage page;
@@ -52,8 +49,9 @@ Timeline::~Timeline() = default;
 void Timeline::OnHead(const Night& night) {
     my_->page.Title(night.name);
     my_->page.Plain(FromTo(night) + ", " + Length(night.end - night.start) + ", " + night.timezone);
+    my_->page.StartAt(night.start);
     for (const HeadFact& fact : night.head) {
-        my_->page.Plain(Column(fact.name, kHeadColumn) + fact.text);
+        my_->page.Row(fact.name, kHeadColumn, fact.text);
     }
 }
 
@@ -73,7 +71,7 @@ void Timeline::OnEnd(const Night& night) {
     my_->page.Plain("");
     my_->page.Title("Summary");
     for (const SummaryLine& line : Summarise(night)) {
-        my_->page.Plain(Column(line.name, kSummaryColumn) + line.text);
+        my_->page.Row(line.name, kSummaryColumn, line.text, line.hang);
     }
 }
 

@@ -2,15 +2,26 @@
 #define STORY_USE_FOLDER_H
 
 #include <functional>
+#include <optional>
 #include <vector>
 
 #include "event.h"
 
 namespace TARN::Story {
 
-/// Folds stretches in which the phone is merely used, the screen going on and off and the charger in and out,
-/// into one line each, so that a day reads as easily as a night. The last such change before anything else
-/// happens stays.
+/// What is known of screen and charger.
+struct InUse {
+    std::optional<bool> isLit;  ///< nothing: no event has told
+    std::optional<bool> isPlugged;
+
+    /// Takes an event in; whether it changed anything.
+    bool Take(Use use);
+};
+
+/// Folds stretches in which the phone is merely used, the screen going on and off and the charger in and out, into
+/// one line each, so that a day reads as easily as a night. A fold begins with the first such change and ends with
+/// the day at the latest, or when the clock is changed. The last change before that, or before anything else
+/// happens, stays.
 class UseFolder {
 public:
     using Output = std::function<void(const Event&)>;
@@ -23,11 +34,12 @@ public:
     void Finish();
 
 private:
-    [[nodiscard]] size_t FoldableLength() const;
+    void HandOn(size_t from, size_t to);
 
     bool isUnfolded_;
     Output output_;
     std::vector<Event> stretch_;
+    InUse before_;  ///< the stretch
 };
 
 }  // namespace TARN::Story
