@@ -10,6 +10,7 @@
 #include <set>
 #include <sstream>
 #include <string>
+#include <tuple>
 
 #include "common_event_support.h"
 #include "json_fields.h"
@@ -37,10 +38,25 @@ constexpr int64_t kMinuteMs = 60'000;
 /// raw record read anew, without any of the code that makes a Night of it.
 class Truth : public Replay::RecordSink {
 public:
-    using Picture = std::array<std::string, Story::kAbouts>;
+    struct Picture {
+        std::array<std::string, Story::kAbouts> states;
+        std::set<int64_t> frozen;   ///< pids
+        std::set<int64_t> proxied;  ///< pids
+        std::set<int64_t> killed;   ///< pids
+        std::set<int64_t> trusted;  ///< uids
+
+        bool operator==(const Picture&) const = default;
+        [[nodiscard]] bool HasSameProcesses(const Picture& other) const {
+            return std::tie(frozen, proxied, killed, trusted) ==
+                   std::tie(other.frozen, other.proxied, other.killed, other.trusted);
+        }
+    };
 
     /// How things stand at the end of the millisecond `t`.
     [[nodiscard]] const Picture& At(int64_t t) const { return std::prev(pictures_.upper_bound(t))->second; }
+
+    /// When something changed.
+    [[nodiscard]] const std::map<int64_t, Picture>& Changes() const { return pictures_; }
 
     [[nodiscard]] bool WantsLog(LogLevel /*level*/) const noexcept override { return false; }
     void OnLog(int64_t /*t*/, const LogLine& /*line*/) override {}
@@ -48,6 +64,8 @@ public:
     void OnEnd(int64_t /*t*/, const Replay::Summary& /*summary*/) override {}
 
     void OnBegin(const Replay::Trace& trace) override {
+        isScripted_ = trace.host.mode == DevStandbyMgr::HostMode::SCRIPTED;
+        OnRestart();
         Facts(trace.device.phone);
         Keep(trace.start);
     }
@@ -56,9 +74,7 @@ public:
         if (const auto* set = std::get_if<Replay::SetStep>(&step.what)) {
             Facts(set->phone);
         } else if (std::holds_alternative<Replay::RestartStep>(step.what)) {
-            state_ = DevStandbyMgr::StandbyState::WORKING;
-            phase_ = -1;
-            isAsleep_ = false;
+            OnRestart();
         }
         Keep(step.t);
     }
@@ -66,10 +82,11 @@ public:
     void OnDeliver(int64_t t, const StandbyMessage& message) override {
         const AAFwk::Want want = message.want.value_or(AAFwk::Want());
         if (message.eventId == StandbyMessageType::STATE_TRANSIT) {
-            state_ = want.GetIntParam("CURRENT_STATE", 0);
-            phase_ = -1;
+            const int32_t state = want.GetIntParam("CURRENT_STATE", 0);
+            state_ = DevStandbyMgr::StateName(static_cast<uint32_t>(state));
+            phase_ = state == DevStandbyMgr::StandbyState::SLEEP ? phase_ : "";
         } else if (message.eventId == StandbyMessageType::PHASE_TRANSIT) {
-            phase_ = want.GetIntParam("CURRENT_PHASE", 0);
+            phase_ = " " + std::to_string(want.GetIntParam("CURRENT_PHASE", 0));
         } else if (message.eventId == StandbyMessageType::USER_SLEEP_STATE_CHANGED ||
                    message.action == "COMMON_EVENT_USER_SLEEP_STATE_CHANGED") {
             isAsleep_ = want.GetBoolParam("isSleep", false);
@@ -85,22 +102,27 @@ public:
         if (operation == "SuspendManagerClient.OperateNativeProcesses") {
             for (size_t i = 0; i < result.size(); ++i) {
                 if (result[i] == 0) {
-                    Put(frozen_, arguments["processes"][i]["pid"].get<int64_t>(), arguments["processes"][i]["freeze"]);
+                    Put(now_.frozen, arguments["processes"][i]["pid"].get<int64_t>(),
+                        arguments["processes"][i]["freeze"]);
                 }
             }
         } else if (isDone && operation == "ResSchedClient.KillProcess") {
-            ++killed_;
+            const int64_t pid = std::stoi(arguments["pid"].get<std::string>());
+            ++kills_;
+            now_.killed.insert(pid);
+            running_.erase(pid);
+            ForgetEnded();
         } else if (isDone && operation == "PowerMgrClient.ProxyRunningLocks") {
             for (const Json& pair : arguments["processes"]) {
-                const int64_t a = pair[0];
-                const int64_t b = pair[1];
-                Put(proxied_, std::pair(std::min(a, b), std::max(a, b)), arguments["proxied"]);
+                // some calls name the uid first, others the pid
+                const bool isPidFirst = running_.count(pair[0]) != 0 && running_[pair[0]] == pair[1];
+                Put(now_.proxied, pair[isPidFirst ? 0 : 1].get<int64_t>(), arguments["proxied"]);
             }
         } else if (isDone && operation == "NetPolicyClient.SetDeviceIdlePolicy") {
             isFirewallOn_ = arguments["enable"];
         } else if (isDone && operation == "NetPolicyClient.SetDeviceIdleTrustlist") {
             for (const Json& uid : arguments["uids"]) {
-                Put(trusted_, uid.get<int64_t>(), arguments["added"]);
+                Put(now_.trusted, uid.get<int64_t>(), arguments["added"]);
             }
         } else if (isDone && operation == "TimeServiceClient.AdjustTimer") {
             stretchedTo_ = arguments["adjust"] ? arguments["interval"].get<int64_t>() : 0;
@@ -131,19 +153,36 @@ private:
         isWifiPresent_ = change.isWifiPresent.value_or(isWifiPresent_);
         slots_ = change.simSlots.value_or(slots_);
         if (change.processes) {
-            std::erase_if(frozen_, [&change](int64_t pid) {
-                return std::none_of(change.processes->begin(), change.processes->end(),
-                                    [pid](const Simulated::Process& process) { return process.pid == pid; });
-            });
+            running_.clear();
+            now_.killed.clear();
+            for (const Simulated::Process& process : *change.processes) {
+                running_.emplace(process.pid, process.uid);
+            }
+            ForgetEnded();
         }
+    }
+
+    /// Nobody is frozen or held back that does not run any more.
+    void ForgetEnded() {
+        const auto isGone = [this](int64_t pid) { return running_.count(pid) == 0; };
+        std::erase_if(now_.frozen, isGone);
+        std::erase_if(now_.proxied, isGone);
+    }
+
+    /// The service begins as one that knows nothing.
+    void OnRestart() {
+        state_ = isScripted_ ? std::string(Story::kNotKnown)
+                             : DevStandbyMgr::StateName(DevStandbyMgr::StandbyState::WORKING);
+        phase_.clear();
+        isAsleep_ = false;
     }
 
     void Keep(int64_t t) {
         const auto onOff = [](bool isOn) { return std::string(isOn ? "on" : "off"); };
-        const auto number = [](const auto& set) { return std::to_string(set.size()); };
-        Picture& now = pictures_[t];
-        const auto put = [&now](About about, std::string text) { now[static_cast<size_t>(about)] = std::move(text); };
-        put(About::STATE, DevStandbyMgr::StateName(state_) + (phase_ < 0 ? "" : " " + std::to_string(phase_)));
+        const auto put = [this](About about, std::string text) {
+            now_.states[static_cast<size_t>(about)] = std::move(text);
+        };
+        put(About::STATE, state_ + phase_);
         put(About::SLEEP, isAsleep_ ? "asleep" : "awake");
         put(About::SCREEN, isScreenOn_ ? onOff(*isScreenOn_) : std::string(Story::kNotKnown));
         put(About::BLUETOOTH, onOff(isBluetoothOn_));
@@ -151,16 +190,21 @@ private:
         put(About::MODEM, slotsOff_.empty()                                ? "on"
                           : slotsOff_.size() < static_cast<size_t>(slots_) ? "partly off"
                                                                            : "off");
-        put(About::NETWORK, isFirewallOn_ ? "on " + number(trusted_) : "off");
-        put(About::FREEZE, number(frozen_));
-        put(About::LOCKS, number(proxied_));
+        put(About::NETWORK, isFirewallOn_ ? "on " + std::to_string(now_.trusted.size()) : "off");
+        put(About::FREEZE, std::to_string(now_.frozen.size()));
+        put(About::LOCKS, std::to_string(now_.proxied.size()));
         put(About::TIMERS, std::to_string(stretchedTo_));
-        put(About::CLEAN, std::to_string(killed_));
+        put(About::CLEAN, std::to_string(kills_));
+        if (pictures_.empty() || pictures_.rbegin()->first == t || pictures_.rbegin()->second != now_) {
+            pictures_[t] = now_;
+        }
     }
 
+    Picture now_;
     std::map<int64_t, Picture> pictures_;
-    int32_t state_ = DevStandbyMgr::StandbyState::WORKING;
-    int32_t phase_ = -1;
+    bool isScripted_ = false;
+    std::string state_;
+    std::string phase_;
     bool isAsleep_ = false;
     std::optional<bool> isScreenOn_;  ///< nobody said yet
     bool isBluetoothOn_ = true;
@@ -169,11 +213,9 @@ private:
     bool isFirewallOn_ = false;
     int32_t slots_ = 2;
     std::set<int64_t> slotsOff_;
-    std::set<int64_t> trusted_;
-    std::set<int64_t> frozen_;
-    std::set<std::pair<int64_t, int64_t>> proxied_;
+    std::map<int64_t, int64_t> running_;  ///< pid to uid
     int64_t stretchedTo_ = 0;
-    int64_t killed_ = 0;
+    int64_t kills_ = 0;
 };
 
 /// Shows a run to two sinks.
@@ -255,8 +297,8 @@ std::string Named(const Story::SubjectAnswer& answer, const Story::Night& night,
 
 /// What no sentence may say.
 std::string Nonsense(const std::string& text) {
-    constexpr std::array kNever = {"-1",  "1970", " .",  "..", ": .", "()",   "  .",  ", .", "::",
-                                   " : ", "null", " - ", " -", ",,",  "\n\n", " nan", "(,",  ": \n"};
+    constexpr std::array kNever = {"-1",   "1970", " .",   "..",   ": .", "()",   "  .", ", .", "::", " : ",
+                                   "null", ",,",   "\n\n", " nan", "(,",  ": \n", " -1", " -2", " -3"};
     for (const char* never : kNever) {
         if (text.find(never) != std::string::npos) {
             return never;
@@ -281,34 +323,108 @@ std::vector<fs::path> TracesIn(const fs::path& folder) {
     return traces;
 }
 
-class WhyOf : public testing::TestWithParam<fs::path> {};
+/// One night, played once, with what is true of it.
+class WhyOf : public testing::TestWithParam<fs::path> {
+protected:
+    WhyOf() : trace_(ReadFile(GetParam())) {
+        trace_.timezone.Use();
+        Both both(truth_, reader_);
+        Replay::Play(trace_, {PluginPath(), {}}, both);
+    }
 
-TEST_P(WhyOf, NamesTheStateThatTheRecordedCallsMadeAtEveryMinute) {
-    const Replay::Trace trace = ReadFile(GetParam());
-    trace.timezone.Use();
-    Truth truth;
-    Story::NightReader reader;
-    Both both(truth, reader);
-    Replay::Play(trace, {PluginPath(), {}}, both);
-    const Story::Night& night = reader.Result();
-    for (int64_t t = trace.start; t <= trace.end; t += kMinuteMs) {
-        const Story::WhyAnswer answer = Story::Ask(night, t, {});
+    /// Every so often from the start to the end.
+    template <class Do>
+    void Every(int64_t stepMs, Do ask) const {
+        for (int64_t t = trace_.start; t <= trace_.end; t += stepMs) {
+            ask(t);
+        }
+    }
+
+    void ExpectStates(int64_t t) const {
+        const Story::WhyAnswer answer = Story::Ask(night_, t, {});
         ASSERT_EQ(answer.subjects.size(), Story::kAbouts);
         for (const Story::SubjectAnswer& subject : answer.subjects) {
-            EXPECT_EQ(Named(subject, night, t), truth.At(t)[static_cast<size_t>(subject.about)])
+            EXPECT_EQ(Named(subject, night_, t), truth_.At(t).states[static_cast<size_t>(subject.about)])
                 << Story::WordOf(subject.about) << " at " << Replay::TimeZone::Format(t, "%F %T");
         }
+    }
+
+    void ExpectApps(int64_t t) const {
+        const Truth::Picture& truth = truth_.At(t);
+        for (const Story::App& app : night_.apps) {
+            for (const Story::AppAnswer& answer : Story::Ask(night_, t, {{}, app.name}).apps) {
+                if (answer.app.pid != app.pid || Says(answer, Aspect::RUNNING, "ended")) {
+                    continue;
+                }
+                const std::string where = app.name + " at " + Replay::TimeZone::Format(t, "%F %T");
+                const bool isKilled = truth.killed.count(app.pid) != 0;
+                if (isKilled) {
+                    EXPECT_TRUE(Says(answer, Aspect::CLEAN, "killed")) << where;
+                } else {
+                    EXPECT_EQ(Says(answer, Aspect::FROZEN, "frozen"), truth.frozen.count(app.pid) != 0) << where;
+                    EXPECT_EQ(Says(answer, Aspect::LOCKS, "proxied"), truth.proxied.count(app.pid) != 0) << where;
+                    EXPECT_EQ(Says(answer, Aspect::FIREWALL, "on the trust list"), truth.trusted.count(app.uid) != 0)
+                        << where;
+                }
+            }
+        }
+    }
+
+    /// All subjects, each single one, and every application are told in sentences.
+    void ExpectSense(int64_t t) const {
+        ExpectSense(Story::Ask(night_, t, {}));
+        for (size_t i = 0; i < Story::kAbouts; ++i) {
+            ExpectSense(Story::Ask(night_, t, {static_cast<About>(i), {}}));
+        }
+        for (const Story::App& app : night_.apps) {
+            ExpectSense(Story::Ask(night_, t, {{}, app.name}));
+        }
+    }
+
+    const Replay::Trace trace_;
+    Truth truth_;
+    Story::NightReader reader_;
+    const Story::Night& night_ = reader_.Result();
+
+private:
+    using Aspect = Story::Aspect;
+
+    static bool Says(const Story::AppAnswer& answer, Aspect aspect, std::string_view value) {
+        return std::any_of(answer.aspects.begin(), answer.aspects.end(),
+                           [&](const Story::AspectAnswer& one) { return one.aspect == aspect && one.value == value; });
+    }
+
+    static void ExpectSense(const Story::WhyAnswer& answer) {
         std::ostringstream text;
         Tell(answer, text);
-        EXPECT_EQ(Nonsense(text.str()), "") << text.str();
+        const std::string sentences = text.str().substr(text.str().find('\n'));  // behind the moment that was asked for
+        EXPECT_EQ(Nonsense(sentences), "") << text.str();
+        EXPECT_NE(ToJson(answer).dump(), "");
+    }
+};
+
+TEST_P(WhyOf, NamesWhatTheRecordedCallsMadeAtEveryMinute) {
+    constexpr int64_t kNowAndThenMs = 47 * kMinuteMs;
+    Every(kMinuteMs, [this](int64_t t) { ExpectStates(t); });
+    Every(kNowAndThenMs, [this](int64_t t) { ExpectSense(t); });
+    const Truth::Picture* before = nullptr;
+    for (const auto& [t, picture] : truth_.Changes()) {
+        ExpectStates(t);
+        if (before == nullptr || !picture.HasSameProcesses(*before)) {
+            ExpectApps(t);
+        }
+        before = &picture;
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(EveryTrace, WhyOf, testing::ValuesIn(TracesIn(TRACES_FOLDER)), [](const auto& given) {
+std::string NameOf(const testing::TestParamInfo<fs::path>& given) {
     std::string name = given.param.stem().string();
     std::replace(name.begin(), name.end(), '-', '_');
     return name;
-});
+}
+
+INSTANTIATE_TEST_SUITE_P(EveryTrace, WhyOf, testing::ValuesIn(TracesIn(TRACES_FOLDER)), NameOf);
+INSTANTIATE_TEST_SUITE_P(EveryScript, WhyOf, testing::ValuesIn(TracesIn(NIGHTS_FOLDER)), NameOf);
 
 }  // namespace
 }  // namespace TARN::Tests

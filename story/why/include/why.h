@@ -69,6 +69,8 @@ struct AspectAnswer {
     std::optional<int64_t> since;  ///< nothing: since before the night began
     std::string reason;
     std::optional<Told> change;  ///< the event that tells of it
+    std::string failure;         ///< the last try to change it that did not work: "could not be thawed"; else empty
+    std::optional<int64_t> failedAt;
 };
 
 struct AppAnswer {

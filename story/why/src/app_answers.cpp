@@ -8,6 +8,7 @@
 
 #include "causes.h"
 #include "json_fields.h"
+#include "phrases.h"
 
 namespace TARN::Story {
 
@@ -67,11 +68,12 @@ std::string Nearest(const Night& night, const std::string& name) {
     if (night.apps.empty()) {
         DevStandbyMgr::Refuse("", cut + " is not known, for the trace names no process", "a trace with processes");
     }
-    const std::string nearest = name.size() > kLongest ? "" : Nearest(night, name);
-    DevStandbyMgr::Refuse("", "no process is known as " + cut,
-                          nearest.empty()
-                              ? "a process's name, a bundle, a uid or a pid, such as " + night.apps.front().name
-                              : "perhaps " + nearest);
+    const std::string unknown = "no process of the trace is known as " + cut;
+    if (const std::string nearest = name.size() > kLongest ? "" : Nearest(night, name); !nearest.empty()) {
+        throw DevStandbyMgr::InputError(unknown + "; perhaps " + nearest);
+    }
+    DevStandbyMgr::Refuse("", unknown,
+                          "a process's name, a bundle, a uid or a pid, such as " + night.apps.front().name);
 }
 
 /// The answer that an event of an application belongs to; made if there is none. What one is exempt from is each a
@@ -88,6 +90,16 @@ AspectAnswer& Place(AppAnswer& answer, const AppEvent& event) {
     return added;
 }
 
+/// What holds of a process while it lives, and not of one that has started anew.
+bool EndsWithALife(Aspect aspect) {
+    return aspect == Aspect::FROZEN || aspect == Aspect::LOCKS;
+}
+
+/// A try that did not work leaves a process frozen, or its locks proxied, as it was.
+bool IsFailedTry(const AppEvent& event) {
+    return EndsWithALife(event.aspect) && event.value.starts_with("could not ");
+}
+
 AppAnswer AnswerOf(const Night& night, int64_t t, uint32_t place) {
     AppAnswer answer;
     answer.app = night.apps[place];
@@ -100,7 +112,17 @@ AppAnswer AnswerOf(const Night& night, int64_t t, uint32_t place) {
         if (event.app != place) {
             continue;
         }
+        if (event.aspect == Aspect::RUNNING && event.value == "running") {
+            std::erase_if(answer.aspects, [](const AspectAnswer& one) { return EndsWithALife(one.aspect); });
+        }
         AspectAnswer& aspect = Place(answer, event);
+        if (IsFailedTry(event)) {
+            aspect.failure = Because(event.value, event.reason);
+            aspect.failedAt = event.t;
+            continue;
+        }
+        aspect.failure.clear();
+        aspect.failedAt.reset();
         if (aspect.value != event.value && event.t > night.start) {
             aspect.since = event.t;
         }
@@ -141,17 +163,21 @@ std::vector<std::string> NamesOf(const Night& night, uint32_t event, Aspect aspe
 
 std::vector<std::string> NamesWith(const Night& night, int64_t t, Aspect aspect, std::string_view value) {
     std::vector<bool> is(night.apps.size());
+    std::vector<bool> isGone(night.apps.size());
     for (const AppEvent& event : night.appEvents) {
         if (event.t > t) {
             break;
         }
-        if (event.aspect == aspect) {
+        if (event.aspect == aspect && !IsFailedTry(event)) {
             is[event.app] = event.value == value;
+        } else if (event.aspect == Aspect::RUNNING) {
+            isGone[event.app] = event.value != "running";
+            is[event.app] = is[event.app] && (isGone[event.app] || !EndsWithALife(aspect));
         }
     }
     std::set<std::string> names;
     for (size_t i = 0; i < is.size(); ++i) {
-        if (is[i]) {
+        if (is[i] && !isGone[i]) {
             names.insert(night.apps[i].name);
         }
     }

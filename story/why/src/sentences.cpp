@@ -105,6 +105,10 @@ std::string Found(const Event& event) {
     return text.empty() ? text : "found: " + text;
 }
 
+std::string IdOf(const char* name, int32_t id) {
+    return std::string(", ") + (id < 0 ? "no " : "") + name + (id < 0 ? "" : " " + std::to_string(id));
+}
+
 class Writer {
 public:
     explicit Writer(const WhyAnswer& answer) : moments_(answer), isBrief_(answer.isBrief) {}
@@ -156,6 +160,10 @@ public:
             // that it was killed is told with its reason by the clean
             if (!(isKilled && aspect.aspect == Aspect::RUNNING && aspect.value == "killed")) {
                 Add(sentences, Because(AspectOf(answer, aspect), aspect.aspect == Aspect::EXEMPT ? "" : aspect.reason));
+            }
+            if (aspect.failedAt) {
+                const std::string it = aspect.aspect == Aspect::LOCKS ? ": running locks " : " it ";
+                Add(sentences, moments_.At(*aspect.failedAt) + it + aspect.failure);
             }
         }
         if (sentences.empty()) {
@@ -247,6 +255,9 @@ private:
     }
 
     [[nodiscard]] std::string AspectOf(const AppAnswer& answer, const AspectAnswer& aspect) const {
+        if (aspect.value.empty()) {
+            return {};
+        }
         const std::string since = aspect.since ? " " + moments_.Since(*aspect.since) : " since the trace begins";
         const std::string at = aspect.since ? " " + moments_.At(*aspect.since) : "";
         switch (aspect.aspect) {
@@ -288,7 +299,7 @@ void Tell(const WhyAnswer& answer, std::ostream& output) {
         }
     }
     for (const AppAnswer& app : answer.apps) {
-        output << app.app.name << ", pid " << app.app.pid << ", uid " << app.app.uid
+        output << app.app.name << IdOf("pid", app.app.pid) << IdOf("uid", app.app.uid)
                << (app.app.isNative ? ", a native process" : "") << "\n";
         for (const std::string& sentence : writer.Of(app)) {
             output << "  " << sentence << "\n";

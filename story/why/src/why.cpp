@@ -57,16 +57,19 @@ bool IsRefusal(const Event& event, const SubjectAnswer& answer) {
     return event.outcome == Outcome::FAILED || (event.outcome == Outcome::KEPT && !IsRadioOff(answer));
 }
 
-/// What two refusals of one kind share: the text without its numbers.
-std::string KindOf(const std::string& text) {
-    std::string kind;
-    for (const char c : text) {
-        const bool isDigit = c >= '0' && c <= '9';
-        if (!isDigit || kind.empty() || kind.back() != '#') {
-            kind += isDigit ? '#' : c;
+/// Whether two texts say the same but for their numbers.
+bool AreAlike(std::string_view a, std::string_view b) {
+    constexpr std::string_view kDigits = "0123456789";
+    while (a != b) {
+        const size_t toNumber = std::min(a.find_first_of(kDigits), a.size());
+        if (toNumber != std::min(b.find_first_of(kDigits), b.size()) ||
+            a.substr(0, toNumber) != b.substr(0, toNumber) || toNumber == a.size() || toNumber == b.size()) {
+            return false;
         }
+        a.remove_prefix(std::min(a.find_first_not_of(kDigits, toNumber), a.size()));
+        b.remove_prefix(std::min(b.find_first_not_of(kDigits, toNumber), b.size()));
     }
-    return kind;
+    return true;
 }
 
 /// Adds what was refused between the change and `t`.
@@ -75,7 +78,6 @@ void AddRefusals(SubjectAnswer& answer, const Night& night, int64_t t, const Top
                                       [](int64_t time, const Event& event) { return time < event.t; });
     const size_t first = change == kNoEvent ? 0 : change + 1;
     bool isNextKnown = false;
-    std::vector<std::string> kinds;
     for (auto i = static_cast<size_t>(end - night.events.begin()); i > first; --i) {
         const Event& event = night.events[i - 1];
         if (event.subject != topic.subject) {
@@ -88,14 +90,14 @@ void AddRefusals(SubjectAnswer& answer, const Night& night, int64_t t, const Top
         if (!IsRefusal(event, answer)) {
             continue;
         }
-        const std::string kind = KindOf(event.text);
-        const auto known = std::find(kinds.begin(), kinds.end(), kind);
-        if (known != kinds.end()) {
-            Refusal& refusal = answer.refusals[static_cast<size_t>(known - kinds.begin())];
-            refusal.first = event.t;
-            ++refusal.times;
-        } else if (kinds.empty() || (kinds.size() < kMostRefusals && t - event.t < kHistoryMs)) {
-            kinds.push_back(kind);
+        const auto alike =
+            std::find_if(answer.refusals.begin(), answer.refusals.end(),
+                         [&event](const Refusal& refusal) { return AreAlike(refusal.told.event.text, event.text); });
+        const size_t told = answer.refusals.size();
+        if (alike != answer.refusals.end()) {
+            alike->first = event.t;
+            ++alike->times;
+        } else if (told == 0 || (told < kMostRefusals && t - event.t < kHistoryMs)) {
             answer.refusals.push_back({*WithCauses(night, static_cast<uint32_t>(i - 1)), event.t, 1});
         }
     }

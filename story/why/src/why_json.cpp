@@ -66,7 +66,9 @@ Json Of(const AppAnswer& answer) {
                            {"value", aspect.value},
                            {"since", OrNull(aspect.since)},
                            {"reason", aspect.reason},
-                           {"change", OrNull(aspect.change)}});
+                           {"change", OrNull(aspect.change)},
+                           {"failure", aspect.failure},
+                           {"failed_at", OrNull(aspect.failedAt)}});
     }
     json["aspects"] = std::move(aspects);
     json["firewall_on"] = answer.isFirewallOn;
