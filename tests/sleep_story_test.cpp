@@ -302,6 +302,8 @@ TEST(SleepStory, WhatIsNotReadIsNamedAndWhatStandsInForIt) {
     };
     Night unlocked("UTC", "2026-03-01T21:00:00");
     unlocked.System("COMMON_EVENT_SCREEN_UNLOCKED").AdvanceMs(1000).ScreenOff();
+    Night uncovered = unlocked;
+    uncovered.Device("proximity", "5");
     const char* kStill = R"({"value": 1, "at": 1772398800000})";  // since 21:00
     Night lost = Looks("2026-03-02T00:00:00", {{"light", "90"}, {"proximity", "5"}, {"movement", R"({"value": 2})"}});
     lost.AdvanceTo("00:05").Set(R"({"light": 3})").AdvanceTo("00:15").Set(R"({"light": null})");
@@ -310,19 +312,23 @@ TEST(SleepStory, WhatIsNotReadIsNamedAndWhatStandsInForIt) {
     for (const Case& c : {
              Case{unlocked,
                   "21:00:02",
-                  "stillness is not known, no light read, and unlocked; still and dark for 50 min needed",
-                  {"an unknown time", "no time: no light read, and unlocked", "not read",
-                   "not read (counts as covered)"}},
+                  "stillness is not known, no light read, unlocked; still and dark for 50 min needed",
+                  {"an unknown time", "no time: no light read, unlocked", "not read", "not read (counts as covered)"}},
              {unlocked,
               "21:10:02",
-              "stillness is not known, no light read (not counted as dark); still and dark for 48 min needed",
-              {"an unknown time", "no time: no light read (not counted as dark)", "not read",
+              "stillness is not known, neither light nor proximity read (not counted as dark); still and dark for 48 "
+              "min needed",
+              {"an unknown time", "no time: neither light nor proximity read (not counted as dark)", "not read",
                "not read (counts as covered)"}},
              {unlocked,
               "21:20:02",
               "stillness is not known, no light read (counts as 50 lx); still and dark for 47 min needed",
               {"an unknown time", "no time: no light read (counts as 50 lx)", "not read (counts as 50 lx)",
                "not read (counts as covered)"}},
+             {uncovered,
+              "21:10:02",
+              "stillness is not known, no light read (counts as dark only now); still and dark for 48 min needed",
+              {"an unknown time", "no time: no light read (counts as dark only now)", "not read", "5 (nothing near)"}},
              {Looks("2026-03-02T00:00:00", {{"light", "3"}, {"proximity", "5"}}),
               "00:30:01",
               "dark for longer than the phone tells and screen off for 30 min 01 s, at least 30 min at night, as "
@@ -367,7 +373,7 @@ TEST(SleepStory, WhatIsNotReadIsNamedAndWhatStandsInForIt) {
              {Records({{"03:00:00", "still=2400 dark=0 light=-1 prox=0"}}),
               "03:00:00",
               "still for 40 min (no light read, counted as pitch dark, covered), at least 30 min at night",
-              {"40 min", "no time: no light read (not counted as dark)", "not read", "0 (covered)"}},
+              {"40 min", "no time: no light read, covered (not counted as dark)", "not read", "0 (covered)"}},
          }) {
         const Story::Night told = Read(c.night, c.time);
         const Event& event = told.events.at(told.readings.back().event);
@@ -467,7 +473,7 @@ TEST(SleepStory, NoVerdictOfTheDetectorIsLeftWithoutItsRule) {
     const auto any = [&random](std::initializer_list<const char*> of) {
         return std::string(of.begin()[random() % of.size()]);
     };
-    for (int i = 0; i < 3000; ++i) {
+    for (int i = 0; i < 1200; ++i) {
         const std::initializer_list<const char*> kLengths = {"-1",   "0",     "1",     "1200",  "1201", "1799",
                                                              "1800", "1801",  "2400",  "3600",  "3601", "7200",
                                                              "7201", "10799", "10800", "14400", "14401"};
@@ -479,7 +485,7 @@ TEST(SleepStory, NoVerdictOfTheDetectorIsLeftWithoutItsRule) {
                      any({"7", "7", "7", "8"}) + R"(, "mScrOnCount": )" + any({"3", "4", "5"}) + "}");
     }
     const Story::Night told = Read(night);
-    EXPECT_EQ(told.readings.size(), 3000U);
+    EXPECT_EQ(told.readings.size(), 1200U);
     std::map<std::string, int> rules;
     for (const Story::SleepReading& reading : told.readings) {
         ++rules[ValueOf(told.events.at(reading.event), "rule")];
@@ -487,7 +493,7 @@ TEST(SleepStory, NoVerdictOfTheDetectorIsLeftWithoutItsRule) {
     rules.erase("day (awake)");
     EXPECT_EQ(rules.size(), 7U) << ::testing::PrintToString(rules);
     EXPECT_EQ(rules.count("not known (awake)") + rules.count("not known (asleep)"), 0U);
-    EXPECT_GT(rules["night, sleep continued (asleep)"], 20);
+    EXPECT_GT(rules["night, sleep continued (asleep)"], 9);
 }
 }  // namespace
 }  // namespace TARN::Tests

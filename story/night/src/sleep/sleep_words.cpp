@@ -141,19 +141,21 @@ std::string WhyNotDark(const SleepLook& look, const SleepMemory& memory) {
         return reading.darkS < 0 ? "darkness is not known" : std::string();
     }
     const std::string lux = Number(reading.light) + " lx";
-    const bool isUnlocked = look.unlockedAt > (memory.last ? memory.last->reading.t : 0);
-    const std::string unlocked = std::string("unlocked") + (memory.last ? " since the last look" : "");
-    if (!look.isLightRead) {
-        return !IsDark(reading.light) ? "no light read (counts as " + lux + ")"
-               : isUnlocked           ? "no light read, and " + unlocked
-                                      : "no light read (not counted as dark)";
+    if (!IsDark(reading.light)) {
+        return look.isLightRead ? "not dark at " + lux : "no light read (counts as " + lux + ")";
     }
-    return !IsDark(reading.light)         ? "not dark at " + lux
-           : isUnlocked                   ? unlocked
-           : !IsCovered(look.proximity)   ? "dark only now"
-           : look.isProximityRead         ? "covered (not counted as dark)"
-           : IsDistrusted(look.proximity) ? "proximity not trusted (not counted as dark)"
-                                          : "no proximity read (not counted as dark)";
+    const std::string also = look.isLightRead ? "" : "no light read, ";
+    if (look.unlockedAt > (memory.last ? memory.last->reading.t : 0)) {
+        return also + (memory.last ? "unlocked since the last look" : "unlocked");
+    }
+    if (!IsCovered(look.proximity)) {
+        return look.isLightRead ? "dark only now" : "no light read (counts as dark only now)";
+    }
+    const std::string how = look.isProximityRead           ? also + "covered"
+                            : IsDistrusted(look.proximity) ? also + "proximity not trusted"
+                            : look.isLightRead             ? "no proximity read"
+                                                           : "neither light nor proximity read";
+    return how + " (not counted as dark)";
 }
 
 std::vector<Value> ValuesOf(const SleepLook& look, const SleepMemory& memory) {
