@@ -10,7 +10,8 @@ const later = ms => new Promise(done => setTimeout(done, ms));
 const chip = name => all(".chip").find(button => button.querySelector("span").textContent === name);
 const lineOf = item => `${words(item.querySelector("time"))} ${words(item.querySelector(".subject"))} ${words(item.querySelector(".sentence"))}`;
 const lines = () => all(".list .event").map(lineOf);
-const told = one("#timeline").textContent.split("\n").filter(line => /^\d\d:\d\d:\d\d  \w/.test(line)).map(line => line.replace(/ +/g, " "));
+/** The timeline's events. It marks a change of the clock with a line of its own, the page with a mark on its axis. */
+const told = one("#timeline").textContent.split("\n").filter(line => /^\d\d:\d\d:\d\d  (?!clock )\w/.test(line)).map(line => line.replace(/ +/g, " "));
 /** What the timeline tells of a subject at a time. */
 const toldAt = (time, subject) => told.find(line => line.startsWith(`${time} ${subject} `)).slice(time.length + subject.length + 2);
 const figure = name => words(all(".figure").find(box => words(box.querySelector(".figure-name")) === name).querySelector("b"));
