@@ -68,7 +68,6 @@ void RunningLockStrategy::HandleEvent(const StandbyMessage& message) {
 ErrCode RunningLockStrategy::OnCreated() {
     isProxied_ = false;
     isWanted_ = false;
-    told_ = {};
     if (IsAutomatic()) {
         LookAtHeld();
         RestoreLeft();  // what a service of before held back when it crashed, or could not restore
@@ -331,7 +330,8 @@ void RunningLockStrategy::TellReason() {
             reason.apps.push_back({app.uid, app.pid, app.name, app.exemptionFlag, IsExempted(app.exemptionFlag)});
         }
         for (const auto& [uid, name] : exemptedNatives_) {
-            reason.apps.push_back({uid, -1, name, ExemptionFlag::EXEMPTION, true});
+            const uint8_t more = restricted_.count(name) != 0 ? ExemptionFlag::RESTRICTED : uint8_t{0};
+            reason.apps.push_back({uid, -1, name, static_cast<uint8_t>(ExemptionFlag::EXEMPTION | more), true});
         }
     }
     if (told_ != reason) {

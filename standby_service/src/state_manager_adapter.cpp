@@ -327,7 +327,7 @@ void StateManagerAdapter::UnblockCurrentState() {
 void StateManagerAdapter::Wake(uint32_t state) {
     if (TransitToState(state) != ERR_OK) {
         ScheduleStep();
-        TellStay(state == StandbyState::WORKING ? static_cast<uint32_t>(StandbyState::DARK) : state);
+        TellStay(state);
     }
 }
 
