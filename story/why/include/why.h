@@ -58,6 +58,7 @@ struct SubjectAnswer {
     std::optional<Told> change;        ///< what made it so
     std::optional<Told> adjustment;    ///< what made the number so, if that came later
     std::vector<Refusal> refusals;     ///< since then, the latest last
+    std::optional<int64_t> lastLook;   ///< of SLEEP: when the detector judged last; nothing: not yet
     std::string next;                  ///< when it may change, or change after all; empty: not known
     std::vector<std::string> who;      ///< whom it concerns, by name: on the trust list, frozen, proxied, killed
 };

@@ -70,10 +70,10 @@ std::string Nearest(const Night& night, const std::string& name) {
     }
     const std::string unknown = "no process of the trace is known as " + cut;
     if (const std::string nearest = name.size() > kLongest ? "" : Nearest(night, name); !nearest.empty()) {
-        throw DevStandbyMgr::InputError(unknown + "; perhaps " + nearest);
+        throw DevStandbyMgr::InputError(unknown + "; perhaps " + Tame(nearest));
     }
     DevStandbyMgr::Refuse("", unknown,
-                          "a process's name, a bundle, a uid or a pid, such as " + night.apps.front().name);
+                          "a process's name, a bundle, a uid or a pid, such as " + Tame(night.apps.front().name));
 }
 
 /// The answer that an event of an application belongs to; made if there is none. What one is exempt from is each a

@@ -20,7 +20,10 @@ public:
     /// "since 02:13", "since Sun 1 Mar, 02:13".
     [[nodiscard]] std::string Since(int64_t t) const;
 
-    /// The moment that was asked for, in full: "Mon 2 Mar 2026, 02:13".
+    [[nodiscard]] int64_t Ago(int64_t t) const noexcept { return t_ - t; }
+
+    /// The moment that was asked for, in full: "Mon 2 Mar 2026, 02:13"; with the zone's letters where
+    /// the clock is changed within hours.
     [[nodiscard]] std::string Asked() const;
 
 private:

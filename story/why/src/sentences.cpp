@@ -43,7 +43,7 @@ std::string WithoutColons(std::string text) {
 /// "stays on: it is day" as what somebody does or is: "it stays on: it is day"; nothing for a text that cannot be put
 /// so.
 std::string Said(std::string_view it, const std::string& text) {
-    constexpr std::array kDoes = {"stays ", "waits"};
+    constexpr std::array kDoes = {"stays ", "waits", "sleeps on"};
     constexpr std::array kIs = {"left ", "not ", "off ", "asleep", "awake"};
     const auto begins = [&text](const char* start) { return text.starts_with(start); };
     if (std::any_of(kDoes.begin(), kDoes.end(), begins)) {
@@ -92,17 +92,21 @@ std::string StandOf(const SubjectAnswer& answer, bool isBrief) {
     return {};
 }
 
-/// The values that decided, without those that the text has told.
-std::string Found(const Event& event) {
-    std::string text;
+/// The values that decided, without those that the text has told. One that is a sentence of its own stands alone.
+void AddFound(Sentences& sentences, const Event& event) {
+    std::string found;
     for (const Value& value : event.values) {
         if (value.name == kAsked || event.text.find(value.text) != std::string::npos) {
             continue;
         }
+        if (value.name == "rule" || value.name == "needed") {
+            Add(sentences, value.name + ": " + value.text);
+            continue;
+        }
         const bool isNamed = event.subject != Subject::STATE;  // of a state what was found says what was looked for
-        text += (text.empty() ? "" : ", ") + (isNamed ? value.name + " " : "") + value.text;
+        found += (found.empty() ? "found: " : ", ") + (isNamed ? value.name + " " : "") + value.text;
     }
-    return text.empty() ? text : "found: " + text;
+    Add(sentences, found);
 }
 
 std::string IdOf(const char* name, int32_t id) {
@@ -126,8 +130,12 @@ public:
         if (answer.phase && answer.phase->since != answer.since) {
             Add(sentences, PhaseOf(*answer.phase) + " " + moments_.Since(answer.phase->since));
         }
+        // of the looks at one who sleeps, or does not, the last tells what holds
+        const bool isLastOnly = answer.about == About::SLEEP && !answer.refusals.empty();
+        if (!isBrief_ && answer.change && !isLastOnly) {
+            AddFound(sentences, answer.change->event);
+        }
         if (!isBrief_ && answer.change) {
-            Add(sentences, Found(answer.change->event));
             AddCauses(sentences, *answer.change);
         }
         Add(sentences, Who(answer));
@@ -135,18 +143,23 @@ public:
             Add(sentences, Happened(topic, *answer.adjustment));
         }
         if (isBrief_) {
-            if (!answer.refusals.empty()) {
+            const bool isMoreOfTheSame = answer.about == About::SLEEP && answer.state == "asleep";
+            if (!answer.refusals.empty() && !isMoreOfTheSame) {
                 Add(sentences, Refused(topic, answer.refusals.back()));
             }
         } else {
             for (const Refusal& refusal : answer.refusals) {
                 Add(sentences, Refused(topic, refusal));
-                Add(sentences, Found(refusal.told.event));
+                if (!isLastOnly || &refusal == &answer.refusals.back()) {
+                    AddFound(sentences, refusal.told.event);
+                }
             }
-            if (topic.lane && !answer.since && answer.refusals.empty() && answer.state != kNotKnown) {
+            const bool isUntouched = topic.lane && !answer.since && answer.refusals.empty();
+            if (isUntouched && answer.about != About::SLEEP && answer.state != kNotKnown) {
                 Add(sentences, "nothing has tried to change that yet");
             }
         }
+        Add(sentences, LastLook(answer));
         Add(sentences, answer.next.empty() ? "" : "next: " + answer.next);
         return sentences;
     }
@@ -239,6 +252,20 @@ private:
         }
     }
 
+    /// That the user's sleep was not looked at for a while, or ever.
+    [[nodiscard]] std::string LastLook(const SubjectAnswer& answer) const {
+        constexpr int64_t kAWhileMs = 30L * 60 * 1000;
+        if (answer.about != About::SLEEP) {
+            return {};
+        }
+        if (!answer.lastLook) {
+            return "the sleep detector has not looked yet";
+        }
+        return moments_.Ago(*answer.lastLook) > kAWhileMs
+                   ? "the sleep detector looked last " + moments_.At(*answer.lastLook)
+                   : "";
+    }
+
     /// Whom it concerns.
     [[nodiscard]] std::string Who(const SubjectAnswer& answer) const {
         std::string text;
@@ -294,15 +321,15 @@ void Tell(const WhyAnswer& answer, std::ostream& output) {
         std::string label(answer.isBrief ? WordOf(subject.about) : "");
         for (const std::string& sentence : writer.Of(subject)) {
             label.resize(answer.isBrief ? kColumn : 0, ' ');
-            output << label << sentence << "\n";
+            output << label << Tame(sentence) << "\n";
             label.clear();
         }
     }
     for (const AppAnswer& app : answer.apps) {
-        output << app.app.name << IdOf("pid", app.app.pid) << IdOf("uid", app.app.uid)
+        output << Tame(app.app.name) << IdOf("pid", app.app.pid) << IdOf("uid", app.app.uid)
                << (app.app.isNative ? ", a native process" : "") << "\n";
         for (const std::string& sentence : writer.Of(app)) {
-            output << "  " << sentence << "\n";
+            output << "  " << Tame(sentence) << "\n";
         }
     }
 }

@@ -1,9 +1,11 @@
 #include "why.h"
 
 #include <algorithm>
+#include <regex>
 
 #include "app_answers.h"
 #include "causes.h"
+#include "moment.h"
 #include "topics.h"
 
 namespace TARN::Story {
@@ -72,6 +74,18 @@ bool AreAlike(std::string_view a, std::string_view b) {
     return true;
 }
 
+/// Whether what an event announces for a time of day, "MAINTENANCE at 02:47", still lies ahead: what passed and came to
+/// nothing was called off.
+bool IsAhead(const Event& event, int64_t t) {
+    static const std::regex kTime(R"(\bat (\d\d:\d\d)\b)");
+    std::smatch parts;
+    if (!std::regex_search(event.next, parts, kTime)) {
+        return true;
+    }
+    const std::optional<int64_t> announced = Replay::ReadMoment(parts[1], event.t);
+    return !announced || *announced > t;
+}
+
 /// Adds what was refused between the change and `t`.
 void AddRefusals(SubjectAnswer& answer, const Night& night, int64_t t, const Topic& topic, uint32_t change) {
     const auto end = std::upper_bound(night.events.begin(), night.events.end(), t,
@@ -83,9 +97,10 @@ void AddRefusals(SubjectAnswer& answer, const Night& night, int64_t t, const Top
         if (event.subject != topic.subject) {
             continue;
         }
-        if (!isNextKnown && !event.next.empty()) {
+        const bool isOfNow = event.outcome != Outcome::KEPT || IsRefusal(event, answer);
+        if (!isNextKnown && isOfNow && !event.next.empty()) {
             isNextKnown = true;
-            answer.next = event.next;
+            answer.next = IsAhead(event, t) ? event.next : "";
         }
         if (!IsRefusal(event, answer)) {
             continue;
@@ -102,7 +117,7 @@ void AddRefusals(SubjectAnswer& answer, const Night& night, int64_t t, const Top
         }
     }
     std::reverse(answer.refusals.begin(), answer.refusals.end());
-    if (!isNextKnown && answer.change) {
+    if (!isNextKnown && answer.change && IsAhead(answer.change->event, t)) {
         answer.next = answer.change->event.next;
     }
 }
@@ -122,6 +137,11 @@ SubjectAnswer AnswerOf(const Night& night, int64_t t, const Topic& topic) {
         if (const Interval* phase = night.At(LaneId::PHASE).At(t); phase != nullptr && phase->number >= 0) {
             answer.phase = {phase->value, phase->number, phase->from};
         }
+    }
+    if (topic.about == About::SLEEP) {
+        const auto after = std::upper_bound(night.readings.begin(), night.readings.end(), t,
+                                            [](int64_t time, const SleepReading& reading) { return time < reading.t; });
+        answer.lastLook = after == night.readings.begin() ? std::nullopt : std::optional(std::prev(after)->t);
     }
     AddRefusals(answer, night, t, topic, change);
     if (topic.about == About::CLEAN && answer.change) {

@@ -45,6 +45,9 @@ Json Of(const SubjectAnswer& answer) {
         json["phase"] = {
             {"name", answer.phase->name}, {"number", answer.phase->number}, {"since", answer.phase->since}};
     }
+    if (answer.about == About::SLEEP) {
+        json["last_look"] = OrNull(answer.lastLook);
+    }
     json.update({{"since", OrNull(answer.since)},
                  {"change", OrNull(answer.change)},
                  {"adjustment", OrNull(answer.adjustment)},
