@@ -19,6 +19,8 @@ constexpr int64_t kDayMs = 24 * kHourMs;
 constexpr int64_t kManyDaysMs = 3 * kDayMs;
 /// A trace longer than this holds more nights than anybody reads.
 constexpr int64_t kMostNightsMs = 62 * kDayMs;
+/// Whoever sleeps no longer than this beyond noon sleeps late.
+constexpr int64_t kLieInMs = 6 * kHourMs;
 constexpr char kNothing[] = "–";
 
 /// How long in all, and what part of the night that is where hours alone say little.
@@ -66,6 +68,11 @@ int64_t MidnightOf(int64_t day, int64_t near) {
     return day * kDayMs - Replay::TimeZone::OffsetMs(near);
 }
 
+/// The noon that ends a night, as exact.
+int64_t NoonAfter(int64_t evening, int64_t near) {
+    return MidnightOf(evening + 1, near) + kDayMs / 2;
+}
+
 /// The nights from that of one evening to that of another: "Sun 1 to Mon 2 Mar".
 std::string NameOfNights(int64_t firstEvening, int64_t lastEvening, int64_t near) {
     const auto format = [near](int64_t day, const char* how) {
@@ -96,8 +103,15 @@ std::vector<Row> RowsOf(const Night& whole, const Intervals& asleep) {
             nights[evening] = {};
         }
     }
-    for (const Interval& interval : asleep) {
-        nights[EveningOf(interval.from)].push_back(interval);
+    for (Interval rest : asleep) {
+        int64_t evening = EveningOf(rest.from);
+        // Who sleeps on far into the next evening sleeps in that night too.
+        for (int64_t noon = NoonAfter(evening, rest.to); rest.to > noon + kLieInMs;
+             noon = NoonAfter(++evening, rest.to)) {
+            nights[evening].push_back(rest);
+            nights[evening].back().to = rest.from = noon;
+        }
+        nights[evening].push_back(rest);
     }
     std::vector<Row> rows;
     for (auto& [evening, intervals] : nights) {
