@@ -52,7 +52,7 @@ complaint(cutOff "cut.jsonl:2: the trace ends in the middle of a line; expected"
 complaint(missing "absent.jsonl: No such file or directory; expected a trace")
 complaint(folder "[.]: is a directory; expected a trace")
 complaint(wrongConfig "wrong.json: unknown key \"polcy\"; expected")
-foreach(command replay dump)
+foreach(command replay dump "why;--at;+0s")
   answers(2 "^$" "${badTrace}" ${command} bad.jsonl)
   answers(2 "^$" "${cutOff}" ${command} cut.jsonl)
   answers(2 "^$" "${missing}" ${command} absent.jsonl)
@@ -72,6 +72,22 @@ answers(2 "^$" "^standby: cut.jsonl:2: [^\n]*\nstandby: bad.jsonl:2: [^\n]*\n$" 
 
 answers(0 "Summary\n" "^$" replay good.jsonl good.jsonl)
 answers(0 "\nuserSleepState: 0\n.*[^\n]\n$" "^$" dump good.jsonl --at 700)
+# why answers in sentences and in JSON, of a subject or a process; what it does not know is one line
+file(WRITE ${WORK}/phone.jsonl "{\"trace\": 1, \"start\": \"2026-03-01T21:00:00\", \"end\": \"2026-03-01T22:00:00\", "
+  "\"device\": {\"processes\": [{\"pid\": 7, \"uid\": 70, \"name\": \"com.example.music\"}]}}\n"
+  "{\"t\": \"2026-03-01T21:30:00\", \"broadcast\": {\"action\": \"COMMON_EVENT_SCREEN_OFF\"}}\n")
+answers(0 "^Sun 1 Mar 2026, 21:36\nstate +NAP since 21:35.*\nscreen +Off since 21:30[.]\n.*\nclean " "^$" why phone.jsonl --at 21:36)
+answers(0 "^[^\n]*\nThe screen is off since 21:30[.]\n" "^$" why phone.jsonl --at 21:36 --about screen)
+answers(0 "^{\n.*\"subjects\": {.*\"screen\": {.*\"since\": 1772400600000" "^$" why phone.jsonl --at 21:36 --about screen --format json)
+foreach(name com.example.music 7 70)
+  answers(0 "\ncom.example.music, pid 7, uid 70\n +Running since the trace begins[.]\n" "^$" why phone.jsonl --at 21:36 --app ${name})
+endforeach()
+complaint(nearest "no process of the trace is known as \"com.exmaple.musik\"; perhaps com.example.music")
+answers(2 "^$" "${nearest}" why phone.jsonl --at 21:36 --app com.exmaple.musik)
+foreach(words "" "--at;21:36;--about;radio" "--at;21:36;--about;wifi;--app;x" "--at;20:59" "--at;21:36;--app;zzzzzzzzzzzzzzzz")
+  answers(2 "^$" "${wrong}" why phone.jsonl ${words})
+endforeach()
+
 # a moment is named as people name it: the first such time of day, on the day on which the clock is changed too
 set(header [["timezone": "Europe/Berlin", "start": "2026-10-24T22:00:00", "end": "2026-10-25T23:00:00"]])
 file(WRITE ${WORK}/autumn.jsonl "{\"trace\": 1, ${header}}\n")

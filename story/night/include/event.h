@@ -74,6 +74,7 @@ struct Value {
 };
 
 inline constexpr uint32_t kNoEvent = UINT32_MAX;
+inline constexpr int64_t kNoTime = INT64_MAX;
 
 /// One thing that happened, was done, or was decided against, told whole: text, then ": " and the reason.
 struct Event {
@@ -87,6 +88,7 @@ struct Event {
     std::string reason;  ///< "screen off for half an hour at night"; empty: none is known, or it lies in the text
     std::vector<Value> values;  ///< what decided it
     std::string next;           ///< when it may come about after all; empty: not known, or nothing to wait for
+    int64_t nextBy = kNoTime;   ///< wall clock, milliseconds: by then `next` has come or was called off
 };
 
 }  // namespace TARN::Story

@@ -5,6 +5,7 @@
 #include <iterator>
 
 #include "exemption_flag.h"
+#include "phrases.h"
 
 namespace TARN::Story {
 
@@ -105,10 +106,17 @@ void NetworkStory::Retell() {
     if (!change_.failed.empty()) {
         event.text += (event.text.empty() ? "" : "; ") + change_.failed;
         event.outcome = Outcome::FAILED;
-        event.next = next_;
+        TellNext(event);
     }
     scribe_.Set(LaneId::FIREWALL, isOn_ ? "on" : "off", isOn_ ? static_cast<int64_t>(trusted_.size()) : 0,
                 change_.event);
+}
+
+void NetworkStory::TellNext(Event& event) const {
+    if (retryAfterMs_) {
+        event.next = "tried again within " + Duration(*retryAfterMs_);
+        event.nextBy = scribe_.Now() + *retryAfterMs_;
+    }
 }
 
 void NetworkStory::TellDifference(const Change& change, Event& event) const {
@@ -150,7 +158,7 @@ void NetworkStory::OnReason(const DevStandbyMgr::FirewallReason& reason) {
     if (!reason.failedQuestion.empty()) {
         const Scribe::Id id = scribe_.WriteNew(Subject::FIREWALL, Outcome::FAILED,
                                                "left as it is: " + reason.failedQuestion + " could not be had");
-        scribe_.At(id).next = next_;
+        TellNext(scribe_.At(id));
         return;
     }
     std::map<int64_t, std::string> before;

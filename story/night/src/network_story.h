@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -23,7 +24,7 @@ public:
     /// After how long the host tries again what was refused.
     void OnConfig(const DevStandbyMgr::StandbyConfig& config) {
         if (config.mode == DevStandbyMgr::HostMode::AUTOMATIC) {
-            next_ = "tried again after " + Duration(config.policy.retryAfterSeconds * 1000);
+            retryAfterMs_ = config.policy.retryAfterSeconds * 1000;
         }
     }
 
@@ -52,6 +53,7 @@ private:
     Change& ThisChange();
     void Retell();
     [[nodiscard]] std::string WhoGetsThrough() const;
+    void TellNext(Event& event) const;
     void TellDifference(const Change& change, Event& event) const;
     [[nodiscard]] std::string WhyOf(int64_t uid) const;
 
@@ -61,7 +63,7 @@ private:
     std::set<int64_t> trusted_;
     std::map<int64_t, std::string> why_;  ///< by uid: how the host sees it
     Change change_;
-    std::string next_;
+    std::optional<int64_t> retryAfterMs_;  ///< nothing: what was refused is not tried again
 };
 
 }  // namespace TARN::Story

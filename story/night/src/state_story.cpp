@@ -69,11 +69,8 @@ std::string WhyChanged(const StateReason& reason) {
     return std::string(Words(reason.cause)) + (met.empty() ? "" : "; " + met);
 }
 
-/// What comes next if nothing happens.
+/// What comes of a state at a time if nothing happens.
 std::string Next(uint32_t state, int64_t at) {
-    if (at < 0) {
-        return {};
-    }
     switch (state) {
         case StandbyState::DARK:
             return "NAP at " + Clock(at) + ", if the phone is still and unplugged then";
@@ -85,6 +82,13 @@ std::string Next(uint32_t state, int64_t at) {
             return "SLEEP again at " + Clock(at);
         default:
             return "DARK at " + Clock(at) + ", if the phone is unplugged then";
+    }
+}
+
+void TellNext(Event& event, const StateReason& reason) {
+    if (reason.nextTryMs >= 0) {
+        event.next = Next(reason.to, reason.nextTryMs);
+        event.nextBy = reason.nextTryMs;
     }
 }
 
@@ -132,7 +136,7 @@ void StateStory::TellStay(const StateReason& reason) {
     Event& event = scribe_.At(id);
     event.use = IsDeep(static_cast<int32_t>(reason.to)) ? Use::NONE : Use::ROUTINE;
     event.values = ValuesOf(reason);
-    event.next = Next(reason.to, reason.nextTryMs);
+    TellNext(event, reason);
 }
 
 void StateStory::OnState(const AAFwk::Want& want) {
@@ -147,7 +151,7 @@ void StateStory::OnState(const AAFwk::Want& want) {
     event.use = IsDeep(previous) || IsDeep(current) ? Use::NONE : Use::ROUTINE;
     if (isExplained) {
         event.values = ValuesOf(*reason_);
-        event.next = Next(reason_->to, reason_->nextTryMs);
+        TellNext(event, *reason_);
         reason_.reset();
     }
     scribe_.SetCause(CauseOf(previous, current), stateEvent_);

@@ -210,7 +210,7 @@ private:
     static std::string WithReason(std::string text, const SubjectAnswer& answer) {
         const Event& event = answer.change->event;
         if (answer.about == About::SLEEP && event.text.starts_with(answer.state)) {
-            text += event.text.substr(answer.state.size());
+            return Because(text + event.text.substr(answer.state.size()), event.reason);
         }
         if (!event.reason.empty()) {
             return Because(std::move(text), event.reason);

@@ -1,11 +1,9 @@
 #include "why.h"
 
 #include <algorithm>
-#include <regex>
 
 #include "app_answers.h"
 #include "causes.h"
-#include "moment.h"
 #include "topics.h"
 
 namespace TARN::Story {
@@ -74,18 +72,6 @@ bool AreAlike(std::string_view a, std::string_view b) {
     return true;
 }
 
-/// Whether what an event announces for a time of day, "MAINTENANCE at 02:47", still lies ahead: what passed and came to
-/// nothing was called off.
-bool IsAhead(const Event& event, int64_t t) {
-    static const std::regex kTime(R"(\bat (\d\d:\d\d)\b)");
-    std::smatch parts;
-    if (!std::regex_search(event.next, parts, kTime)) {
-        return true;
-    }
-    const std::optional<int64_t> announced = Replay::ReadMoment(parts[1], event.t);
-    return !announced || *announced > t;
-}
-
 /// Adds what was refused between the change and `t`.
 void AddRefusals(SubjectAnswer& answer, const Night& night, int64_t t, const Topic& topic, uint32_t change) {
     const auto end = std::upper_bound(night.events.begin(), night.events.end(), t,
@@ -100,7 +86,7 @@ void AddRefusals(SubjectAnswer& answer, const Night& night, int64_t t, const Top
         const bool isOfNow = event.outcome != Outcome::KEPT || IsRefusal(event, answer);
         if (!isNextKnown && isOfNow && !event.next.empty()) {
             isNextKnown = true;
-            answer.next = IsAhead(event, t) ? event.next : "";
+            answer.next = event.nextBy > t ? event.next : "";
         }
         if (!IsRefusal(event, answer)) {
             continue;
@@ -117,7 +103,7 @@ void AddRefusals(SubjectAnswer& answer, const Night& night, int64_t t, const Top
         }
     }
     std::reverse(answer.refusals.begin(), answer.refusals.end());
-    if (!isNextKnown && answer.change && IsAhead(answer.change->event, t)) {
+    if (!isNextKnown && answer.change && answer.change->event.nextBy > t) {
         answer.next = answer.change->event.next;
     }
 }

@@ -111,7 +111,7 @@ void DetectorPicture::OnJudged(const SleepLook& look, bool isRuledAsleep, bool i
     isAsleep_ = isAsleep && !isInUse;
 }
 
-std::string DetectorPicture::NextLook(int64_t now) const {
+void DetectorPicture::TellNextLook(Event& event, int64_t now) const {
     int64_t at = std::max(lookedAt_ + PauseMs(), isLooking_ ? now + 1 : now);
     if (isLooking_) {
         at = screenOffAt_ + (at - screenOffAt_ + StepMs() - 1) / StepMs() * StepMs();
@@ -121,16 +121,22 @@ std::string DetectorPicture::NextLook(int64_t now) const {
         isVerdictAsleep_ ? "not looked at between noon and 21:00" : "not looked at between 08:00 and 21:00 while awake";
     const bool isGap = !isDebug_ && hour >= (isVerdictAsleep_ ? kNoon : kNightEnd) && hour < kNightBegin;
     if (isGap) {
-        return std::string(gap);
+        event.next = gap;
+        return;
     }
     if (isLooking_) {
-        return "looked at again at " + Clock(at) + " if the screen stays off";
+        event.next = "looked at again at " + Clock(at) + " if the screen stays off";
+        event.nextBy = at;
+        return;
     }
-    std::string text = "looked at again when the screen goes off";
+    event.next = "looked at again when the screen goes off";
     if (at - now >= kMinuteMs) {
-        text += ", at " + Clock(at) + " at the earliest";
+        event.next += ", at " + Clock(at) + " at the earliest";
+        event.nextBy = at;
     }
-    return !isDebug_ && hour >= kMorning && hour < kNoon ? text + "; " + std::string(gap) : text;
+    if (!isDebug_ && hour >= kMorning && hour < kNoon) {
+        event.next.append("; ").append(gap);
+    }
 }
 
 }  // namespace TARN::Story

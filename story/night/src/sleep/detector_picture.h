@@ -2,8 +2,8 @@
 #define STORY_DETECTOR_PICTURE_H
 
 #include <cstdint>
-#include <string>
 
+#include "event.h"
 #include "sleep_look.h"
 #include "standby_message.h"
 #include "trace.h"
@@ -36,8 +36,8 @@ public:
     /// Whether it takes the user for asleep, announced or not.
     [[nodiscard]] bool IsAsleep() const noexcept { return isAsleep_; }
 
-    /// When it looks at the user again, in a person's words.
-    [[nodiscard]] std::string NextLook(int64_t now) const;
+    /// Adds when it looks at the user again.
+    void TellNextLook(Event& event, int64_t now) const;
 
 private:
     void Distrust(int64_t now);

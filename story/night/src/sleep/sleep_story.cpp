@@ -174,7 +174,7 @@ void SleepStory::Conclude(const Verdict& verdict, Scribe::Id event) {
     detector_.OnJudged(look_, verdict.isRuledAsleep && !isWakeupNear_, verdict.isAsleep, !activeUse_.empty());
     Event& told = scribe_.At(event);
     told.values = ValuesOf(verdict);
-    told.next = detector_.NextLook(scribe_.Now());
+    detector_.TellNextLook(told, scribe_.Now());
     look_.isRuledAsleep = verdict.isRuledAsleep && !verdict.isOverruled;
     look_.reading.isAsleep = verdict.isAsleep;
     memory_.last = look_;
@@ -213,7 +213,7 @@ void SleepStory::OnPublished(bool isSleep, int64_t wakeup, bool isHeard) {
     if (isVerdict) {
         Conclude(verdict, event);
     } else {
-        scribe_.At(event).next = detector_.NextLook(scribe_.Now());
+        detector_.TellNextLook(scribe_.At(event), scribe_.Now());
     }
 }
 
