@@ -42,7 +42,7 @@ public:
         std::array<std::string, Story::kAbouts> states;
         std::set<int64_t> frozen;   ///< pids
         std::set<int64_t> proxied;  ///< pids
-        std::set<int64_t> killed;   ///< pids
+        std::map<int64_t, int64_t> killed;  ///< by pid: when
         std::set<int64_t> trusted;  ///< uids
 
         bool operator==(const Picture&) const = default;
@@ -109,7 +109,7 @@ public:
         } else if (isDone && operation == "ResSchedClient.KillProcess") {
             const int64_t pid = std::stoi(arguments["pid"].get<std::string>());
             ++kills_;
-            now_.killed.insert(pid);
+            now_.killed[pid] = t;
             running_.erase(pid);
             ForgetEnded();
         } else if (isDone && operation == "PowerMgrClient.ProxyRunningLocks") {
@@ -357,9 +357,8 @@ protected:
                     continue;
                 }
                 const std::string where = app.name + " at " + Replay::TimeZone::Format(t, "%F %T");
-                const bool isKilled = truth.killed.count(app.pid) != 0;
-                if (isKilled) {
-                    EXPECT_TRUE(Says(answer, Aspect::CLEAN, "killed")) << where;
+                if (const auto killed = truth.killed.find(app.pid); killed != truth.killed.end()) {
+                    EXPECT_TRUE(Says(answer, Aspect::CLEAN, "killed", killed->second)) << where;
                 } else {
                     EXPECT_EQ(Says(answer, Aspect::FROZEN, "frozen"), truth.frozen.count(app.pid) != 0) << where;
                     EXPECT_EQ(Says(answer, Aspect::LOCKS, "proxied"), truth.proxied.count(app.pid) != 0) << where;
@@ -389,9 +388,11 @@ protected:
 private:
     using Aspect = Story::Aspect;
 
-    static bool Says(const Story::AppAnswer& answer, Aspect aspect, std::string_view value) {
-        return std::any_of(answer.aspects.begin(), answer.aspects.end(),
-                           [&](const Story::AspectAnswer& one) { return one.aspect == aspect && one.value == value; });
+    static bool Says(const Story::AppAnswer& answer, Aspect aspect, std::string_view value,
+                     std::optional<int64_t> since = std::nullopt) {
+        return std::any_of(answer.aspects.begin(), answer.aspects.end(), [&](const Story::AspectAnswer& one) {
+            return one.aspect == aspect && one.value == value && (!since || one.since == since);
+        });
     }
 
     static void ExpectSense(const Story::WhyAnswer& answer) {

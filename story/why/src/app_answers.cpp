@@ -123,7 +123,8 @@ AppAnswer AnswerOf(const Night& night, int64_t t, uint32_t place) {
         }
         aspect.failure.clear();
         aspect.failedAt.reset();
-        if (aspect.value != event.value && event.t > night.start) {
+        const bool isNews = aspect.value != event.value || event.aspect == Aspect::CLEAN;  // each clean is one of its own
+        if (isNews && event.t > night.start) {
             aspect.since = event.t;
         }
         aspect.value = event.value;
