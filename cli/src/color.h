@@ -1,8 +1,7 @@
 #ifndef CLI_COLOR_H
 #define CLI_COLOR_H
 
-#include "command_line.h"
-#include "output_file.h"
+#include "options.h"
 
 namespace TARN::Cli {
 

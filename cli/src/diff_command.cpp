@@ -1,6 +1,7 @@
 #include "diff_command.h"
 
 #include <unistd.h>
+#include <memory>
 
 #include <algorithm>
 #include <cerrno>
@@ -28,6 +29,21 @@ namespace {
 using DevStandbyMgr::InputError;
 using DevStandbyMgr::Refuse;
 using nlohmann::ordered_json;
+
+struct DiffOptions {
+    SideNames names;  ///< of traces or records: one or two; two of each where a run of one is held against another
+    AnswerFormat format = AnswerFormat::TEXT;
+    bool isProgressHidden = false;
+};
+
+constexpr char kDiffFooter[] =
+    "A and B are records, as replay --format jsonl writes them, or traces, which are played. One trace is held\n"
+    "against itself under another configuration or plugin:\n"
+    "  standby diff night.jsonl --config try.json               as the trace has it, and with try.json\n"
+    "  standby diff night.jsonl --config a.json --config b.json\n"
+    "  standby diff night.jsonl --plugin OTHER.so               the plugin built with this program, and another\n"
+    "  standby diff night.jsonl night.record                    whether a trace still plays as it was recorded\n"
+    "Exit status: 0 the same, 1 different, 2 trouble.\n";
 
 constexpr int kSame = 0;
 constexpr int kDifferent = 1;
@@ -247,8 +263,6 @@ int Compare(const DiffOptions& options, Progress& progress, OutputFile& output) 
     return comparison.record.parting ? kDifferent : kSame;
 }
 
-}  // namespace
-
 int RunDiff(const DiffOptions& options, OutputFile& output) {
     Progress progress(!options.isProgressHidden);
     try {
@@ -258,6 +272,38 @@ int RunDiff(const DiffOptions& options, OutputFile& output) {
         Complain(error.what());
         return kTrouble;
     }
+}
+
+/// One trace is held against itself: what is named once for it goes to the second side.
+DiffOptions WithBothSides(DiffOptions options) {
+    auto& [traces, configs, plugins] = options.names;
+    if (traces.size() == 1 && configs.size() == 1) {
+        configs.insert(configs.begin(), "");
+    }
+    if (plugins.empty() || (traces.size() == 1 && plugins.size() == 1)) {
+        plugins.insert(plugins.begin(), DefaultPlugin());
+    }
+    return options;
+}
+
+}  // namespace
+
+void AddDiff(CLI::App& app, Action& action) {
+    const auto shared = std::make_shared<DiffOptions>();
+    DiffOptions& options = *shared;
+    CLI::App& command = *app.add_subcommand("diff", "Hold two runs against each other; tell where they part");
+    command.footer(kDiffFooter);
+    const auto add = [&](const char* name, const char* about) {
+        const auto keep = [&options](const std::string& file) { options.names.traces.push_back(file); };
+        return command.add_option_function<std::string>(name, keep, about)->type_name("");
+    };
+    add("A", "A record or a trace, - for standard input")->required();
+    add("B", "What it is held against");
+    AddAnswerFormat(command, options.format);
+    AddSideOptions(command, options.names, options.isProgressHidden);
+    command.callback([shared, &action] {
+        action = [options = WithBothSides(*shared)](OutputFile& output) { return RunDiff(options, output); };
+    });
 }
 
 }  // namespace TARN::Cli

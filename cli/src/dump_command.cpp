@@ -1,6 +1,7 @@
 #include "dump_command.h"
 
 #include <algorithm>
+#include <memory>
 #include <utility>
 
 #include "exit_status.h"
@@ -15,8 +16,18 @@ namespace TARN::Cli {
 
 namespace {
 
-using DevStandbyMgr::InputError;
 using Replay::Trace;
+
+struct DumpOptions {
+    PlayerOptions player;
+    std::string trace;
+    std::string at;  ///< as ReadTimeArgument takes it; empty for the end
+    std::vector<std::string> words;
+};
+
+constexpr char kDumpFooter[] =
+    "A word that begins with a dash goes behind two dashes:\n"
+    "  standby dump night.jsonl -- DUMP_SIMULATE_SENSOR DUMP_STRATGY_DETAIL -ST --SetMode 1\n";
 
 /// Keeps the last dump of a run and nothing else.
 class LastDump : public Replay::RecordSink {
@@ -47,8 +58,6 @@ void EndWithDump(Trace& trace, int64_t t, std::vector<std::string> words) {
     trace.steps.push_back({trace.end, Replay::DumpStep{std::move(words)}});
 }
 
-}  // namespace
-
 int RunDump(const DumpOptions& options, OutputFile& output) {
     Progress progress(!options.player.isProgressHidden);
     auto traces = ReadInputs({options.trace}, options.player.config, progress);
@@ -61,25 +70,29 @@ int RunDump(const DumpOptions& options, OutputFile& output) {
         words = {std::string(DevStandbyMgr::DUMP_DETAIL_INFO), std::string(DevStandbyMgr::DUMP_STRATGY_DETAIL)};
     }
     LastDump dump;
-    try {
-        EndWithDump(trace, options.at.empty() ? trace.end : ReadTimeArgument("--at", options.at, trace),
-                    std::move(words));
-        Replay::Play(trace, {options.player.plugin, [&](double fraction) { progress.Show("playing", fraction); }},
-                     dump);
-    } catch (const InputError& error) {
-        Complain(error.what());
-        return kInputWrong;
-    } catch (const Replay::RunError& error) {
-        progress.Erase();
-        Complain(error.what());
-        return kRunFailed;
-    }
+    EndWithDump(trace, options.at.empty() ? trace.end : ReadTimeArgument("--at", options.at, trace), std::move(words));
+    Replay::Play(trace, {options.player.plugin, [&](double fraction) { progress.Show("playing", fraction); }}, dump);
     progress.Erase();
     output.Stream() << dump.Text();
     if (!dump.Text().empty() && dump.Text().back() != '\n') {
         output.Stream() << '\n';
     }
     return output.Finish();
+}
+
+}  // namespace
+
+void AddDump(CLI::App& app, Action& action) {
+    const auto shared = std::make_shared<DumpOptions>();
+    DumpOptions& options = *shared;
+    CLI::App& command = *app.add_subcommand("dump", "Play a trace up to a time; print the strategies' dump");
+    command.footer(kDumpFooter);
+    AddTrace(command, options.trace, "The trace to play, - for standard input").required();
+    command.add_option("WORD", options.words, "The dump's words (default DUMP_DETAIL_INFO DUMP_STRATGY_DETAIL)")
+        ->type_name("");
+    AddAt(command, options.at, " (default the end)");
+    AddPlayerOptions(command, options.player);
+    command.callback([shared, &action] { action = [shared](OutputFile& output) { return RunDump(*shared, output); }; });
 }
 
 }  // namespace TARN::Cli

@@ -1,13 +1,12 @@
 #ifndef CLI_DUMP_COMMAND_H
 #define CLI_DUMP_COMMAND_H
 
-#include "command_line.h"
-#include "output_file.h"
+#include "options.h"
 
 namespace TARN::Cli {
 
-/// `standby dump`: plays a trace up to a time and prints the strategies' dump. Returns the exit status.
-[[nodiscard]] int RunDump(const DumpOptions& options, OutputFile& output);
+/// `standby dump`: plays a trace up to a time and prints the strategies' dump.
+void AddDump(CLI::App& app, Action& action);
 
 }  // namespace TARN::Cli
 

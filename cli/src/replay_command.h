@@ -1,13 +1,12 @@
 #ifndef CLI_REPLAY_COMMAND_H
 #define CLI_REPLAY_COMMAND_H
 
-#include "command_line.h"
-#include "output_file.h"
+#include "options.h"
 
 namespace TARN::Cli {
 
-/// `standby replay`: plays traces and tells of them on the output. Returns the exit status.
-[[nodiscard]] int RunReplay(const ReplayOptions& options, OutputFile& output);
+/// `standby replay`: plays traces and tells of them.
+void AddReplay(CLI::App& app, Action& action);
 
 }  // namespace TARN::Cli
 

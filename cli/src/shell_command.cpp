@@ -1,6 +1,7 @@
 #include "shell_command.h"
 
 #include <unistd.h>
+#include <memory>
 
 #include <chrono>
 #include <csignal>
@@ -23,6 +24,18 @@ namespace TARN::Cli {
 namespace {
 
 using DevStandbyMgr::InputError;
+
+struct ShellOptions {
+    std::string plugin;
+    std::string config;  ///< a file that overrides the trace's host; empty for none
+    std::string trace;   ///< empty for an ordinary phone
+    ColorChoice color = ColorChoice::AUTO;
+};
+
+constexpr char kShellFooter[] =
+    "Without a trace it is an ordinary phone at 21:00 of today, in the zone of TZ, else in UTC.\n"
+    "From a pipe each line is a command; one that is wrong is told on standard error with its line's\n"
+    "number, and the exit status is 2 in the end. The word help tells the commands.\n";
 
 /// A phone and the trace that it starts from.
 struct Start {
@@ -132,8 +145,6 @@ int Obey(Shell::Shell& shell, OutputFile& output) {
     return written == kDone ? status : written;
 }
 
-}  // namespace
-
 int RunShell(const ShellOptions& options, OutputFile& output) {
     const bool isConversation = ::isatty(STDIN_FILENO) == 1 && output.IsTerminal();
     try {
@@ -153,6 +164,20 @@ int RunShell(const ShellOptions& options, OutputFile& output) {
         Complain(error.what());
         return kRunFailed;
     }
+}
+
+}  // namespace
+
+void AddShell(CLI::App& app, Action& action) {
+    const auto shared = std::make_shared<ShellOptions>();
+    ShellOptions& options = *shared;
+    CLI::App& command = *app.add_subcommand("shell", "A prompt on the simulated phone, to move it by hand");
+    command.footer(kShellFooter);
+    AddTrace(command, options.trace, "The trace to start from");
+    AddColor(command, options.color);
+    AddPlayed(command, options.plugin, options.config);
+    command.callback(
+        [shared, &action] { action = [shared](OutputFile& output) { return RunShell(*shared, output); }; });
 }
 
 }  // namespace TARN::Cli
