@@ -56,10 +56,6 @@ function readSide(raw, place, shift) {
   side.events = readEvents(side, raw);
   side.lanes = new Map(raw.lanes.map(lane => readLane(side, lane)));
   side.series = new Map(["light", "stillness", "proximity"].map(name => [name, readSamples(side, raw[name], name)]));
-  side.readings = unfolded(raw.readings, side.start, (t, row) => ({
-    side, t, kind: "reading",
-    stillS: row[1], darkS: row[2], screenOffS: row[3], alarm: row[4], light: row[5], isAsleep: row[6] === 1, event: row[7],
-  }));
   side.apps = raw.apps.map(([pid, uid, name, isNative]) => ({pid, uid, name: text(name), isNative: isNative === 1}));
   side.appEvents = unfolded(raw.appEvents, side.start, (t, row) => ({
     t, app: side.apps[row[1]], aspect: text(row[2]), value: text(row[3]), reason: text(row[4]), event: row[5],

@@ -137,7 +137,6 @@ public:
         List("light", [this] { WriteSamples(night_.light); });
         List("stillness", [this] { WriteSamples(night_.stillness); });
         List("proximity", [this] { WriteSamples(night_.proximity); });
-        List("readings", [this] { WriteReadings(); });
         List("apps", [this] {
             for (const App& app : night_.apps) {
                 out_.Row(app.pid, app.uid, strings_.Of(app.name), app.isNative ? 1 : 0);
@@ -250,15 +249,6 @@ private:
         Restart();
         for (const Sample& sample : samples) {
             out_.Row(Since(sample.t), sample.value);
-        }
-    }
-
-    /// Rows of time, seconds of stillness, darkness and without screen, the next alarm, light, the verdict, its event.
-    void WriteReadings() {
-        Restart();
-        for (const SleepReading& reading : night_.readings) {
-            out_.Row(Since(reading.t), reading.stillS, reading.darkS, reading.screenOffS, reading.alarm,
-                     std::optional(reading.light), reading.isAsleep ? 1 : 0, PlaceOf(reading.event));
         }
     }
 
