@@ -57,6 +57,12 @@ function depthIntervals(side) {
 const depthLook = one =>
   one.value === "MAINTENANCE" ? "maintenance" : one.depth > 0 ? `depth${one.depth}` : "";
 
+/** What begins an interval is seen by the interval and has no mark, unless it is out of the ordinary. */
+const isMarked = (part, event) => !part.begins.has(event.place) || event.outcome === "kept" || event.outcome === "failed";
+
+/** The greatest value of a curve's row. */
+const mostOf = row => d3.max(row.sides, one => d3.max(one.intervals, sample => sample.value));
+
 function makeRow(spec) {
   const row = {label: spec.id, tell: one => one.value, subjects: [], ...spec};
   row.sides = sides.map(side => {
@@ -65,10 +71,8 @@ function makeRow(spec) {
       : row.kind === "curve" ? side.series.get(row.id) : [];
     const begins = new Set(intervals.map(one => one.event));
     const subjects = new Set(row.subjects);
-    const events = side.events.filter(one => subjects.has(one.subject) && !one.isRepeat);
-    // what begins an interval is seen by the interval, unless it is no plain success
-    const marks = events.filter(one => !begins.has(one.place) || one.outcome === "kept" || one.outcome === "failed");
-    return {side, intervals, events, marks, begins};
+    const part = {side, intervals, begins, events: side.events.filter(one => subjects.has(one.subject) && !one.isRepeat)};
+    return {...part, marks: part.events.filter(one => isMarked(part, one))};
   });
   const look = row.kind === "depth" ? depthLook : row.look;
   if (look) {
