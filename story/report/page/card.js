@@ -53,10 +53,15 @@ function appsLines(event, most) {
   }));
 }
 
+/** How often the same was said again, and until when. */
+const againWords = event =>
+  `${timesWords(event.again)}, ${event.again > 1 ? "until" : "at"} ${timeOf({side: event.side, t: event.againUntil}, event.t)}`;
+
 /** The details of an event, below its sentence. */
 function detailsOf(event, link, {mostApps, mostEffects}) {
   return [
     valuesOf(event),
+    event.again > 0 ? el("p", {}, el("span", {class: "faint"}, "Again: "), againWords(event)) : null,
     event.next ? el("p", {class: "next"}, el("span", {class: "faint"}, "Next: "), event.next) : null,
     appsLines(event, mostApps),
     ...causesOf(event, link, mostEffects),

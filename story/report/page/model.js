@@ -15,7 +15,7 @@ function unfolded(rows, start, make) {
 }
 
 function readEvents(side, raw) {
-  return unfolded(raw.events, side.start, (t, row, place) => {
+  const events = unfolded(raw.events, side.start, (t, row, place) => {
     const values = [];
     for (let i = 8; i < row.length; i += 2) values.push({name: text(row[i]), text: text(row[i + 1])});
     return {
@@ -24,6 +24,15 @@ function readEvents(side, raw) {
       text: text(row[5]), reason: text(row[6]), next: text(row[7]),
     };
   });
+  // what is said again in the same words is told with what said it first
+  const said = new Map();
+  for (const event of events) {
+    const words = `${event.subject} ${event.text}`;
+    const first = said.get(words);
+    if (!event.isRepeat) said.set(words, Object.assign(event, {again: 0, againUntil: event.t}));
+    else if (first) Object.assign(first, {again: first.again + 1, againUntil: event.t});
+  }
+  return events;
 }
 
 function readLane(side, [name, ...rows]) {
