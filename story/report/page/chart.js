@@ -82,7 +82,7 @@ function barPaths(intervals, x, view, bar, hangs) {
     if (x1 - x0 >= kNarrowPx) {
       flush();
       // a gap shows that something changed, where it cannot be taken for more than that
-      const isGoingOn = i > 0 && intervals[i - 1].look === one.look && Math.min(x1 - x0, x0 - at(intervals[i - 1].t)) > 30;
+      const isGoingOn = one.t > view[0] && i > 0 && intervals[i - 1].look === one.look && Math.min(x1 - x0, x0 - at(intervals[i - 1].t)) > 30;
       put(one.look, isGoingOn ? x0 + 1 : x0, x1, heightOf(one));
       continue;
     }
@@ -201,7 +201,7 @@ class RowsDrawing {
       part.selectAll("rect.ground").data(hasGround ? [bar] : []).join("rect").attr("class", "ground")
         .attr("x", x(within[0])).attr("width", x(within[1]) - x(within[0])).attr("y", bar.y).attr("height", bar.h);
       if (row.kind === "curve") {
-        this.drawCurve(part, row, intervals, x, within, bar);
+        this.drawCurve(part, row, side, intervals, x, within, bar);
       } else {
         const paths = barPaths(intervals, x, within, bar, row.kind === "depth");
         part.selectAll("path.bar").data([...paths], ([look]) => look).join("path")
@@ -228,8 +228,8 @@ class RowsDrawing {
     return path;
   }
 
-  drawCurve(part, row, samples, x, view, bar) {
-    const most = Math.max(1, d3.max(row.sides, one => d3.max(one.intervals, sample => sample.value)));
+  drawCurve(part, row, side, samples, x, view, bar) {
+    const most = Math.max(1, mostOf(row));
     const y = row.scale().domain([0, most]).range([bar.y + bar.h - 1, bar.y + 2]);
     const points = view[0] < view[1] ? samplesInSight(samples, x, view) : [];
     const at = one => x(Math.min(Math.max(one.t, view[0]), view[1]));
@@ -237,7 +237,7 @@ class RowsDrawing {
     const area = d3.area().defined(defined).curve(d3.curveStepAfter).x(at).y0(bar.y + bar.h).y1(one => y(one.value));
     const line = d3.line().defined(defined).curve(d3.curveStepAfter).x(at).y(one => y(one.value));
     part.selectAll("path.area").data([points]).join("path").attr("class", "area").attr("d", area);
-    part.selectAll("text").data(row.words ? curveLabels(row, samples, x, view, bar) : []).join("text")
+    part.selectAll("text").data(row.words && side.place === 0 ? curveLabels(row, samples, x, view, bar) : []).join("text")
       .attr("x", one => one.x).attr("y", one => one.y).text(one => one.words);
     part.selectAll("path.line").data([points]).join("path").attr("class", "line").attr("d", line);
   }
@@ -259,7 +259,7 @@ function drawAxis(svg, x, view, clock, left) {
   const changes = clock.changesWithin(...view);
   const room = measureText("Wed 30 Sep 2026") + 16;
   const titles = turns.filter((t, i) => i > 0 || turns.length === 1 || x(turns[1]) > room)
-    .filter((t, i, all) => i === 0 || x(t) - x(all[i - 1]) > room);
+    .filter((t, i, all) => i === 0 || (x(t) - x(all[i - 1]) > room && x(t) + measureText(clock.format(t, above)) < width));
   svg.selectAll("text.above").data(titles).join("text").attr("class", "above")
     .attr("x", t => left + x(t) + (t === view[0] ? 0 : 4)).attr("y", 14).text(t => clock.format(t, above));
   const taken = titles.map(t => {

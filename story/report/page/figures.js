@@ -6,9 +6,9 @@ const kFigures = [
   {row: "wifi", words: "Wi-Fi off"},
   {row: "modem", words: "modem off"},
   {row: "firewall", words: "firewall on"},
-  {row: "frozen", words: "frozen", more: most => (most > 0 ? `at most ${most}` : "")},
-  {row: "locks", words: "locks proxied", more: most => (most > 0 ? `at most ${most}` : "")},
-  {row: "timers", words: "timers stretched", more: most => (most > 0 ? `up to ${most} s` : "")},
+  {row: "frozen", words: "frozen", unit: ""},
+  {row: "locks", words: "locks proxied", unit: ""},
+  {row: "timers", words: "timers stretched", unit: " s"},
 ];
 
 /** The time in `view` that counts of a lane, in how many stretches, and the greatest number there. */
@@ -39,8 +39,9 @@ function figuresOf(view) {
     words: figure.words, row: figure.row,
     sides: sides.map(side => {
       const {ms, times, most, isKnown} = measureLane(side, figure.row, view);
-      const more = figure.more ? figure.more(most) : "";
-      return {amount: ms, value: ms > 0 ? duration(ms) : isKnown ? "–" : "not known", note: ms > 0 ? [timesWords(times), more].filter(Boolean).join(", ") : ""};
+      const note = figure.unit === undefined || most === 0 ? timesWords(times)
+        : `${times < 3 ? timesWords(times) : `${d3.format(",")(times)}×`}, up to ${most}${figure.unit}`;
+      return {amount: ms, value: ms > 0 ? duration(ms) : isKnown ? "–" : "not known", note: ms > 0 ? note : ""};
     }),
   }));
   const killed = {

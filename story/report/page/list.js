@@ -34,7 +34,8 @@ const list = (() => {
     begin = Math.max(0, (at < 0 ? 0 : at) - kPiece / 2);
     end = Math.min(matching.length, begin + kPiece);
     box.replaceChildren(...piece(begin, end));
-    if (matching.length === 0) box.append(el("li", {class: "nothing"}, "Nothing of this happened here."));
+    if (matching.length === 0) box.append(el("li", {class: "nothing"}, inSight.length === 0 ? "Nothing happened here." : "Nothing of this happened here."));
+    if (at < 0) box.scrollTop = 0;
     watchEnds();
     showSelected();
   }

@@ -3,6 +3,7 @@
 (() => {
   const [first] = sides;
   document.getElementById("d3-version").textContent = d3.version;
+  document.body.classList.toggle("pair", isPair);
   document.querySelector("h1").replaceChildren(...(isPair
     ? sides.map(side => el("span", {class: "side-name"}, sideTag(side), side.label)) : [document.title]));
   const length = days(whole[1] - whole[0]);

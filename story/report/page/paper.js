@@ -65,7 +65,7 @@
     return el("div", {class: "telling"},
       matter.filter(event => told.has(event)).map(event => el("p", {}, el("time", {}, timeOf(event)), " ", markIcon(event.outcome), " ",
         isPair ? sideTag(event.side) : null, el("b", {}, event.subject), " ", sentenceOf(event))),
-      matter.length > told.size ? el("p", {class: "faint"}, `and ${matter.length - told.size} more`) : null);
+      matter.length > told.size ? el("p", {class: "faint"}, `and ${count(matter.length - told.size, "more event")}`) : null);
   }
 
   window.addEventListener("beforeprint", () => {
