@@ -47,7 +47,7 @@ function appsLines(event, most) {
   const groups = [...d3.group(appsOf(event), one => `${one.aspect}: ${one.value}${one.reason ? ` (${one.reason})` : ""}`)];
   if (groups.length === 0) return null;
   return el("ul", {class: "apps"}, groups.map(([what, few]) => {
-    const names = few.map(one => one.app.name);
+    const names = few.map(one => one.app);
     return el("li", {}, el("span", {class: "faint"}, `${what} `), names.slice(0, most).join(", ") +
       (names.length > most ? ` and ${names.length - most} more` : ""));
   }));

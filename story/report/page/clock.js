@@ -40,7 +40,7 @@ class Clock {
     return (within.length > kMost ? [] : within).map(one => {
       const before = this.changes[this.changes.indexOf(one) - 1];
       return {
-        t: one.t, by: one.offset - before.offset, name: one.name,
+        t: one.t, by: one.offset - before.offset,
         before: formatter("%H:%M")(new Date(one.t - this.shift + before.offset)),
         after: this.format(one.t, "%H:%M"),
       };

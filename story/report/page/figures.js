@@ -48,7 +48,7 @@ function figuresOf(view) {
     words: "killed", row: "apps",
     sides: sides.map(side => {
       const few = killedIn(side, view);
-      const names = [...new Set(few.map(one => one.app.name))];
+      const names = [...new Set(few.map(one => one.app))];
       return {amount: few.length, value: few.length > 0 ? count(few.length, "app") : "–", note: names.slice(0, 12).join(", ") + (names.length > 12 ? " …" : ""), isNames: true};
     }),
   };

@@ -61,13 +61,13 @@ function readSide(raw, place, shift) {
     head: raw.head.map(([name, fact]) => ({name: text(name), text: text(fact)})),
     record: raw.record,
   };
-  side.clock = new Clock(raw.offsets.map(([t, offset, name]) => ({t: t + shift, offset, name: text(name)})), shift);
+  side.clock = new Clock(raw.offsets.map(([t, offset]) => ({t: t + shift, offset})), shift);
   side.events = readEvents(side, raw);
   side.lanes = new Map(raw.lanes.map(lane => readLane(side, lane)));
   side.series = new Map(["light", "stillness", "proximity"].map(name => [name, readSamples(side, raw[name], name)]));
-  side.apps = raw.apps.map(([pid, uid, name, isNative]) => ({pid, uid, name: text(name), isNative: isNative === 1}));
+  const apps = raw.apps.map(text);
   side.appEvents = unfolded(raw.appEvents, side.start, (t, row) => ({
-    t, app: side.apps[row[1]], aspect: text(row[2]), value: text(row[3]), reason: text(row[4]), event: row[5],
+    t, app: apps[row[1]], aspect: text(row[2]), value: text(row[3]), reason: text(row[4]), event: row[5],
   }));
   return side;
 }

@@ -120,7 +120,6 @@ public:
         Member("zone", strings_.Of(night_.timezone));
         Member("start", night_.start);
         Member("end", night_.end);
-        Member("scripted", night_.isScripted ? 1 : 0);
         List("strategies", [this] {
             for (const std::string& strategy : night_.strategies) {
                 out_.Add(strings_.Of(strategy));
@@ -139,7 +138,7 @@ public:
         List("proximity", [this] { WriteSamples(night_.proximity); });
         List("apps", [this] {
             for (const App& app : night_.apps) {
-                out_.Row(app.pid, app.uid, strings_.Of(app.name), app.isNative ? 1 : 0);
+                out_.Add(strings_.Of(app.name));
             }
         });
         List("appEvents", [this] {
@@ -181,8 +180,7 @@ private:
 
     [[nodiscard]] static int64_t PlaceOf(uint32_t event) { return event == kNoEvent ? -1 : int64_t{event}; }
 
-    /// Rows of time, offset of the local clock in milliseconds and its abbreviation, one for each change, beginning a
-    /// day before the start.
+    /// Rows of time and offset of the local clock in milliseconds, one for each change, beginning a day before the start.
     void WriteOffsets() {
         constexpr int64_t kDayMs = 24L * 3600 * 1000;
         constexpr int64_t kStepMs = kDayMs / 4;
@@ -191,9 +189,7 @@ private:
         const int64_t end = night_.end + kDayMs;
         int64_t t = night_.start - kDayMs;
         const int64_t step = std::max(kStepMs, (end - t) / kMostSteps);
-        const auto write = [this](int64_t at) {
-            out_.Row(at, TimeZone::OffsetMs(at), strings_.Of(TimeZone::Format(at, "%Z")));
-        };
+        const auto write = [this](int64_t at) { out_.Row(at, TimeZone::OffsetMs(at)); };
         write(t);
         for (int64_t next = t + step; next < end + step; t = next, next += step) {
             const int64_t after = TimeZone::OffsetMs(next);
