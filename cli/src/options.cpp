@@ -19,7 +19,7 @@ constexpr std::array kAnswerFormats = {Word<AnswerFormat>{"text", AnswerFormat::
 std::string DefaultPlugin() {
     std::error_code error;
     const std::filesystem::path self = std::filesystem::read_symlink("/proc/self/exe", error);
-    return (self.parent_path().parent_path() / "lib" / "libphone_standby.so").string();
+    return (self.parent_path() / STANDBY_PLUGIN).lexically_normal().string();
 }
 
 void AddColor(CLI::App& command, ColorChoice& choice) {

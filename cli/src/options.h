@@ -77,7 +77,7 @@ void AddPlayerOptions(CLI::App& command, PlayerOptions& options);
 /// The player's options of a command that plays one run or holds two against each other.
 void AddSideOptions(CLI::App& command, SideNames& names, bool& isProgressHidden);
 
-/// The plugin as it is built and installed: in lib beside the bin that holds this program.
+/// The plugin as it is built and installed with this program, wherever that is now.
 [[nodiscard]] std::string DefaultPlugin();
 
 }  // namespace TARN::Cli

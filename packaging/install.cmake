@@ -1,0 +1,28 @@
+# What `cmake --install` puts where, and the package for Debian that cpack makes of it.
+
+install(TARGETS standby RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(TARGETS standby_platform standby_service phone_standby LIBRARY DESTINATION ${STANDBY_LIBRARY_FOLDER})
+install(DIRECTORY traces DESTINATION ${CMAKE_INSTALL_DATADIR}/standby FILES_MATCHING PATTERN *.jsonl PATTERN README.md)
+
+set(docs ${CMAKE_INSTALL_DATAROOTDIR}/doc/standby)
+install(FILES README.md CHANGELOG.md DESTINATION ${docs})
+install(DIRECTORY docs DESTINATION ${docs} FILES_MATCHING PATTERN *.md PATTERN *.png)
+
+# The program holds code of others, and of D3 all modules: their terms lie with it.
+set(copyright ${CMAKE_CURRENT_BINARY_DIR}/copyright)
+file(READ packaging/copyright text)
+file(GLOB bundled /usr/share/doc/nlohmann-json3-dev/copyright /usr/share/doc/libcli11-dev/copyright
+  /usr/share/doc/node-d3/copyright /usr/share/doc/node-d3-*/copyright)
+foreach(name IN ITEMS nlohmann-json3-dev libcli11-dev node-d3 node-d3-scale)
+  if(NOT /usr/share/doc/${name}/copyright IN_LIST bundled)
+    message(FATAL_ERROR "/usr/share/doc/${name}/copyright is missing: the terms of what is bundled")
+  endif()
+endforeach()
+foreach(file IN LISTS bundled)
+  get_filename_component(name ${file} DIRECTORY)
+  get_filename_component(name ${name} NAME)
+  file(READ ${file} terms)
+  string(APPEND text "\n\n==== ${name} ====\n\n${terms}")
+endforeach()
+file(WRITE ${copyright} "${text}")
+install(FILES ${copyright} DESTINATION ${docs})
