@@ -60,8 +60,8 @@ run_tests() {
   log=$(mktemp)
   (cd -- "$project" && "${as_is[@]}" ctest --preset "$preset" --no-tests=error -j "$(nproc)" "$@") \
     >"$log" 2>&1 </dev/null || status=$?
+  if [ "$status" -eq 0 ]; then grep 'tests passed' -- "$log" || status=1; fi
   if [ "$status" -ne 0 ]; then cat -- "$log" >&2; fi
-  grep 'tests passed' -- "$log" || { status=1; cat -- "$log" >&2; }
   rm -f -- "$log"
   return "$status"
 }
