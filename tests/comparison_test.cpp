@@ -186,6 +186,7 @@ Story::Night TwoHours(int64_t asleep, const std::string& state) {
         night.appEvents.push_back({kStart, static_cast<uint32_t>(night.apps.size()), Aspect::CLEAN, "killed", ""});
         night.apps.push_back({-1, -1, name, {}});
     }
+    night.appEvents.push_back(night.appEvents.back());  // killed again
     return night;
 }
 
@@ -208,6 +209,8 @@ TEST(Comparison, SaysByHowMuchTwoNightsDifferAndFromWhenOn) {
     EXPECT_EQ(json["states_part"]["t"], kStart + 60 * kMinute);
     EXPECT_EQ(json["states_part"]["b"], "SLEEP (off)");
     EXPECT_EQ(json["killed"]["only_a"], nlohmann::json({"NAP"}));
+    EXPECT_EQ(json["figures"][9]["a"], 2) << "applications";
+    EXPECT_EQ(json["figures"][10]["a"], 3) << "kills";
 
     std::ostringstream text;
     Tell(comparison, text);

@@ -57,6 +57,7 @@ std::vector<ComparedFigure> CompareFigures(const Nights& nights) {
     time("locks proxied", LaneId::LOCKS, &Figures::locksMs);
     time("timers stretched", LaneId::TIMERS, &Figures::stretchedMs);
     add("apps killed", false, std::nullopt, [](const Figures& of) { return static_cast<int64_t>(of.killed.size()); });
+    add("kills", false, std::nullopt, [](const Figures& of) { return of.kills; });
     return rows;
 }
 
@@ -115,7 +116,6 @@ std::array<std::vector<std::string>, kSides> KilledOnlyIn(const Nights& nights) 
     std::array<std::vector<std::string>, kSides> killed;
     for (size_t side = 0; side < kSides; ++side) {
         killed[side] = Measure(*nights[side]).killed;
-        std::sort(killed[side].begin(), killed[side].end());
     }
     std::array<std::vector<std::string>, kSides> only;
     for (size_t side = 0; side < kSides; ++side) {

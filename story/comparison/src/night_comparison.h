@@ -42,7 +42,7 @@ struct EventParting {
 /// Nothing: both tell the same.
 [[nodiscard]] std::optional<EventParting> FindEventParting(const Nights& nights);
 
-/// Names that one side killed and the other did not, or more often.
+/// Names that one side killed and the other did not.
 [[nodiscard]] std::array<std::vector<std::string>, kSides> KilledOnlyIn(const Nights& nights);
 
 }  // namespace TARN::Story

@@ -1,6 +1,7 @@
 #include "figures.h"
 
 #include <algorithm>
+#include <set>
 
 namespace TARN::Story {
 
@@ -54,6 +55,7 @@ int64_t TotalMs(const std::vector<Interval>& intervals) noexcept {
 Figures Measure(const Night& night) {
     const auto total = [&night](LaneId lane) { return TotalMs(Counted(night, lane)); };
     Figures figures;
+    std::set<std::string> killed;
     figures.asleepMs = total(LaneId::SLEEP);
     figures.bluetoothOffMs = total(LaneId::BLUETOOTH);
     figures.wifiOffMs = total(LaneId::WIFI);
@@ -70,9 +72,11 @@ Figures Measure(const Night& night) {
     }
     for (const AppEvent& event : night.appEvents) {
         if (event.aspect == Aspect::CLEAN && event.value == "killed") {
-            figures.killed.push_back(night.apps[event.app].name);
+            ++figures.kills;
+            killed.insert(night.apps[event.app].name);
         }
     }
+    figures.killed.assign(killed.begin(), killed.end());
     return figures;
 }
 
