@@ -2,10 +2,12 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <map>
 #include <regex>
+#include <set>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -15,14 +17,14 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// What each source file may log: the format strings of its log calls, pieces joined.
-std::map<std::string, std::vector<std::string>> LoggedTexts() {
+/// What each source file may log at one of the levels, "DIWE" for all: the format strings of its log calls, pieces joined.
+std::map<std::string, std::vector<std::string>> LoggedTexts(const std::string& levels) {
     std::map<std::string, std::vector<std::string>> texts;
-    const std::regex call(R"(STANDBYSERVICE_LOG[DIWE]\(\s*((?:"(?:[^"\\]|\\.)*"\s*)+))");
+    const std::regex call("STANDBYSERVICE_LOG[" + levels + R"(]\(\s*((?:"(?:[^"\\]|\\.)*"\s*)+))");
     const std::regex piece(R"re("((?:[^"\\]|\\.)*)")re");
     for (const char* const room : {"standby_service", "strategy_adapter", "message_listener", "state_adapter"}) {
         for (const auto& entry : fs::recursive_directory_iterator(fs::path(HOST_FOLDER).parent_path() / room)) {
-            if (entry.path().extension() != ".cpp") {
+            if (entry.path().extension() != ".cpp" && entry.path().extension() != ".h") {
                 continue;
             }
             std::ostringstream source;
@@ -41,14 +43,22 @@ std::map<std::string, std::vector<std::string>> LoggedTexts() {
     return texts;
 }
 
-/// Whether a line made from the format can begin with `text`: they agree up to the first value of the format.
+/// Whether a line made from the format can begin with `text`: they agree but for the first value of the format.
 bool CanBegin(const std::string& format, std::string_view text) {
     const std::string fixed = format.substr(0, format.find('%'));
-    return fixed.starts_with(text) || (fixed.size() < format.size() && !fixed.empty() && text.starts_with(fixed));
+    if (fixed.starts_with(text)) {
+        return true;
+    }
+    if (fixed.size() == format.size() || !text.starts_with(fixed)) {
+        return false;
+    }
+    const std::string behind = format.substr(format.find_first_of("dsu", format.find('}')) + 1);
+    const size_t value = text.find(behind.substr(0, std::string(" could").size()));
+    return !fixed.empty() || (value != text.npos && behind.starts_with(text.substr(value)));
 }
 
 TEST(PluginTexts, EachIsLoggedByItsFileAndIsTheOneFound) {
-    const auto logged = LoggedTexts();
+    const auto logged = LoggedTexts("DIWE");
     for (const PluginText& entry : PluginTexts()) {
         const auto file = logged.find(std::string(entry.file));
         EXPECT_THAT(file == logged.end() ? std::vector<std::string>() : file->second,
@@ -59,6 +69,26 @@ TEST(PluginTexts, EachIsLoggedByItsFileAndIsTheOneFound) {
     }
     EXPECT_EQ(FindPluginText("power_off_strategy", "a line that nobody logs"), nullptr);
     EXPECT_EQ(FindPluginText("nobody", "do not need enable wifi"), nullptr);
+}
+
+TEST(PluginTexts, EveryWarningAndErrorHasWordsOrCannotComeAbout) {
+    const std::set<std::string> kNeverOnAPhone = {
+        "sleep_clean_strategy: handler is null",
+        "time_provider_ext: localtime_r failed, can not get valid local time",
+    };
+    std::set<std::string> wordless;
+    for (const auto& [file, formats] : LoggedTexts("WE")) {
+        for (const std::string& format : formats) {
+            const bool hasWords =
+                std::any_of(PluginTexts().begin(), PluginTexts().end(), [&](const PluginText& one) {
+                    return one.file == file && CanBegin(format, one.text);
+                });
+            if (!hasWords) {
+                wordless.insert(file + ": " + format);
+            }
+        }
+    }
+    EXPECT_EQ(wordless, kNeverOnAPhone);
 }
 
 }  // namespace

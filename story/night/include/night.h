@@ -33,13 +33,14 @@ struct SleepReading {
     uint32_t event = kNoEvent;  ///< that tells the verdict
 };
 
-/// A process that the trace named: an application's or a native.
+/// A process that the trace named: an application's or a native. Or only a name.
 struct App {
     int32_t pid = -1;
     int32_t uid = -1;
     std::string name;
     std::vector<std::string> bundles;
     bool isNative = false;
+    bool isNameOnly = false;  ///< a list or a task of the trace names it, and no process so far
 };
 
 /// What can be asked of an application.
@@ -79,6 +80,7 @@ struct Night {
     int64_t end = 0;
     bool isScripted = false;
     std::vector<std::string> strategies;  ///< as configured
+    bool isPowerOffAlive = false;  ///< the strategy of long screen-offs and deep standby, which is configured otherwise
     std::vector<HeadFact> head;           ///< host, what a configuration changed, the phone at the start
 
     std::vector<Event> events;  ///< in order of time

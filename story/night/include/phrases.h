@@ -20,6 +20,9 @@ namespace TARN::Story {
 /// "4 s", "12 min", "7 h 05 min", "11 h".
 [[nodiscard]] std::string Duration(int64_t ms);
 
+/// A length that a configuration sets: "half an hour", "10 min".
+[[nodiscard]] std::string LengthOf(int64_t seconds);
+
 /// Local time of day, "06:45".
 [[nodiscard]] std::string Clock(int64_t t);
 

@@ -5,13 +5,17 @@
 #include <cmath>
 #include <cstdlib>
 
+#include "device_state_cache.h"
+#include "standby_constants.h"
 #include "time_zone.h"
 
 namespace TARN::Story {
 
 namespace {
 
+using DevStandbyMgr::DeviceStateCache;
 using DevStandbyMgr::StandbyConfig;
+namespace AllowType = DevStandbyMgr::AllowType;
 using Row = std::optional<std::string>;
 
 std::string AlarmText(const Row& value) {
@@ -80,18 +84,16 @@ std::string StrategiesText(const StandbyConfig& host) {
             Join(text, "no " + name);
         }
     }
-    return host.strategies.empty() ? "none" : text;
+    return host.strategies.empty() ? "none: the plugin does nothing" : text;
 }
 
 std::string HostText(const StandbyConfig& host) {
     constexpr std::array kKinds = {"phone", "tablet", "phone with day check", "watch"};
-    const auto powerOff = host.halfHourSwitches.find("poweroff");
-    const bool isPowerOff = powerOff != host.halfHourSwitches.end() && powerOff->second;
     std::string text = host.mode == DevStandbyMgr::HostMode::AUTOMATIC ? "automatic" : "scripted";
     if (host.standbyMode >= 0 && static_cast<size_t>(host.standbyMode) < kKinds.size() && host.standbyMode != 0) {
         Join(text, kKinds[static_cast<size_t>(host.standbyMode)]);
     }
-    Join(text, std::string("power-off strategy ") + (isPowerOff ? "on" : "off"));
+    Join(text, std::string("power-off strategy ") + (IsPowerOffAlive(host) ? "on" : "off"));
     return text;
 }
 
@@ -109,11 +111,15 @@ std::string PolicyText(const DevStandbyMgr::StandbyPolicy& policy) {
     tell("phase_every_s", policy.phaseEverySeconds, usual.phaseEverySeconds);
     tell("maintenance_s", policy.maintenanceSeconds, usual.maintenanceSeconds);
     if (policy.maintenanceAfterSeconds != usual.maintenanceAfterSeconds) {
-        std::string list;
-        for (const int64_t seconds : policy.maintenanceAfterSeconds) {
-            list += (list.empty() ? "" : " ") + std::to_string(seconds);
-        }
-        Join(text, "maintenance_after_s " + list);
+        const auto list = [](const std::vector<int64_t>& lengths) {
+            std::string numbers;
+            for (const int64_t seconds : lengths) {
+                numbers += (numbers.empty() ? "" : " ") + std::to_string(seconds);
+            }
+            return numbers;
+        };
+        Join(text, "maintenance_after_s " + list(policy.maintenanceAfterSeconds) +
+                       " (usual: " + list(usual.maintenanceAfterSeconds) + ")");
     }
     tell("half_hour_s", policy.halfHourSeconds, usual.halfHourSeconds);
     tell("night_start_hour", policy.nightStartHour, usual.nightStartHour);
@@ -147,11 +153,27 @@ std::string PhoneText(const Replay::Trace& trace) {
     if (change.deviceMode && *change.deviceMode != usual.deviceMode) {
         Join(text, "device mode " + std::to_string(*change.deviceMode));
     }
+    for (const auto& [type, isOn] : trace.device.host.deviceState) {
+        if (isOn) {
+            Join(text, type == DeviceStateCache::TELEPHONE_STATE_CHANGE ? "a call goes on"
+                       : type == DeviceStateCache::DIS_COMP_CHANGE      ? "a distributed component is connected"
+                                                                        : "device state " + std::to_string(type));
+        }
+    }
     ForSettings(change, [&text](const Setting& setting, const Row& value) {
         if (setting.subject == Subject::ALARM || value == "1") {
             Join(text, setting.tell(value));
         }
     });
+    return text;
+}
+
+/// "network: com.a.one and com.b.two; freezing: nobody"; only those of which the trace says something.
+std::string ListsText(const std::map<int32_t, std::vector<std::string>>& lists) {
+    std::string text;
+    for (const auto& [type, names] : lists) {
+        text += (text.empty() ? "" : "; ") + NameOfLimit(type) + ": " + (names.empty() ? "nobody" : Names(names));
+    }
     return text;
 }
 
@@ -177,6 +199,24 @@ std::string RunningText(const Replay::Trace& trace) {
 
 }  // namespace
 
+std::string NameOfLimit(int32_t allowType) {
+    switch (allowType) {
+        case AllowType::NETWORK:
+            return "network limits";
+        case AllowType::RUNNING_LOCK:
+            return "running-lock limits";
+        case AllowType::FREEZE:
+            return "freezing";
+        default:
+            return "limit " + std::to_string(allowType);
+    }
+}
+
+bool IsPowerOffAlive(const StandbyConfig& config) {
+    const auto powerOff = config.halfHourSwitches.find("poweroff");
+    return !config.strategies.empty() && powerOff != config.halfHourSwitches.end() && powerOff->second;
+}
+
 void TellFacts(Scribe& scribe, const Replay::SetStep& step) {
     const Simulated::FactsChange& change = step.phone;
     for (const auto& [operation, code] : change.faults) {
@@ -196,6 +236,13 @@ void TellFacts(Scribe& scribe, const Replay::SetStep& step) {
     ForSettings(change, [&scribe](const Setting& setting, const Row& value) {
         scribe.WriteNew(setting.subject, Outcome::HAPPENED, setting.tell(value));
     });
+}
+
+void TellRestricted(Scribe& scribe, const Replay::SetStep& step) {
+    for (const auto& [type, names] : step.host.restrictSet) {
+        scribe.Write(Subject::EXEMPTION, Outcome::HAPPENED,
+                     "restricted from now on, " + NameOfLimit(type) + ": " + (names.empty() ? "nobody" : Names(names)));
+    }
 }
 
 void DrawCurves(Night& night, int64_t t, const Replay::SetStep& step, bool isStart) {
@@ -228,6 +275,8 @@ std::vector<HeadFact> TellHead(const Replay::Trace& trace) {
     add("phone", PhoneText(trace));
     add("around it", SurroundingsText(trace));
     add("running", RunningText(trace));
+    add("exempt", ListsText(trace.device.host.allowList));
+    add("restricted", ListsText(trace.device.host.restrictSet));
     std::string faults;
     for (const auto& [operation, code] : trace.device.phone.faults) {
         if (code) {

@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "log_names.h"
+#include "time_zone.h"
 
 namespace TARN::Story {
 
@@ -37,7 +38,8 @@ void LogStories::OnLog(const LogLine& line) {
     if (isShown) {
         Show(line);
     }
-    if (const PluginText* text = FindPluginText(Replay::SourceName(line.file), line.text)) {
+    const PluginText* text = FindPluginText(Replay::SourceName(line.file), line.text);
+    if (text != nullptr && (!text->text.empty() || line.level >= LogLevel::WARN)) {
         Tell(*text, line);
     } else if (line.level >= LogLevel::WARN && !isShown) {
         Complain(line);
@@ -47,22 +49,34 @@ void LogStories::OnLog(const LogLine& line) {
 void LogStories::Tell(const PluginText& text, const LogLine& line) {
     const auto write = [&](Outcome outcome) {
         const Scribe::Id id = scribe_.WriteNew(text.subject, outcome, std::string(text.told));
-        scribe_.At(id).next = text.next;
+        Event& event = scribe_.At(id);
+        event.next = text.next;
+        if (line.level >= LogLevel::WARN && outcome == Outcome::FAILED) {
+            event.isRepeat = !complaints_.insert(Replay::TimeZone::Format(event.t, "%F ") + event.text).second;
+        }
     };
     switch (text.meaning) {
         case Meaning::TOLD_BY_CALL:
+            break;
         case Meaning::NOTHING_OWED:
+            calls_.Radios().OnNothingOwed(text.subject);
             break;
         case Meaning::KEPT:
             write(Outcome::KEPT);
             break;
         case Meaning::KEPT_RADIO:
+        case Meaning::KEPT_AIRPLANE:
             calls_.Radios().OnKept(text);
             break;
         case Meaning::KEPT_TIMERS: {
             const bool isLit = scribe_.Value(LaneId::SCREEN) == "on";
+            const bool isPlugged = scribe_.Value(LaneId::CHARGER) == "plugged";
             const Scribe::Id id = scribe_.WriteNew(
-                text.subject, Outcome::KEPT, isLit ? "not stretched: the screen is on" : "not stretched: charging");
+                text.subject, Outcome::KEPT,
+                isLit && isPlugged ? "not stretched: charging, and the screen is on"
+                : isLit            ? "not stretched: the screen is on"
+                : isPlugged        ? "not stretched: charging"
+                                   : "not stretched: taken as charging, or its screen as on");
             scribe_.At(id).next = text.next;
             scribe_.At(id).use = Use::ROUTINE;
             break;

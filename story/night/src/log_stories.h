@@ -31,7 +31,7 @@ private:
     CallStories& calls_;
     SleepStory& sleep_;
     std::optional<LogLevel> leastLog_;
-    std::set<std::string> complaints_;
+    std::set<std::string> complaints_;  ///< told, those with words once a day
 };
 
 }  // namespace TARN::Story

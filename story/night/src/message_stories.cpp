@@ -5,6 +5,7 @@
 
 #include "common_event_support.h"
 #include "device_state_cache.h"
+#include "fact_stories.h"
 #include "standby_constants.h"
 #include "standby_names.h"
 
@@ -17,29 +18,6 @@ namespace {
 
 constexpr std::string_view kUserSleep = "COMMON_EVENT_USER_SLEEP_STATE_CHANGED";
 
-/// A broadcast that says all by its name.
-struct BroadcastWords {
-    std::string_view action;
-    Subject subject;
-    std::string_view told;
-    Cause cause;
-    Use use = Use::NONE;
-};
-
-constexpr std::array kBroadcasts = {
-    BroadcastWords{CommonEventSupport::COMMON_EVENT_SCREEN_ON, Subject::SCREEN, "on", Cause::SCREEN_ON, Use::SCREEN_ON},
-    BroadcastWords{CommonEventSupport::COMMON_EVENT_SCREEN_OFF, Subject::SCREEN, "off", Cause::SCREEN_OFF,
-                   Use::SCREEN_OFF},
-    BroadcastWords{CommonEventSupport::COMMON_EVENT_SCREEN_UNLOCKED, Subject::SCREEN, "unlocked", Cause::NONE,
-                   Use::UNLOCKED},
-    BroadcastWords{CommonEventSupport::COMMON_EVENT_CHARGING, Subject::CHARGER, "charging", Cause::CHARGING,
-                   Use::PLUGGED},
-    BroadcastWords{CommonEventSupport::COMMON_EVENT_DISCHARGING, Subject::CHARGER, "no longer charging",
-                   Cause::DISCHARGING, Use::UNPLUGGED},
-    BroadcastWords{"COMMON_EVENT_TIMER_SA_ABILITY", Subject::TIMER, "the time service has come up",
-                   Cause::TIME_SERVICE},
-};
-
 struct NamedNumber {
     int32_t number;
     std::string_view name;
@@ -47,9 +25,6 @@ struct NamedNumber {
 
 constexpr std::array kTasks = {NamedNumber{2, "audio playback"}, NamedNumber{4, "location"},
                                NamedNumber{8, "voice call"}};
-constexpr std::array kExemptions = {NamedNumber{AllowType::NETWORK, "network limits"},
-                                    NamedNumber{AllowType::RUNNING_LOCK, "running-lock limits"},
-                                    NamedNumber{AllowType::FREEZE, "freezing"}};
 
 template <size_t N>
 std::string NameOf(const std::array<NamedNumber, N>& names, int32_t number, std::string_view otherwise) {
@@ -58,12 +33,35 @@ std::string NameOf(const std::array<NamedNumber, N>& names, int32_t number, std:
     return found == names.end() ? std::string(otherwise) + " " + std::to_string(number) : std::string(found->name);
 }
 
-/// A length of the configuration, as people say it.
-std::string Length(int64_t seconds) {
-    return seconds == 1800 ? "half an hour" : Duration(seconds * 1000);
-}
-
 }  // namespace
+
+/// A broadcast that says all by its name.
+struct MessageStories::BroadcastWords {
+    std::string_view action;
+    Subject subject;
+    std::string_view told;
+    Cause cause;
+    Use use = Use::NONE;
+};
+
+const MessageStories::BroadcastWords* MessageStories::FindBroadcast(std::string_view action) {
+    static constexpr std::array kBroadcasts = {
+        BroadcastWords{CommonEventSupport::COMMON_EVENT_SCREEN_ON, Subject::SCREEN, "on", Cause::SCREEN_ON, Use::SCREEN_ON},
+        BroadcastWords{CommonEventSupport::COMMON_EVENT_SCREEN_OFF, Subject::SCREEN, "off", Cause::SCREEN_OFF,
+                       Use::SCREEN_OFF},
+        BroadcastWords{CommonEventSupport::COMMON_EVENT_SCREEN_UNLOCKED, Subject::SCREEN, "unlocked", Cause::NONE,
+                       Use::UNLOCKED},
+        BroadcastWords{CommonEventSupport::COMMON_EVENT_CHARGING, Subject::CHARGER, "charging", Cause::CHARGING,
+                       Use::PLUGGED},
+        BroadcastWords{CommonEventSupport::COMMON_EVENT_DISCHARGING, Subject::CHARGER, "no longer charging",
+                       Cause::DISCHARGING, Use::UNPLUGGED},
+        BroadcastWords{"COMMON_EVENT_TIMER_SA_ABILITY", Subject::TIMER, "the time service has come up",
+                       Cause::TIME_SERVICE},
+    };
+    const auto* found = std::find_if(kBroadcasts.begin(), kBroadcasts.end(),
+                                     [&](const BroadcastWords& one) { return one.action == action; });
+    return found == kBroadcasts.end() ? nullptr : found;
+}
 
 struct MessageStories::Story {
     int32_t eventId;
@@ -79,7 +77,7 @@ const MessageStories::Story* MessageStories::Find(int32_t eventId) {
               [](My& my, const StandbyMessage& m) {
                   my.states_.OnState(m.Params());
                   if (my.scribe_.Why() == Cause::ENTERED_SLEEP) {
-                      my.TellChance(/*isDeep=*/true);
+                      my.calls_.Radios().OnChance(/*isDeep=*/true);
                   }
               }},
         Story{StandbyMessageType::PHASE_TRANSIT,
@@ -124,6 +122,32 @@ void MessageStories::OnDeliver(const StandbyMessage& message) {
     }
 }
 
+void MessageStories::OnUnheard(std::string_view action) {
+    const BroadcastWords* words = FindBroadcast(action);
+    if (words == nullptr || words->action == CommonEventSupport::COMMON_EVENT_SCREEN_UNLOCKED) {
+        return;  // the plugin listens to unlocks by itself
+    }
+    const Scribe::Id id = scribe_.Write(words->subject, Outcome::HAPPENED,
+                                        std::string(words->told) + ", and no strategy is told");
+    SetLane(*words, id);
+}
+
+/// What a broadcast says of the phone.
+void MessageStories::SetLane(const BroadcastWords& words, Scribe::Id id) {
+    switch (words.cause) {
+        case Cause::SCREEN_ON:
+        case Cause::SCREEN_OFF:
+            scribe_.Set(LaneId::SCREEN, words.told, 0, id);
+            break;
+        case Cause::CHARGING:
+        case Cause::DISCHARGING:
+            scribe_.Set(LaneId::CHARGER, words.cause == Cause::CHARGING ? "plugged" : "unplugged", 0, id);
+            break;
+        default:
+            break;
+    }
+}
+
 void MessageStories::Broadcast(const StandbyMessage& message) {
     if (message.action == kUserSleep) {
         UserSleep(message.Params());
@@ -136,9 +160,8 @@ void MessageStories::Broadcast(const StandbyMessage& message) {
         scribe_.SetCause(Cause::POWER_SAVE_MODE, id);
         return;
     }
-    const auto* words = std::find_if(kBroadcasts.begin(), kBroadcasts.end(),
-                                     [&](const BroadcastWords& one) { return one.action == message.action; });
-    if (words == kBroadcasts.end()) {
+    const BroadcastWords* words = FindBroadcast(message.action);
+    if (words == nullptr) {
         scribe_.Write(Subject::MESSAGE, Outcome::HAPPENED, "broadcast " + message.action + ", which no strategy knows");
         return;
     }
@@ -148,18 +171,7 @@ void MessageStories::Broadcast(const StandbyMessage& message) {
     const Scribe::Id id = scribe_.Write(words->subject, Outcome::HAPPENED, std::string(words->told));
     scribe_.At(id).use = words->use;
     scribe_.SetCause(words->cause, id);
-    switch (words->cause) {
-        case Cause::SCREEN_ON:
-        case Cause::SCREEN_OFF:
-            scribe_.Set(LaneId::SCREEN, words->told, 0, id);
-            break;
-        case Cause::CHARGING:
-        case Cause::DISCHARGING:
-            scribe_.Set(LaneId::CHARGER, words->cause == Cause::CHARGING ? "plugged" : "unplugged", 0, id);
-            break;
-        default:
-            break;
-    }
+    SetLane(*words, id);
 }
 
 void MessageStories::Condition(const Want& want) {
@@ -178,7 +190,7 @@ void MessageStories::Condition(const Want& want) {
 
 void MessageStories::Exemption(const Want& want) {
     const int32_t type = want.GetIntParam("allowType", 0);
-    const std::string from = NameOf(kExemptions, type, "limit");
+    const std::string from = NameOfLimit(type);
     const std::string name = want.GetStringParam("name");
     const bool isAdded = want.GetBoolParam("added", false);
     const Scribe::Id id =
@@ -195,20 +207,12 @@ void MessageStories::HalfHour(const Want& want) {
         return;
     }
     const bool isTimed = config_ != nullptr && config_->mode == HostMode::AUTOMATIC;
-    const std::string length =
-        isTimed ? " for " + Length(config_->policy.halfHourSeconds) : " for half an hour, says a message";
-    const Scribe::Id id = scribe_.Write(Subject::SCREEN, Outcome::DONE, "off" + length);
+    const std::string off = isTimed ? "off for " + LengthOf(config_->policy.halfHourSeconds)
+                                    : "off for long, as a message says";
+    const Scribe::Id id = scribe_.Write(Subject::SCREEN, Outcome::DONE, off);
     scribe_.At(id).use = Use::ROUTINE;
-    scribe_.SetCause(Cause::HALF_HOUR, "screen off" + length + " at night", id);
-    TellChance(/*isDeep=*/false);
-}
-
-/// The strategy that switches radios off is asked, if there is one.
-void MessageStories::TellChance(bool isDeep) {
-    const auto powerOff = config_->halfHourSwitches.find("poweroff");
-    if (powerOff != config_->halfHourSwitches.end() && powerOff->second) {
-        calls_.Radios().OnChance(isDeep);
-    }
+    scribe_.SetCause(Cause::HALF_HOUR, isTimed ? "screen " + off + " at night" : "at night, the screen " + off, id);
+    calls_.Radios().OnChance(/*isDeep=*/false);
 }
 
 void MessageStories::DeviceState(const Want& want) {

@@ -18,6 +18,9 @@ public:
     /// What the host is configured with, and whether it decides by itself.
     void OnConfig(const DevStandbyMgr::StandbyConfig& config) { config_ = &config; }
 
+    /// The phone broadcasts what no strategy hears of.
+    void OnUnheard(std::string_view action);
+
     void OnDeliver(const DevStandbyMgr::StandbyMessage& message);
 
 private:
@@ -25,11 +28,14 @@ private:
     struct Story;
     static const Story* Find(int32_t eventId);
 
+    struct BroadcastWords;
+    static const BroadcastWords* FindBroadcast(std::string_view action);
+
+    void SetLane(const BroadcastWords& words, Scribe::Id id);
     void Broadcast(const DevStandbyMgr::StandbyMessage& message);
     void Condition(const Want& want);
     void Exemption(const Want& want);
     void HalfHour(const Want& want);
-    void TellChance(bool isDeep);
     void DeviceState(const Want& want);
     void UserSleep(const Want& want);
     void KeepAlive(const Want& want);

@@ -44,9 +44,15 @@ std::string NetworkStory::WhoGetsThrough() const {
 
 NetworkStory::Change& NetworkStory::ThisChange() {
     if (change_.instant != scribe_.Instant()) {
-        change_ = {scribe_.Instant(), scribe_.Write(Subject::FIREWALL, Outcome::DONE, {}), isOn_, trusted_, {}};
+        change_ = {scribe_.Instant(), scribe_.Write(Subject::FIREWALL, Outcome::DONE, {}), isOn_, trusted_, {}, {}};
     }
     return change_;
+}
+
+/// What follows is done by what is going on now, and no longer by what began the change.
+void NetworkStory::GoOn() {
+    change_.event = scribe_.Renew(change_.event);
+    change_.reason = scribe_.WhyInWords();
 }
 
 void NetworkStory::SetPolicy(bool isOn, const Json& result) {
@@ -54,8 +60,9 @@ void NetworkStory::SetPolicy(bool isOn, const Json& result) {
     if (IsFailure(result)) {
         change.failed += (change.failed.empty() ? "" : ", ") + std::string("switching ") + (isOn ? "on" : "off") +
                          " failed" + FailureCode(result);
-    } else {
+    } else if (isOn_ != isOn) {
         isOn_ = isOn;
+        GoOn();
     }
     Retell();
 }
@@ -68,6 +75,7 @@ void NetworkStory::SetTrusted(const Json& uids, bool isAdded, const Json& result
         Retell();
         return;
     }
+    const std::set<int64_t> before = trusted_;
     for (const Json& entry : uids) {
         const auto uid = entry.get<int64_t>();
         if (isAdded) {
@@ -75,15 +83,27 @@ void NetworkStory::SetTrusted(const Json& uids, bool isAdded, const Json& result
         } else {
             trusted_.erase(uid);
         }
-        phone_.TellUid(uid, Aspect::FIREWALL, isAdded ? "on the trust list" : "not on the trust list", WhyOf(uid),
-                       change.event);
+        phone_.TellUid(uid, Aspect::FIREWALL, isAdded ? "on the trust list" : "not on the trust list",
+                       WhyMoved(uid, isAdded), change.event);
+    }
+    if (trusted_ != before) {
+        GoOn();
     }
     Retell();
 }
 
 std::string NetworkStory::WhyOf(int64_t uid) const {
-    const auto why = why_.find(uid);
-    return why == why_.end() ? std::string() : why->second;
+    const auto verdict = verdicts_.find(uid);
+    return verdict == verdicts_.end() ? std::string() : verdict->second.why;
+}
+
+/// Why an application comes onto the list or leaves it: how the host sees it, unless it goes with the whole list.
+std::string NetworkStory::WhyMoved(int64_t uid, bool isAdded) const {
+    const auto verdict = verdicts_.find(uid);
+    if (verdict != verdicts_.end() && verdict->second.isExempt == isAdded) {
+        return verdict->second.why;
+    }
+    return isAdded || phone_.IsRunning(uid) ? scribe_.WhyInWords() : "it does not run any more";
 }
 
 /// What became of the firewall in this instant, said anew with each piece.
@@ -96,14 +116,18 @@ void NetworkStory::Retell() {
     event.isRepeat = false;
     if (isOn_ && !change_.wasOn) {
         event.text = WhoGetsThrough();
-        event.reason = scribe_.WhyInWords();
+        event.reason = change_.reason;
     } else if (!isOn_ && change_.wasOn) {
         event.text = "off";
-        event.reason = scribe_.WhyInWords();
+        event.reason = change_.reason;
     } else if (isOn_) {
         TellDifference(change_, event);
     }
     if (!change_.failed.empty()) {
+        if (event.isRepeat) {  // that nothing changed is no news beside what failed
+            event.text.clear();
+            event.isRepeat = false;
+        }
         event.text += (event.text.empty() ? "" : "; ") + change_.failed;
         event.outcome = Outcome::FAILED;
         TellNext(event);
@@ -150,29 +174,29 @@ void NetworkStory::TellDifference(const Change& change, Event& event) const {
     } else if (reasons.size() == 1) {
         event.reason = *reasons.begin();
     } else {
-        event.reason = scribe_.WhyInWords();
+        event.reason = change.reason;
     }
 }
 
 void NetworkStory::OnReason(const DevStandbyMgr::FirewallReason& reason) {
     if (!reason.failedQuestion.empty()) {
         const Scribe::Id id = scribe_.WriteNew(Subject::FIREWALL, Outcome::FAILED,
-                                               "left as it is: " + reason.failedQuestion + " could not be had");
+                                               "left as it is: " + reason.failedQuestion + " cannot be read");
         TellNext(scribe_.At(id));
         return;
     }
-    std::map<int64_t, std::string> before;
-    before.swap(why_);
+    std::map<int64_t, Verdict> before;
+    before.swap(verdicts_);
     for (const DevStandbyMgr::AppVerdict& app : reason.apps) {
         std::string why = DevStandbyMgr::DescribeExemption(app.exemptionFlags);
         if (!reason.isDeepStandby) {
             why += ", by the rule of the sleeping user";
         }
         const auto earlier = before.find(app.uid);
-        if (!app.isExempt && trusted_.count(app.uid) == 0 && (earlier == before.end() || earlier->second != why)) {
+        if (!app.isExempt && trusted_.count(app.uid) == 0 && (earlier == before.end() || earlier->second.why != why)) {
             phone_.TellUid(app.uid, Aspect::FIREWALL, "not on the trust list", why, kNoEvent);
         }
-        why_.emplace(app.uid, std::move(why));
+        verdicts_.emplace(app.uid, Verdict{std::move(why), app.isExempt});
     }
 }
 

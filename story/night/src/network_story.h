@@ -47,21 +47,28 @@ private:
         Scribe::Id event = kNoEvent;
         bool wasOn = false;
         std::set<int64_t> before;
+        std::string reason;  ///< of what was last done to it
         std::string failed;
     };
 
     Change& ThisChange();
+    void GoOn();
     void Retell();
     [[nodiscard]] std::string WhoGetsThrough() const;
     void TellNext(Event& event) const;
     void TellDifference(const Change& change, Event& event) const;
     [[nodiscard]] std::string WhyOf(int64_t uid) const;
+    [[nodiscard]] std::string WhyMoved(int64_t uid, bool isAdded) const;
 
     Scribe& scribe_;
     const PhonePicture& phone_;
     bool isOn_ = false;
     std::set<int64_t> trusted_;
-    std::map<int64_t, std::string> why_;  ///< by uid: how the host sees it
+    struct Verdict {
+        std::string why;
+        bool isExempt = false;
+    };
+    std::map<int64_t, Verdict> verdicts_;  ///< by uid: how the host sees it
     Change change_;
     std::optional<int64_t> retryAfterMs_;  ///< nothing: what was refused is not tried again
 };

@@ -43,6 +43,7 @@ struct NightReader::Storytellers {
         calls.Processes().OnFacts(step);
         states.OnFacts(step);
         phone.Apply(step);
+        Name(step);
         if (step.phone.processes) {
             calls.Processes().ForgetEnded(kNoEvent);
         }
@@ -50,6 +51,21 @@ struct NightReader::Storytellers {
         DrawCurves(night, scribe.Now(), step, isStart);
         if (step.host.condition) {
             SetCondition(*step.host.condition);
+        }
+    }
+
+    /// Whoever is named, be it in a list or by a task, can be asked for.
+    void Name(const Replay::SetStep& step) {
+        for (const auto* lists : {&step.host.allowList, &step.host.restrictSet}) {
+            for (const auto& [type, names] : *lists) {
+                for (const std::string& name : names) {
+                    phone.Mention(name, -1);
+                }
+            }
+        }
+        for (const Simulated::ContinuousTask& task :
+             step.phone.continuousTasks.value_or(std::vector<Simulated::ContinuousTask>())) {
+            phone.Mention({}, task.uid);
         }
     }
 
@@ -75,10 +91,14 @@ struct NightReader::Storytellers {
         night.head = TellHead(trace);
         calls.Processes().OnConfig(config);
         calls.Network().OnConfig(config);
+        calls.Radios().OnConfig(config);
+        states.OnConfig(config);
+        night.isPowerOffAlive = IsPowerOffAlive(config);
         messages.OnConfig(config);
         sleep.OnConfig(config.standbyMode);
         scribe.MoveTo(trace.start);
-        scribe.Set(LaneId::SCREEN, kNotKnown);
+        // A simulated phone's screen is on until a broadcast says otherwise, and a host that decides by itself asks.
+        scribe.Set(LaneId::SCREEN, night.isScripted ? kNotKnown : "on");
         scribe.Set(LaneId::CHARGER, trace.device.phone.plugged.value_or(0) != 0 ? "plugged" : "unplugged");
         scribe.Set(LaneId::FIREWALL, "off");
         scribe.Set(LaneId::FROZEN, "none");
@@ -88,6 +108,11 @@ struct NightReader::Storytellers {
         SetCondition(night.isScripted ? trace.device.host.condition.value_or(DevStandbyMgr::ConditionType::DAY_STANDBY)
                                       : DevStandbyMgr::ConditionAt(config.policy, trace.start));
         SetFacts(trace.device, /*isStart=*/true);
+        for (const auto& [type, names] : trace.device.host.allowList) {
+            for (const std::string& name : names) {
+                phone.TellName(name, Aspect::EXEMPT, "exempt", "from " + NameOfLimit(type), kNoEvent);
+            }
+        }
         sleep.OnStart(kNoEvent);
         if (view != nullptr) {
             view->OnHead(night);
@@ -96,6 +121,7 @@ struct NightReader::Storytellers {
 
     void Do(const Replay::SetStep& step) {
         TellFacts(scribe, step);
+        TellRestricted(scribe, step);
         SetFacts(step, /*isStart=*/false);
     }
 
@@ -121,9 +147,14 @@ struct NightReader::Storytellers {
         scribe.SetCause(Cause::DUMP, scribe.Write(Subject::DUMP, Outcome::HAPPENED, std::move(words)));
     }
 
-    // Messages and broadcasts are told when they reach the strategies.
+    // Messages are told when they reach the strategies, and so are broadcasts that a host hears.
     void Do(const Replay::MessageStep& /*step*/) {}
-    void Do(const Replay::BroadcastStep& /*step*/) {}
+    // A scripted host hears of no broadcast.
+    void Do(const Replay::BroadcastStep& step) {
+        if (night.isScripted) {
+            messages.OnUnheard(step.want.GetAction());
+        }
+    }
 
     void Hear(const DevStandbyMgr::StateReason& reason) { states.OnReason(reason); }
     void Hear(const DevStandbyMgr::FirewallReason& reason) { calls.Network().OnReason(reason); }

@@ -44,6 +44,18 @@ void PhonePicture::Apply(const Replay::SetStep& step) {
     }
 }
 
+void PhonePicture::Mention(const std::string& name, int32_t uid) {
+    std::vector<App>& apps = scribe_.Of().apps;
+    const bool isKnown = std::any_of(apps.begin(), apps.end(), [&](const App& app) {
+        return name.empty() ? app.uid == uid
+                            : app.name == name ||
+                                  std::find(app.bundles.begin(), app.bundles.end(), name) != app.bundles.end();
+    });
+    if (!isKnown) {
+        apps.push_back({-1, uid, name.empty() ? "uid " + std::to_string(uid) : name, {}, false, true});
+    }
+}
+
 void PhonePicture::Kill(int32_t pid) {
     const auto found = byPid_.find(pid);
     if (found != byPid_.end() && !running_[found->second].isKilled) {
@@ -100,6 +112,12 @@ void PhonePicture::TellUid(int64_t uid, Aspect aspect, std::string_view value, c
 
 void PhonePicture::TellName(std::string_view name, Aspect aspect, std::string_view value, const std::string& reason,
                             Scribe::Id event) const {
+    const std::vector<App>& apps = scribe_.Of().apps;
+    for (uint32_t place = 0; place < apps.size(); ++place) {
+        if (apps[place].isNameOnly && apps[place].name == name) {
+            scribe_.Tell(place, aspect, std::string(value), reason, event);
+        }
+    }
     for (const Running& one : running_) {
         const std::vector<std::string>& bundles = one.process.bundles;
         if (one.process.name == name || std::find(bundles.begin(), bundles.end(), name) != bundles.end()) {

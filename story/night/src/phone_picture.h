@@ -21,6 +21,9 @@ public:
 
     void Apply(const Replay::SetStep& step);
 
+    /// The trace named somebody, by a name or a uid, of whom no process needs to be known.
+    void Mention(const std::string& name, int32_t uid);
+
     /// A process was killed.
     void Kill(int32_t pid);
 

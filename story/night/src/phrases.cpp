@@ -52,6 +52,10 @@ std::string Duration(int64_t ms) {
     return rest == "0" ? hours : hours + (rest.size() < 2 ? " 0" : " ") + rest + " min";
 }
 
+std::string LengthOf(int64_t seconds) {
+    return seconds == 1800 ? "half an hour" : Duration(seconds * kMsPerSecond);
+}
+
 std::string Clock(int64_t t) {
     return Replay::TimeZone::Format(t, "%H:%M");
 }

@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "exemption_flag.h"
+#include "plugin_texts.h"
 #include "standby_constants.h"
 
 namespace TARN::Story {
@@ -59,8 +60,9 @@ void ProcessStory::OnFacts(const Replay::SetStep& step) {
 
 void ProcessStory::OperateNatives(const Json& processes, const Json& results) {
     if (freezing_.instant != scribe_.Instant()) {
-        freezing_ = {scribe_.Instant(), scribe_.Write(Subject::FREEZE, Outcome::DONE, {}), frozen_, {}, {}};
+        freezing_ = {scribe_.Instant(), scribe_.Write(Subject::FREEZE, Outcome::DONE, {}), frozen_, {}, {}, {}};
     }
+    const std::set<Native> before = frozen_;
     bool isFreeze = false;
     for (size_t i = 0; i < processes.size(); ++i) {
         const Json& process = processes[i];
@@ -89,6 +91,10 @@ void ProcessStory::OperateNatives(const Json& processes, const Json& results) {
     }
     if (isFreeze && processes.size() > 1) {
         TellNotFrozen(processes);
+    }
+    if (frozen_ != before || freezing_.reason.empty()) {
+        freezing_.event = scribe_.Renew(freezing_.event);
+        freezing_.reason = scribe_.WhyInWords();
     }
     RetellFrozen();
 }
@@ -129,7 +135,7 @@ void ProcessStory::RetellFrozen() {
     const std::vector<Native> stayed = InBoth(frozen_, freezing_.before);
     Event& event = scribe_.At(freezing_.event);
     event.text.clear();
-    event.reason = scribe_.WhyInWords();
+    event.reason = freezing_.reason;
     event.outcome = Outcome::DONE;
     event.isRepeat = false;
     const auto add = [&event](const std::string& text) { event.text += (event.text.empty() ? "" : ", ") + text; };
@@ -189,15 +195,19 @@ void ProcessStory::ForgetEnded(Scribe::Id event) {
         const PhonePicture::Running* running = phone_.FindPid(pid);
         return running == nullptr || running->isKilled;
     };
-    const size_t proxied = proxied_.size();
-    const size_t frozen = frozen_.size();
-    std::erase_if(proxied_, [&](const Holder& holder) { return isGone(holder.second); });
-    std::erase_if(frozen_, [&](const Native& native) { return isGone(native.first); });
-    if (proxied_.size() != proxied) {
-        SetLocksLane(event);
+    const auto proxied = std::erase_if(proxied_, [&](const Holder& holder) { return isGone(holder.second); });
+    const auto frozen = std::erase_if(frozen_, [&](const Native& native) { return isGone(native.first); });
+    if (proxied != 0) {
+        SetLocksLane(event != kNoEvent ? event
+                                       : scribe_.Write(Subject::LOCK, Outcome::HAPPENED,
+                                                       Count(static_cast<int64_t>(proxied), "process") +
+                                                           " whose running locks were proxied ended"));
     }
-    if (frozen_.size() != frozen) {
-        SetFrozenLane(event);
+    if (frozen != 0) {
+        SetFrozenLane(event != kNoEvent
+                          ? event
+                          : scribe_.Write(Subject::FREEZE, Outcome::HAPPENED,
+                                          Count(static_cast<int64_t>(frozen), "frozen native process") + " ended"));
     }
 }
 
@@ -264,7 +274,7 @@ std::string ProcessStory::WhoHolds(const std::vector<Holder>& holders) const {
     for (const auto& [names, noun] : {std::pair(&natives, "native"), std::pair(&apps, "app")}) {
         if (!names->empty()) {
             who += (who.empty() ? "" : " and ") + Count(Size(*names), noun);
-            who += names->size() <= kFewNames ? " (" + Names(*names) + ")" : "";
+            who += holders.size() <= kFewNames ? " (" + Names(*names) + ")" : "";
         }
     }
     return who;
@@ -275,8 +285,9 @@ void ProcessStory::ProxyLocks(bool isProxied, const Json& pairs, const Json& res
         return;
     }
     if (proxying_.instant != scribe_.Instant()) {
-        proxying_ = {scribe_.Instant(), scribe_.Write(Subject::LOCK, Outcome::DONE, {}), proxied_, {}, {}};
+        proxying_ = {scribe_.Instant(), scribe_.Write(Subject::LOCK, Outcome::DONE, {}), proxied_, {}, {}, {}, {}};
     }
+    const std::set<Holder> before = proxied_;
     for (const Json& pair : pairs) {
         const int32_t first = pair.at(0).get<int32_t>();
         const int32_t second = pair.at(1).get<int32_t>();
@@ -293,32 +304,68 @@ void ProcessStory::ProxyLocks(bool isProxied, const Json& pairs, const Json& res
         } else {
             proxied_.erase(holder);
         }
+        std::string why = WhyOf(holder, isProxied);
+        proxying_.why[holder] = scribe_.WhyInWords().empty() ? why : scribe_.WhyInWords();
         if (running != nullptr) {
-            const auto why = whyLocks_.find(holder);
             scribe_.Tell(running->app, Aspect::LOCKS,
                          IsFailure(result) ? proxying_.failure.substr(1)
                          : isProxied       ? "proxied"
                                            : "counted",
-                         why == whyLocks_.end() ? scribe_.WhyInWords() : why->second, proxying_.event);
+                         std::move(why), proxying_.event);
         }
+    }
+    if (proxied_ != before || proxying_.reason.empty()) {
+        proxying_.event = scribe_.Renew(proxying_.event);
+        proxying_.reason = scribe_.WhyInWords();
     }
     RetellLocks();
 }
 
+/// How the host sees the process, where it was moved for that; else what is going on.
+std::string ProcessStory::WhyOf(const Holder& holder, bool isProxied) const {
+    const auto verdict = verdicts_.find(holder);
+    const bool isItsOwn = verdict != verdicts_.end() && verdict->second.isExempt != isProxied;
+    return isItsOwn ? verdict->second.why : scribe_.WhyInWords();
+}
+
+/// Those that were moved in this instant, each reason with whom it moved.
+std::vector<ProcessStory::Moved> ProcessStory::MovedLocks() const {
+    std::vector<Moved> moved;
+    const auto add = [&](const std::vector<Holder>& holders, bool isProxied) {
+        for (const Holder& holder : holders) {
+            const std::string& why = proxying_.why.at(holder);
+            const auto same = std::find_if(moved.begin(), moved.end(), [&](const Moved& one) {
+                return one.isProxied == isProxied && one.why == why;
+            });
+            (same == moved.end() ? moved.emplace_back(Moved{isProxied, why, {}}) : *same).holders.push_back(holder);
+        }
+    };
+    add(Without(proxied_, proxying_.before), true);
+    add(Without(proxying_.before, proxied_), false);
+    for (Moved& one : moved) {
+        if (one.holders.size() > 1 && one.why == DevStandbyMgr::DescribeExemption(0)) {
+            one.why = "nothing exempts them";
+        }
+    }
+    return moved;
+}
+
 void ProcessStory::RetellLocks() {
-    const std::vector<Holder> proxied = Without(proxied_, proxying_.before);
-    const std::vector<Holder> released = Without(proxying_.before, proxied_);
+    const std::vector<Moved> moved = MovedLocks();
+    const bool isOneReason = std::all_of(moved.begin(), moved.end(),
+                                         [&](const Moved& one) { return one.why == moved.front().why; });
     Event& event = scribe_.At(proxying_.event);
     event.text.clear();
-    event.reason = scribe_.WhyInWords();
+    event.reason = !moved.empty() && isOneReason ? moved.front().why : moved.empty() ? proxying_.reason : "";
     event.outcome = Outcome::DONE;
     event.isRepeat = false;
-    const auto add = [&event](const std::string& text) { event.text += (event.text.empty() ? "" : ", ") + text; };
-    if (!proxied.empty()) {
-        add("running locks of " + WhoHolds(proxied) + " proxied");
-    }
-    if (!released.empty()) {
-        add((proxied.empty() ? "running locks of " : "those of ") + WhoHolds(released) + " released");
+    const auto add = [&](const std::string& text) {
+        event.text += (event.text.empty() ? "" : isOneReason ? ", " : "; ") + text;
+    };
+    for (const Moved& one : moved) {
+        const std::string text = (event.text.empty() ? "running locks of " : "those of ") + WhoHolds(one.holders) +
+                                 (one.isProxied ? " proxied" : " released");
+        add(isOneReason ? text : Because(text, one.why));
     }
     if (!proxying_.failed.empty()) {
         add("running locks of " + Names(proxying_.failed) + proxying_.failure);
@@ -334,22 +381,26 @@ void ProcessStory::RetellLocks() {
 
 void ProcessStory::OnReason(const DevStandbyMgr::RunningLockReason& reason) {
     if (!reason.failedQuestion.empty()) {
-        scribe_.WriteNew(Subject::LOCK, Outcome::FAILED,
-                         "whose running locks count is not known: " + reason.failedQuestion);
+        const bool areNatives = reason.failedQuestion == DevStandbyMgr::DescribeQuestions(DevStandbyMgr::Question::NATIVES);
+        const std::string text = areNatives ? std::string(kNativesLeftOut)
+                                            : "running locks are left as they are: " + reason.failedQuestion + " cannot be read";
+        if (!scribe_.HasWritten(Subject::LOCK, text)) {
+            scribe_.WriteNew(Subject::LOCK, Outcome::FAILED, text);
+        }
         return;
     }
-    std::map<Holder, std::string> before;
-    before.swap(whyLocks_);
+    std::map<Holder, Verdict> before;
+    before.swap(verdicts_);
     for (const DevStandbyMgr::AppVerdict& app : reason.apps) {
         const Holder holder{app.uid, app.pid};
         std::string why = DevStandbyMgr::DescribeExemption(app.exemptionFlags);
         const auto earlier = before.find(holder);
         const PhonePicture::Running* running = phone_.Find(app.uid, app.pid);
         if (app.isExempt && running != nullptr && proxied_.count(holder) == 0 &&
-            (earlier == before.end() || earlier->second != why)) {
+            (earlier == before.end() || earlier->second.why != why)) {
             scribe_.Tell(running->app, Aspect::LOCKS, "counted", why);
         }
-        whyLocks_.emplace(holder, std::move(why));
+        verdicts_.emplace(holder, Verdict{std::move(why), app.isExempt});
     }
 }
 

@@ -68,6 +68,8 @@ private:
         std::set<Member> before;
         std::vector<std::string> failed;
         std::string failure;
+        std::string reason;                   ///< of what was last done
+        std::map<Member, std::string> why{};  ///< of each that was changed
     };
     using Native = std::pair<int32_t, std::string>;  ///< pid and name
     using Holder = std::pair<int32_t, int32_t>;      ///< uid and pid
@@ -77,6 +79,13 @@ private:
     void SetLocksLane(Scribe::Id event);
     void RetellFrozen();
     void RetellLocks();
+    [[nodiscard]] std::string WhyOf(const Holder& holder, bool isProxied) const;
+    struct Moved {
+        bool isProxied;
+        std::string why;
+        std::vector<Holder> holders;
+    };
+    [[nodiscard]] std::vector<Moved> MovedLocks() const;
     void TellSpared();
     void TellNotFrozen(const Json& processes) const;
     [[nodiscard]] std::string NameOf(const Holder& holder) const;
@@ -90,7 +99,11 @@ private:
     std::set<std::string> exemptFromFreezing_;
     std::set<Native> frozen_;
     std::set<Holder> proxied_;
-    std::map<Holder, std::string> whyLocks_;
+    struct Verdict {
+        std::string why;
+        bool isExempt = false;
+    };
+    std::map<Holder, Verdict> verdicts_;  ///< how the host sees them
     KillGroup kills_;
     Group<Native> freezing_;
     Group<Holder> proxying_;

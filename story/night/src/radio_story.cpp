@@ -1,5 +1,7 @@
 #include "radio_story.h"
 
+#include "fact_stories.h"
+
 namespace TARN::Story {
 
 namespace {
@@ -11,6 +13,11 @@ constexpr int32_t kDisconnected = 3;
 
 }  // namespace
 
+void RadioStory::OnConfig(const DevStandbyMgr::StandbyConfig& config) {
+    isPowerOffAlive_ = IsPowerOffAlive(config);
+    longOff_ = config.mode == DevStandbyMgr::HostMode::AUTOMATIC ? LengthOf(config.policy.halfHourSeconds) : "long";
+}
+
 void RadioStory::SetLane(const Radio& radio, Scribe::Id event) {
     scribe_.Set(radio.lane, !radio.isPresent ? "absent" : radio.isOn ? "on" : "off", radio.isOurs ? 1 : 0, event);
 }
@@ -20,8 +27,12 @@ void RadioStory::Switch(Radio& radio, bool isOn, const Json& result) {
     if (IsFailure(result)) {
         scribe_.Write(radio.subject, Outcome::FAILED, "switching " + verb + " failed" + FailureCode(result),
                       scribe_.WhyInWords());
+        if (isOn && !radio.isOn) {
+            radio.gaveUpAt = scribe_.Now();
+        }
         return;
     }
+    radio.gaveUpAt.reset();
     std::string text = isOn ? "back on" : "off";
     Outcome outcome = Outcome::DONE;
     if (isOn == radio.isOn) {
@@ -44,41 +55,78 @@ void RadioStory::Switch(Radio& radio, bool isOn, const Json& result) {
 /// One power-off is tried once: while it is in force, the next report changes nothing, and why Bluetooth is on is what
 /// stood in the way when it began.
 void RadioStory::OnKept(const PluginText& text) {
+    const bool isInForce = text.told.empty();
+    const bool isAirplane = text.meaning == Meaning::KEPT_AIRPLANE;
+    const bool isTheirs = !bluetooth_.isOn && bluetooth_.isOurs;
     std::string told(text.told);
-    if (told.empty()) {
-        told = !bluetooth_.isOn   ? "off already: the power-off is in force"
-               : refusal_.empty() ? "stays on: the power-off counts as done already"
-                                  : "stays on: the power-off counts as done since " + Clock(refusedAt_) +
-                                        ", when it was refused (" + refusal_ + ")";
-    } else if (bluetooth_.isOn) {
+    if (!bluetooth_.isOn && !isAirplane) {
+        told = !isTheirs             ? "off already, and not by the plugin"
+               : bluetooth_.gaveUpAt ? "off already" + SinceGivenUp(bluetooth_)
+               : isInForce           ? "off already: the power-off is in force"
+                                     : "off already, by the plugin";
+    } else if (isInForce) {
+        told = refusal_.empty() ? "stays on: the power-off counts as done already"
+                                : "stays on: the power-off counts as done since " + Clock(refusedAt_) +
+                                      ", when it was refused (" + refusal_ + ")";
+    } else if (!isAirplane) {
         refusal_ = told.substr(told.find(": ") + 2);
         refusedAt_ = scribe_.Now();
     }
-    Event& event = scribe_.At(scribe_.WriteNew(Subject::BLUETOOTH, Outcome::KEPT, told));
-    event.isRepeat = event.isRepeat || !bluetooth_.isOn;
-    event.next = text.next;
+    // that it is off as it should be is no news
+    const bool isAsItShouldBe = isTheirs && !bluetooth_.gaveUpAt;
+    Event& event = scribe_.At(
+        scribe_.WriteNew(Subject::BLUETOOTH, isAsItShouldBe ? Outcome::NOTED : Outcome::KEPT, std::move(told)));
+    event.isRepeat = event.isRepeat || isAsItShouldBe;
+    if (bluetooth_.isOn) {
+        event.next = NextPowerOff(!isAirplane);
+    }
     if (!scribe_.WhyInWords().empty()) {
         event.values.push_back({"asked to go off as", scribe_.WhyInWords()});
     }
 }
 
+std::string RadioStory::SinceGivenUp(const Radio& radio) {
+    return radio.gaveUpAt ? ", since switching it on failed at " + Clock(*radio.gaveUpAt) : "";
+}
+
+/// When Bluetooth is to go off again after it was left on. Deep standby begins anew after each maintenance, which also
+/// ends a power-off that is in force; a call or a component that ends only matters within one.
+std::string RadioStory::NextPowerOff(bool isInForce) const {
+    if (!isPowerOffAlive_) {
+        return isInForce ? "when the user falls asleep again" : "when the user falls asleep";
+    }
+    return isInForce ? "at the end of a maintenance, when a call or a distributed component ends, or when a power-off "
+                       "begins anew after deep standby or the user's sleep"
+                     : "when deep standby begins, also at the end of a maintenance, when the user falls asleep, or "
+                       "when the screen is off for " +
+                           longOff_ + " again";
+}
+
+void RadioStory::OnNothingOwed(Subject subject) {
+    const Radio& radio = subject == Subject::BLUETOOTH ? bluetooth_ : subject == Subject::WIFI ? wifi_ : modem_;
+    const bool isOff = subject == Subject::MODEM ? !slotsOff_.empty() : !radio.isOn && radio.isOurs;
+    if (isOff) {
+        scribe_.WriteNew(subject, Outcome::KEPT, "stays off: the plugin takes it as on" + SinceGivenUp(radio));
+    }
+}
+
 void RadioStory::OnChance(bool isDeep) {
     const bool isDay = scribe_.Value(LaneId::CONDITION) == "day";
-    if (!bluetooth_.isOn || (!isDay && (isHalfHour_ || !isDeep))) {
+    if (!isPowerOffAlive_ || !bluetooth_.isOn || (!isDay && (isHalfHour_ || !isDeep))) {
         return;
     }
     Event& event = scribe_.At(
         scribe_.WriteNew(Subject::BLUETOOTH, Outcome::KEPT,
-                         isDay ? "stays on: it is day" : "stays on: the screen has not been off for half an hour"));
+                         isDay ? "stays on: it is day" : "stays on: the screen has not been off for " + longOff_));
     event.isRepeat = true;
     event.values = {{"condition", std::string(scribe_.Value(LaneId::CONDITION))}};
-    event.next = isDay ? "half an hour after a screen-off at night, or when deep standby begins at night"
-                       : "when the screen has been off for half an hour";
+    event.next = isDay ? "at night, when the screen has been off for " + longOff_ + " or deep standby begins"
+                       : "when the screen has been off for " + longOff_;
 }
 
 void RadioStory::SetModemLane(Scribe::Id event) {
     const auto off = static_cast<int64_t>(slotsOff_.size());
-    scribe_.Set(LaneId::MODEM, off == 0 ? "on" : off < slots_ ? "partly off" : "off", off, event);
+    scribe_.Set(LaneId::MODEM, slots_ == 0 ? "absent" : off == 0 ? "on" : off < slots_ ? "partly off" : "off", off, event);
 }
 
 void RadioStory::ModemSlot(int64_t slot, bool isOn, const Json& result) {
@@ -89,12 +137,16 @@ void RadioStory::ModemSlot(int64_t slot, bool isOn, const Json& result) {
     if (IsFailure(result)) {
         group_.failed += "; slot " + std::to_string(slot) + " failed" + FailureCode(result);
         scribe_.At(group_.event).outcome = Outcome::FAILED;
+        if (isOn) {
+            modem_.gaveUpAt = scribe_.Now();
+        }
     } else {
         ++group_.switched;
         if (isOn) {
             slotsOff_.erase(slot);
         } else {
             slotsOff_.insert(slot);
+            modem_.gaveUpAt.reset();
         }
         SetModemLane(group_.event);
     }
@@ -107,6 +159,7 @@ void RadioStory::BySomebodyElse(Radio& radio, bool isOn, bool isStart) {
     }
     radio.isOn = isOn;
     radio.isOurs = false;
+    radio.gaveUpAt.reset();
     SetLane(radio, isStart ? kNoEvent
                            : scribe_.Write(radio.subject, Outcome::HAPPENED,
                                            isOn ? "switched on by somebody else" : "switched off by somebody else"));

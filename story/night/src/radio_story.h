@@ -8,6 +8,7 @@
 #include "call_result.h"
 #include "plugin_texts.h"
 #include "scribe.h"
+#include "standby_config.h"
 #include "trace.h"
 
 namespace TARN::Story {
@@ -16,6 +17,8 @@ namespace TARN::Story {
 class RadioStory {
 public:
     explicit RadioStory(Scribe& scribe) : scribe_(scribe) {}
+
+    void OnConfig(const DevStandbyMgr::StandbyConfig& config);
 
     void Bluetooth(bool isOn, const Json& result) { Switch(bluetooth_, isOn, result); }
     void Wifi(bool isOn, const Json& result) { Switch(wifi_, isOn, result); }
@@ -26,7 +29,10 @@ public:
     /// Bluetooth was to go off, and the plugin left it as it was.
     void OnKept(const PluginText& text);
 
-    /// The screen has been off for half an hour, or deep standby begins: a power-off begins if it is night and the
+    /// Radios were to come back, and the plugin owes nothing: one that is off all the same stays off.
+    void OnNothingOwed(Subject subject);
+
+    /// The screen has been off for long, or deep standby begins: a power-off begins if it is night and the
     /// screen has been off long enough.
     void OnChance(bool isDeep);
     void OnHalfHour(bool isOver) { isHalfHour_ = isOver; }
@@ -44,6 +50,7 @@ private:
         bool isOn = true;
         bool isOurs = false;  ///< it is the plugin that has it off
         bool isPresent = true;
+        std::optional<int64_t> gaveUpAt{};  ///< when switching it on failed; the plugin has taken it as on since
     };
 
     struct SlotGroup {
@@ -54,6 +61,8 @@ private:
         std::string failed;
     };
 
+    [[nodiscard]] static std::string SinceGivenUp(const Radio& radio);
+    [[nodiscard]] std::string NextPowerOff(bool isInForce) const;
     void Switch(Radio& radio, bool isOn, const Json& result);
     void BySomebodyElse(Radio& radio, bool isOn, bool isStart);
     void SetLane(const Radio& radio, Scribe::Id event);
@@ -62,9 +71,12 @@ private:
     Scribe& scribe_;
     Radio bluetooth_{Subject::BLUETOOTH, LaneId::BLUETOOTH};
     Radio wifi_{Subject::WIFI, LaneId::WIFI};
+    Radio modem_{Subject::MODEM, LaneId::MODEM};  ///< of it only whether it was given up
     int64_t slots_ = 0;
     std::set<int64_t> slotsOff_;
     SlotGroup group_;
+    bool isPowerOffAlive_ = false;  ///< the strategy of long screen-offs and deep standby
+    std::string longOff_;           ///< how long the screen is off then: "half an hour"
     bool isHalfHour_ = false;
     /// Why Bluetooth was left on when the power-off that may still be in force began, and when.
     std::string refusal_;

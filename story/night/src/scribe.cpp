@@ -70,7 +70,30 @@ void Scribe::Join() {
     }
 }
 
+/// A screen that goes on and off in one instant is one happening, and no use of the phone.
+void Scribe::JoinScreen() {
+    std::vector<Event*> flips;
+    for (Event& event : pending_) {
+        if (event.use == Use::SCREEN_ON || event.use == Use::SCREEN_OFF) {
+            flips.push_back(&event);
+        }
+    }
+    const bool isBothWays = std::any_of(flips.begin(), flips.end(),
+                                        [&](const Event* event) { return event->use != flips.front()->use; });
+    if (!isBothWays) {
+        return;
+    }
+    Event& first = *flips.front();
+    first.use = Use::NONE;
+    for (size_t i = 1; i < flips.size(); ++i) {
+        first.text += (i + 1 < flips.size() ? ", " : ", and ") + flips[i]->text;
+        flips[i]->text.clear();
+    }
+    first.text += " at once";
+}
+
 void Scribe::Settle() {
+    JoinScreen();
     Join();
     const auto base = static_cast<Id>(night_.events.size());
     std::vector<Id> settled(pending_.size(), kNoEvent);
@@ -87,6 +110,12 @@ void Scribe::Settle() {
         if (settled[i] == kNoEvent) {
             settled[i] = whole;
         }
+        whole = settled[i];
+    }
+    joined = MakeNone();
+    for (size_t i = 0; i < pending_.size(); ++i) {
+        Id& whole = joined[static_cast<size_t>(pending_[i].subject)];
+        settled[i] = settled[i] == kNoEvent ? whole : settled[i];
         whole = settled[i];
     }
     const auto final = [&](Id id) { return id == kNoEvent || id < base ? id : settled[id - base]; };
@@ -155,9 +184,23 @@ Scribe::Id Scribe::WriteNew(Subject subject, Outcome outcome, std::string text, 
     return id;
 }
 
+Scribe::Id Scribe::Renew(Id id) {
+    Event event = At(id);
+    At(id).text.clear();
+    event.cause = causeEvent_;
+    pending_.push_back(std::move(event));
+    return static_cast<Id>(night_.events.size() + pending_.size() - 1);
+}
+
 bool Scribe::HasWritten(Subject subject) const {
     return std::any_of(pending_.begin(), pending_.end(),
                        [subject](const Event& event) { return event.subject == subject; });
+}
+
+bool Scribe::HasWritten(Subject subject, std::string_view text) const {
+    return std::any_of(pending_.begin(), pending_.end(), [subject, text](const Event& event) {
+        return event.subject == subject && event.text == text;
+    });
 }
 
 void Scribe::Drop(Subject subject) {

@@ -48,8 +48,14 @@ public:
     /// An event that was written in this instant.
     [[nodiscard]] Event& At(Id id) { return pending_[id - night_.events.size()]; }
 
+    /// An event of this instant goes on, set off by what is going on now: it stands behind what was written since.
+    /// Answers its new place.
+    Id Renew(Id id);
+
     /// Whether anything was written of the subject in this instant.
     [[nodiscard]] bool HasWritten(Subject subject) const;
+    /// Whether just this was.
+    [[nodiscard]] bool HasWritten(Subject subject, std::string_view text) const;
 
     /// What was written of the subject in this instant is told better by what comes now.
     void Drop(Subject subject);
@@ -80,6 +86,7 @@ private:
     };
 
     void Join();
+    void JoinScreen();
 
     Night& night_;
     NightView* view_;

@@ -47,7 +47,7 @@ std::string_view Words(StateCause cause) {
         case StateCause::MAINTENANCE_OVER:
             return "maintenance is over";
         case StateCause::UNBLOCKED:
-            return "it is free again";
+            return "it is no longer held";
         case StateCause::ASKED:
             break;
     }
@@ -92,6 +92,24 @@ void TellNext(Event& event, const StateReason& reason) {
     }
 }
 
+/// What stood in the way.
+std::string WhatStood(const ConditionFound& unmet, bool isPlugFailing) {
+    if (unmet.name == "not blocked") {
+        return "it is held until it is let go by hand";
+    }
+    if (unmet.name == "screen off" && unmet.found != "on") {
+        return "whether the screen is on cannot be read, so it counts as on";
+    }
+    return unmet.name == "unplugged" && isPlugFailing ? "the battery service fails, which counts as " + unmet.found
+                                                      : unmet.found;
+}
+
+std::string PhaseText(int32_t phase) {
+    const std::string name = PhaseName(phase);
+    const std::string number = std::to_string(phase);
+    return "phase " + number + (name == number ? "" : " (" + name + ")");
+}
+
 std::vector<Value> ValuesOf(const StateReason& reason) {
     std::vector<Value> values;
     for (const ConditionFound& condition : reason.conditions) {
@@ -107,7 +125,13 @@ void StateStory::OnReason(const StateReason& reason) {
     if (reason.from == reason.to) {
         TellStay(reason);
     } else {
-        reason_ = reason;
+        reasons_.push_back(reason);
+    }
+}
+
+void StateStory::OnConfig(const StandbyConfig& config) {
+    if (config.mode == HostMode::AUTOMATIC) {
+        phaseEveryMs_ = config.policy.phaseEverySeconds * 1000;
     }
 }
 
@@ -129,8 +153,7 @@ void StateStory::TellStay(const StateReason& reason) {
         text += ", not " + StateName(reason.target);
     }
     if (unmet != reason.conditions.end()) {
-        const bool isAnswer = unmet->name != "unplugged" || !isPlugFailing_;
-        text += ": " + (isAnswer ? unmet->found : "the battery service fails, which counts as " + unmet->found);
+        text += ": " + WhatStood(*unmet, isPlugFailing_);
     }
     const Scribe::Id id = scribe_.WriteNew(Subject::STATE, Outcome::KEPT, std::move(text));
     Event& event = scribe_.At(id);
@@ -139,45 +162,111 @@ void StateStory::TellStay(const StateReason& reason) {
     TellNext(event, reason);
 }
 
+/// What happens to the state now is one event with what happened to it in this instant before.
+void StateStory::GoOn(int32_t from) {
+    if (way_.instant != scribe_.Instant()) {
+        way_ = {scribe_.Instant(), scribe_.Write(Subject::STATE, Outcome::DONE, {}), {from}, -1, {}};
+    }
+}
+
 void StateStory::OnState(const AAFwk::Want& want) {
     const int32_t previous = want.GetIntParam(PREVIOUS_STATE, 0);
     const int32_t current = want.GetIntParam(CURRENT_STATE, 0);
-    const bool isExplained =
-        reason_ && static_cast<int32_t>(reason_->from) == previous && static_cast<int32_t>(reason_->to) == current;
-    stateInstant_ = scribe_.Instant();
-    stateEvent_ = scribe_.Write(Subject::STATE, Outcome::DONE, StateName(previous) + " → " + StateName(current),
-                                isExplained ? WhyChanged(*reason_) : std::string());
-    Event& event = scribe_.At(stateEvent_);
-    event.use = IsDeep(previous) || IsDeep(current) ? Use::NONE : Use::ROUTINE;
-    if (isExplained) {
-        event.values = ValuesOf(*reason_);
-        TellNext(event, *reason_);
-        reason_.reset();
+    const std::string before(scribe_.Value(LaneId::STATE));
+    GoOn(previous);
+    way_.states.push_back(current);
+    way_.phase = -1;
+    Event& event = scribe_.At(way_.event);
+    const bool isDeep = IsDeep(previous) || IsDeep(current);
+    event.use = isDeep || (way_.states.size() > 2 && event.use == Use::NONE) ? Use::NONE : Use::ROUTINE;
+    const auto reason = std::find_if(reasons_.begin(), reasons_.end(), [&](const StateReason& one) {
+        return static_cast<int32_t>(one.from) == previous && static_cast<int32_t>(one.to) == current;
+    });
+    maintenanceAt_ = -1;
+    event.next.clear();
+    event.nextBy = kNoTime;
+    if (reason != reasons_.end()) {
+        const std::string why = WhyChanged(*reason);
+        if (std::find(way_.reasons.begin(), way_.reasons.end(), why) == way_.reasons.end()) {
+            way_.reasons.push_back(why);
+        }
+        event.values = ValuesOf(*reason);
+        TellNext(event, *reason);
+        maintenanceAt_ = current == StandbyState::SLEEP ? reason->nextTryMs : -1;
+        reasons_.erase(reasons_.begin(), reason + 1);
     }
-    scribe_.SetCause(CauseOf(previous, current), stateEvent_);
-    scribe_.Set(LaneId::STATE, StateName(current), current, stateEvent_);
+    Retell();
+    const bool isAsSaid = previous != current && (before == kNotKnown || before == StateName(previous));
+    const Cause cause = CauseOf(previous, current);
+    const bool isLeft = cause == Cause::LEFT_SLEEP || cause == Cause::MAINTENANCE;
+    scribe_.SetCause(cause,
+                     isAsSaid || cause == Cause::NONE ? std::string(Reason(cause))
+                     : isLeft                         ? "a message says that SLEEP was left"
+                                                      : "a message says that SLEEP was entered",
+                     way_.event);
+    scribe_.Set(LaneId::STATE, StateName(current), current, way_.event);
     if (current != StandbyState::SLEEP) {
-        scribe_.Set(LaneId::PHASE, "", -1, stateEvent_);
+        scribe_.Set(LaneId::PHASE, "", -1, way_.event);
     }
 }
 
 void StateStory::OnPhase(const AAFwk::Want& want) {
     const int32_t state = want.GetIntParam(CURRENT_STATE, 0);
-    const int32_t phase = want.GetIntParam(CURRENT_PHASE, 0);
-    const std::string text = ", phase " + std::to_string(phase) + " (" + PhaseName(phase) + ")";
-    Scribe::Id id = stateEvent_;
-    if (stateEvent_ != kNoEvent && stateInstant_ == scribe_.Instant()) {
-        scribe_.At(id).text += text;
-        stateEvent_ = kNoEvent;
-    } else {
-        id = scribe_.Write(Subject::STATE, Outcome::DONE, StateName(state) + text);
+    GoOn(state);
+    way_.phase = want.GetIntParam(CURRENT_PHASE, 0);
+    Retell();
+    scribe_.SetCause(Cause::PHASE, way_.event);
+    scribe_.Set(LaneId::PHASE, PhaseName(way_.phase), way_.phase, way_.event);
+}
+
+/// What became of the state in this instant, said anew with each step.
+void StateStory::Retell() {
+    Event& event = scribe_.At(way_.event);
+    const std::vector<int32_t>& states = way_.states;
+    const bool isThereAndBack = states.size() > 2 && states.front() == states.back();
+    std::vector<std::string> between;
+    for (size_t i = 1; i + 1 < states.size(); ++i) {
+        between.push_back(StateName(states[i]));
     }
-    scribe_.SetCause(Cause::PHASE, id);
-    scribe_.Set(LaneId::PHASE, PhaseName(phase), phase, id);
+    event.text = StateName(states.front());
+    if (isThereAndBack) {
+        event.text += " → " + Names(between);
+    }
+    if (states.size() > 1) {
+        event.text += " → " + StateName(states.back());
+    }
+    if (way_.phase >= 0) {
+        event.text += ", " + PhaseText(way_.phase);
+    }
+    event.reason.clear();
+    for (const std::string& reason : way_.reasons) {
+        event.reason += (event.reason.empty() ? "" : ", then ") + reason;
+    }
+    if (!between.empty() && !isThereAndBack) {
+        event.reason += (event.reason.empty() ? "by way of " : ", by way of ") + Names(between);
+    }
+    if (states.back() == StandbyState::SLEEP && maintenanceAt_ >= 0) {
+        TellNextPhase(event);
+    }
+}
+
+/// The next phase of SLEEP, and the maintenance that interrupts it.
+void StateStory::TellNextPhase(Event& event) const {
+    event.next = "MAINTENANCE at " + Clock(maintenanceAt_);
+    event.nextBy = maintenanceAt_;
+    if (!phaseEveryMs_ || way_.phase < 0 || way_.phase >= StandbyPhase::DEEP) {
+        return;
+    }
+    const int64_t at = scribe_.Now() + *phaseEveryMs_;
+    if (at < maintenanceAt_) {
+        event.next = PhaseText(way_.phase + 1) + " at " + Clock(at) + ", " + event.next;
+        event.nextBy = at;
+    }
 }
 
 void StateStory::OnStart(bool isAutomatic, Scribe::Id event) {
-    reason_.reset();
+    reasons_.clear();
+    maintenanceAt_ = -1;
     if (isAutomatic) {
         scribe_.Set(LaneId::STATE, StateName(StandbyState::WORKING), StandbyState::WORKING, event);
     } else {

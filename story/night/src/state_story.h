@@ -3,9 +3,11 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "host_reason.h"
 #include "scribe.h"
+#include "standby_config.h"
 #include "trace.h"
 #include "want.h"
 
@@ -15,6 +17,8 @@ namespace TARN::Story {
 class StateStory {
 public:
     explicit StateStory(Scribe& scribe) : scribe_(scribe) {}
+
+    void OnConfig(const DevStandbyMgr::StandbyConfig& config);
 
     /// The trace has the battery's answer fail: a number all the same, of which only the trace knows that it is none.
     void OnFacts(const Replay::SetStep& step);
@@ -30,12 +34,25 @@ public:
     void OnStart(bool isAutomatic, Scribe::Id event);
 
 private:
+    /// The steps of one instant: one event.
+    struct Way {
+        uint64_t instant = UINT64_MAX;
+        Scribe::Id event = kNoEvent;
+        std::vector<int32_t> states;       ///< from the first to the last; one where only the phase changed
+        int32_t phase = -1;                ///< the last one entered; -1 for none
+        std::vector<std::string> reasons;  ///< each told once
+    };
+
     void TellStay(const DevStandbyMgr::StateReason& reason);
+    void GoOn(int32_t from);
+    void Retell();
+    void TellNextPhase(Event& event) const;
 
     Scribe& scribe_;
-    std::optional<DevStandbyMgr::StateReason> reason_;  ///< of the change whose message is to come
-    Scribe::Id stateEvent_ = kNoEvent;                  ///< the latest change of state, which its first phase joins
-    uint64_t stateInstant_ = UINT64_MAX;
+    std::vector<DevStandbyMgr::StateReason> reasons_;  ///< of the changes whose messages are to come, in order
+    Way way_;
+    std::optional<int64_t> phaseEveryMs_;  ///< nothing: nobody enters phases by itself
+    int64_t maintenanceAt_ = -1;           ///< while in SLEEP: when it is interrupted; -1 not known, or held
     bool isPlugFailing_ = false;
 };
 

@@ -171,15 +171,20 @@ std::string Timers(const Night& night) {
 }
 
 std::string Killed(const Night& night) {
-    const std::vector<std::string> killed = Measure(night).killed;
-    return killed.empty() ? kNothing : Count(static_cast<int64_t>(killed.size()), "app") + ": " + Names(killed);
+    const Figures figures = Measure(night);
+    const auto apps = static_cast<int64_t>(figures.killed.size());
+    return figures.kills == 0 ? kNothing
+                              : Count(apps, "app") +
+                                    (figures.kills == apps ? "" : ", " + Times(figures.kills) + " in all") + ": " +
+                                    Names(figures.killed);
 }
 
-/// Warnings and errors that have no words of their own and came again: told once in the timeline, counted here.
+/// What failed and came again, and warnings that have no words of their own: told once in the timeline, counted here.
 std::vector<SummaryLine> Again(const Night& night) {
     std::map<std::string, int64_t> times;
     for (const Event& event : night.events) {
-        if (event.isRepeat && (event.subject == Subject::WARNING || event.subject == Subject::ERROR)) {
+        const bool isComplaint = event.subject == Subject::WARNING || event.outcome == Outcome::FAILED;
+        if (event.isRepeat && isComplaint) {
             ++times[event.text];
         }
     }

@@ -141,7 +141,10 @@ std::vector<Value> SleepStory::ValuesOf(const Verdict& verdict) const {
         values.push_back(std::move(value));
     }
     if (wakeup_ >= 0) {
-        values.push_back({"wake-up expected", WakeupOf(look_.reading, wakeup_).detail});
+        const bool isOther = IsAsleep() && announced_ >= 0 && Clock(announced_) != Clock(wakeup_);
+        values.push_back({"wake-up expected",
+                          WakeupOf(look_.reading, wakeup_).detail +
+                              (isOther ? "; it counts, not the " + Clock(announced_) + " that was announced" : "")});
     }
     std::string needed = reason.needed;
     const auto need = [&needed](std::string_view more) { needed.append(needed.empty() ? "" : "; ").append(more); };
@@ -202,12 +205,13 @@ void SleepStory::OnPublished(bool isSleep, int64_t wakeup, bool isHeard) {
     Scribe::Id event = kNoEvent;
     if (!isHeard) {
         event = scribe_.Write(Subject::SLEEP, Outcome::FAILED,
-                              Because(text + ", but nobody hears of it, as the broadcast failed", why));
+                              text + ", but nobody hears of it, as the broadcast failed", why);
     } else if (!isVerdict && isSleep == IsAsleep()) {
         event = scribe_.Write(Subject::SLEEP, Outcome::KEPT, text + " as before, and said again", why);
     } else {
         event = scribe_.Write(Subject::SLEEP, Outcome::DONE, text, why);
         SetAsleep(isSleep, event);
+        announced_ = isSleep ? wakeup : -1;
     }
     toldKind_ = isSleep ? "asleep" : isVerdict ? KindAwake(verdict) : "";
     if (isVerdict) {
@@ -223,22 +227,23 @@ void SleepStory::Settle() {
     }
     const Verdict verdict = Judge();
     std::string text;
+    std::string reason = verdict.reason.text;
     std::string kind;
     if (!verdict.isAsleep || !activeUse_.empty()) {
-        text = Because(IsAsleep() ? "not asleep, which nobody is told again" : "not asleep", WhyAwake(verdict));
+        text = IsAsleep() ? "not asleep, which nobody is told again" : "not asleep";
+        reason = WhyAwake(verdict);
         kind = KindAwake(verdict);
     } else if (IsAsleep()) {
-        text = Because("sleeps on", verdict.reason.text);
+        text = "sleeps on";
         kind = "asleep";
     } else {
         const bool isLit = detector_.IsScreenOn() && !detector_.IsAsleep();
         kind = isLit ? "asleep, screen lit" : detector_.IsAsleep() ? "asleep, told before" : "asleep, not told";
-        text = Because(isLit                  ? "asleep, but kept and not announced, as the screen is lit"
-                       : detector_.IsAsleep() ? "asleep, but not announced, as it was judged so before"
-                                              : "asleep, but not announced",
-                       verdict.reason.text);
+        text = isLit                  ? "asleep, but kept and not announced, as the screen is lit"
+               : detector_.IsAsleep() ? "asleep, but not announced, as it was judged so before"
+                                      : "asleep, but not announced";
     }
-    const Scribe::Id event = scribe_.Write(Subject::SLEEP, Outcome::KEPT, std::move(text));
+    const Scribe::Id event = scribe_.Write(Subject::SLEEP, Outcome::KEPT, std::move(text), std::move(reason));
     scribe_.At(event).isRepeat = kind == toldKind_;
     toldKind_ = std::move(kind);
     Conclude(verdict, event);
@@ -247,8 +252,8 @@ void SleepStory::Settle() {
 Scribe::Id SleepStory::OnReported(bool isSleep) {
     if (isSleep != IsAsleep()) {
         SetAsleep(isSleep, scribe_.Write(Subject::SLEEP, Outcome::HAPPENED,
-                                         isSleep ? "asleep, says a message from elsewhere"
-                                                 : "awake, says a message from elsewhere"));
+                                         isSleep ? "asleep" : "awake", "a message from elsewhere says so"));
+        announced_ = -1;
     }
     return instant_ == scribe_.Instant() ? event_ : scribe_.Of().At(LaneId::SLEEP).Now()->event;
 }
@@ -258,6 +263,7 @@ void SleepStory::OnStart(Scribe::Id event) {
     memory_ = {};
     isJudging_ = false;
     toldKind_.clear();
+    announced_ = -1;
     if (IsAsleep() || event == kNoEvent) {
         SetAsleep(false, event);
     }
