@@ -280,7 +280,7 @@ TEST(SleepStory, WhatOverrulesTheRulesIsToldInItsOwnWords) {
     Night elsewhere;
     EXPECT_THAT(
         Told(Read(Collected(elsewhere.Message(11, R"({"isSleep": true})"), "21:10:00", "still=720 dark=3000 light=1"))),
-        Are({"21:00:00 happened asleep, says a message from elsewhere",
+        Are({"21:00:00 happened asleep: a message from elsewhere says so",
              "21:10:00 kept not asleep, which nobody is told again: still for 12 min; still for 48 min needed"}));
 }
 

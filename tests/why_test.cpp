@@ -66,6 +66,7 @@ public:
     void OnBegin(const Replay::Trace& trace) override {
         isScripted_ = trace.host.mode == DevStandbyMgr::HostMode::SCRIPTED;
         OnRestart();
+        isScreenOn_ = isScripted_ ? std::nullopt : std::optional(true);  // an automatic host asks the phone
         Facts(trace.device.phone);
         Keep(trace.start);
     }
@@ -75,6 +76,8 @@ public:
             Facts(set->phone);
         } else if (std::holds_alternative<Replay::RestartStep>(step.what)) {
             OnRestart();
+        } else if (const auto* sent = std::get_if<Replay::BroadcastStep>(&step.what); sent != nullptr && isScripted_) {
+            Screen(sent->want.GetAction());
         }
         Keep(step.t);
     }
@@ -90,9 +93,8 @@ public:
         } else if (message.eventId == StandbyMessageType::USER_SLEEP_STATE_CHANGED ||
                    message.action == "COMMON_EVENT_USER_SLEEP_STATE_CHANGED") {
             isAsleep_ = want.GetBoolParam("isSleep", false);
-        } else if (message.action == CommonEventSupport::COMMON_EVENT_SCREEN_ON ||
-                   message.action == CommonEventSupport::COMMON_EVENT_SCREEN_OFF) {
-            isScreenOn_ = message.action == CommonEventSupport::COMMON_EVENT_SCREEN_ON;
+        } else {
+            Screen(message.action);
         }
         Keep(t);
     }
@@ -137,6 +139,13 @@ public:
     }
 
 private:
+    void Screen(const std::string& action) {
+        if (action == CommonEventSupport::COMMON_EVENT_SCREEN_ON ||
+            action == CommonEventSupport::COMMON_EVENT_SCREEN_OFF) {
+            isScreenOn_ = action == CommonEventSupport::COMMON_EVENT_SCREEN_ON;
+        }
+    }
+
     template <class Set>
     static void Put(Set& set, const typename Set::value_type& one, bool isIn) {
         if (isIn) {
@@ -187,7 +196,8 @@ private:
         put(About::SCREEN, isScreenOn_ ? onOff(*isScreenOn_) : std::string(Story::kNotKnown));
         put(About::BLUETOOTH, onOff(isBluetoothOn_));
         put(About::WIFI, isWifiPresent_ ? onOff(isWifiOn_) : "absent");
-        put(About::MODEM, slotsOff_.empty()                                ? "on"
+        put(About::MODEM, slots_ == 0                                      ? "absent"
+                          : slotsOff_.empty()                                ? "on"
                           : slotsOff_.size() < static_cast<size_t>(slots_) ? "partly off"
                                                                            : "off");
         put(About::NETWORK, isFirewallOn_ ? "on " + std::to_string(now_.trusted.size()) : "off");
@@ -416,6 +426,86 @@ TEST_P(WhyOf, NamesWhatTheRecordedCallsMadeAtEveryMinute) {
         }
         before = &picture;
     }
+}
+
+/// An evening with two applications and a native, its screen off from 22:30 on.
+Night Evening() {
+    Night night("UTC", "2026-03-01T21:00:00");
+    night.Automatic().Strategies(R"(["FREEZE", "PUSH", "NETWORK", "RUNNING_LOCK", "TIMER"])");
+    night.Host("persist_allow", R"({"FREEZE": {"1": ["media"], "2": ["media"]}})");
+    night.Device("processes", R"([{"pid": 410, "uid": 1000, "name": "media", "native": true, "system": true},
+                                  {"pid": 2100, "uid": 20010001, "name": "com.a.one"},
+                                  {"pid": 2101, "uid": 20010002, "name": "com.b.two"}])");
+    night.Device("light", "0").Device("proximity", "0");
+    return night;
+}
+
+Night& Dark(Night& night) {
+    return night.AdvanceTo("22:30").ScreenOff();
+}
+
+/// The answer about a subject or, where there is none of the name, an application.
+std::string Answer(const Night& night, const std::string& end, const std::string& at, const std::string& about,
+                   int64_t halfHourS = 1800) {
+    std::istringstream text(night.Text(end));
+    Replay::Trace trace = Replay::ReadTrace(text, "test");
+    trace.host.policy.halfHourSeconds = halfHourS;
+    Story::NightReader reader;
+    Replay::Play(trace, {PluginPath(), {}}, reader);
+    trace.timezone.Use();
+    const std::string day = at < "12" ? "2026-03-02T" : "2026-03-01T";
+    const int64_t t = Replay::TimeZone::ParseLocal(day + at + ":00");
+    std::ostringstream output;
+    Tell(Story::Ask(reader.Result(), t, {Story::AboutOf(about), Story::AboutOf(about) ? "" : about}), output);
+    return output.str();
+}
+
+TEST(Why, TellsEachTimeWithItsOwnReasonAndWhatMayStillCome) {
+    using testing::AllOf;
+    using testing::HasSubstr;
+    using testing::Not;
+    Night task = Evening();
+    Dark(task).AdvanceTo("23:40").Set(R"({"continuous_tasks": [{"type": 2, "uid": 20010001, "pid": 2100}]})");
+    task.AdvanceTo("23:50").Set(R"({"continuous_tasks": []})");
+    task.AdvanceTo("23:55").Set(R"({"restrict_set": {"1": ["com.a.one"]}})").AdvanceTo("00:20");
+    task.Set(R"({"processes": []})");
+    EXPECT_THAT(Answer(task, "00:40", "00:00", "com.a.one"),
+                HasSubstr("Not on the trust list since 23:50: nothing exempts it; since 23:55: in the restrict set."));
+    EXPECT_THAT(Answer(task, "00:40", "00:25", "com.a.one"), Not(HasSubstr("locks"))) << "it has ended";
+    EXPECT_THAT(Answer(task, "00:40", "00:25", "locks"), HasSubstr("whose running locks were proxied ended"));
+    EXPECT_THAT(Answer(task, "00:40", "23:20", "media"), HasSubstr("Frozen since 22:00: the night begins."));
+    EXPECT_THAT(Answer(task, "00:40", "23:12", "state"), HasSubstr("Next: phase 1 (APP_RES_DEEP) at 23:15"));
+
+    Night call = Evening();
+    Dark(call).AdvanceTo("23:40").Set(R"({"continuous_tasks": [{"type": 8, "uid": 20010001, "pid": 2100}]})").ScreenOn();
+    EXPECT_THAT(Answer(call, "23:50", "23:40", "locks"),
+                AllOf(HasSubstr("1 app (com.a.one) released, voice call begins"), HasSubstr("deep standby ends"),
+                      HasSubstr("Caused at 23:40 by state: SLEEP → WORKING: screen on")));
+
+    Night restarted = Evening();
+    Dark(restarted).AdvanceTo("23:59").Restart();
+    EXPECT_THAT(Answer(restarted, "00:10", "23:59", "network"), HasSubstr("off since 23:59: the service stops"));
+}
+
+TEST(Why, SaysOfBluetoothWhatThePluginTakesItForAndWhenItIsTriedAgain) {
+    using testing::HasSubstr;
+    Night unheard = Evening();
+    Dark(unheard).AdvanceTo("22:40").Fail("BluetoothHost.EnableBle", 3).AdvanceTo("23:30").ScreenOn();
+    unheard.AdvanceTo("23:31").ScreenOff().AdvanceTo("23:32").ScreenOn();
+    EXPECT_THAT(Answer(unheard, "23:50", "23:45", "bluetooth"),
+                HasSubstr("stayed off: the plugin takes it as on, since switching it on failed at 23:30"));
+
+    Night taken = Evening();
+    Dark(taken.Device("bluetooth", R"({"connection": 1})"));
+    EXPECT_THAT(Answer(taken, "23:50", "23:40", "bluetooth"), HasSubstr("Next: at the end of a maintenance"));
+    EXPECT_THAT(Answer(taken, "23:50", "23:40", "bluetooth", 5400),
+                HasSubstr("the screen has not been off for 1 h 30 min"));
+    EXPECT_THAT(Answer(taken.Host("half_hour_switches", "{}"), "23:50", "23:40", "bluetooth"),
+                HasSubstr("Nothing has tried to change that yet: the power-off strategy is off"));
+
+    Night off = Evening();
+    Dark(off.Device("bluetooth", R"({"state": 3})"));
+    EXPECT_THAT(Answer(off, "23:50", "23:10", "bluetooth"), HasSubstr("it was off already, and not by the plugin"));
 }
 
 std::string NameOf(const testing::TestParamInfo<fs::path>& given) {

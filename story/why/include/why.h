@@ -60,6 +60,7 @@ struct SubjectAnswer {
     std::vector<Refusal> refusals;     ///< since then, the latest last
     std::optional<int64_t> lastLook;   ///< of SLEEP: when the detector judged last; nothing: not yet
     std::string next;                  ///< when it may change, or change after all; empty: not known
+    std::string lacking;               ///< why nothing is to change it: what would is not there; else empty
     std::vector<std::string> who;      ///< whom it concerns, by name: on the trust list, frozen, proxied, killed
 };
 
@@ -68,8 +69,10 @@ struct AspectAnswer {
     Aspect aspect = Aspect::RUNNING;
     std::string value;
     std::optional<int64_t> since;  ///< nothing: since before the night began
-    std::string reason;
+    std::string reason;          ///< of the change
     std::optional<Told> change;  ///< the event that tells of it
+    std::string reasonNow;       ///< another reason for which it is still so; else empty
+    std::optional<int64_t> reasonSince;
     std::string failure;         ///< the last try to change it that did not work: "could not be thawed"; else empty
     std::optional<int64_t> failedAt;
 };

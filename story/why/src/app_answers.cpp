@@ -90,7 +90,7 @@ AspectAnswer& Place(AppAnswer& answer, const AppEvent& event) {
     return added;
 }
 
-/// What holds of a process while it lives, and not of one that has started anew.
+/// What holds of a process while it lives, and not of one that has ended or started anew.
 bool EndsWithALife(Aspect aspect) {
     return aspect == Aspect::FROZEN || aspect == Aspect::LOCKS;
 }
@@ -98,6 +98,10 @@ bool EndsWithALife(Aspect aspect) {
 /// A try that did not work leaves a process frozen, or its locks proxied, as it was.
 bool IsFailedTry(const AppEvent& event) {
     return EndsWithALife(event.aspect) && event.value.starts_with("could not ");
+}
+
+const std::string& ReasonOf(const AspectAnswer& aspect) {
+    return aspect.reasonSince ? aspect.reasonNow : aspect.reason;
 }
 
 AppAnswer AnswerOf(const Night& night, int64_t t, uint32_t place) {
@@ -112,7 +116,7 @@ AppAnswer AnswerOf(const Night& night, int64_t t, uint32_t place) {
         if (event.app != place) {
             continue;
         }
-        if (event.aspect == Aspect::RUNNING && event.value == "running") {
+        if (event.aspect == Aspect::RUNNING) {
             std::erase_if(answer.aspects, [](const AspectAnswer& one) { return EndsWithALife(one.aspect); });
         }
         AspectAnswer& aspect = Place(answer, event);
@@ -124,12 +128,19 @@ AppAnswer AnswerOf(const Night& night, int64_t t, uint32_t place) {
         aspect.failure.clear();
         aspect.failedAt.reset();
         const bool isNews = aspect.value != event.value || event.aspect == Aspect::CLEAN;  // each clean is one of its own
-        if (isNews && event.t > night.start) {
-            aspect.since = event.t;
+        const bool isOfOneTime = aspect.since.value_or(night.start) == event.t;
+        const bool isToldByReason = event.aspect == Aspect::FIREWALL || event.aspect == Aspect::LOCKS;
+        if (isNews || (isOfOneTime && isToldByReason && !event.reason.empty())) {
+            aspect.since = event.t > night.start ? std::optional(event.t) : std::nullopt;
+            aspect.value = event.value;
+            aspect.reason = event.reason;
+            aspect.change = WithCauses(night, event.event);
+            aspect.reasonNow.clear();
+            aspect.reasonSince.reset();
+        } else if (isToldByReason && !event.reason.empty() && event.reason != ReasonOf(aspect)) {
+            aspect.reasonNow = event.reason;
+            aspect.reasonSince = event.t;
         }
-        aspect.value = event.value;
-        aspect.reason = event.reason;
-        aspect.change = WithCauses(night, event.event);
     }
     std::stable_sort(answer.aspects.begin(), answer.aspects.end(),
                      [](const AspectAnswer& a, const AspectAnswer& b) { return a.aspect < b.aspect; });
@@ -145,6 +156,11 @@ std::vector<AppAnswer> AskForApps(const Night& night, int64_t t, const std::stri
         if (Fits(night.apps[place], name, number)) {
             answers.push_back(AnswerOf(night, t, place));
         }
+    }
+    // what is known of a name alone says less than a process of that name
+    const auto isProcess = [](const AppAnswer& answer) { return !answer.app.isNameOnly; };
+    if (std::any_of(answers.begin(), answers.end(), isProcess)) {
+        std::erase_if(answers, [&](const AppAnswer& answer) { return !isProcess(answer); });
     }
     if (answers.empty()) {
         RefuseName(night, name);

@@ -12,7 +12,7 @@ namespace {
 
 using Sentences = std::vector<std::string>;
 
-constexpr std::string_view kAsked = "asked to go off";
+constexpr std::string_view kAsked = "asked to go off as";  ///< the name of the value that says for what
 
 void Add(Sentences& sentences, std::string sentence) {
     if (sentence.empty()) {
@@ -40,17 +40,22 @@ std::string WithoutColons(std::string text) {
     return text;
 }
 
-/// "stays on: it is day" as what somebody does or is: "it stays on: it is day"; nothing for a text that cannot be put
+/// "stays on: it is day" as what somebody did or was: "it stayed on: it is day"; nothing for a text that cannot be put
 /// so.
 std::string Said(std::string_view it, const std::string& text) {
-    constexpr std::array kDoes = {"stays ", "waits", "sleeps on"};
+    struct Verb {
+        std::string_view now;
+        std::string_view then;
+    };
+    constexpr std::array kDoes = {Verb{"stays ", "stayed "}, Verb{"waits", "waited"}, Verb{"sleeps on", "slept on"}};
     constexpr std::array kIs = {"left ", "not ", "off ", "asleep", "awake"};
-    const auto begins = [&text](const char* start) { return text.starts_with(start); };
-    if (std::any_of(kDoes.begin(), kDoes.end(), begins)) {
-        return std::string(it) + " " + text;
+    for (const Verb& verb : kDoes) {
+        if (text.starts_with(verb.now)) {
+            return std::string(it) + " " + std::string(verb.then) + text.substr(verb.now.size());
+        }
     }
-    if (std::any_of(kIs.begin(), kIs.end(), begins)) {
-        return std::string(it) + (it == "they" ? " are " : " is ") + text;
+    if (std::any_of(kIs.begin(), kIs.end(), [&text](const char* start) { return text.starts_with(start); })) {
+        return std::string(it) + (it == "they" ? " were " : " was ") + text;
     }
     return {};
 }
@@ -96,7 +101,9 @@ std::string StandOf(const SubjectAnswer& answer, bool isBrief) {
 void AddFound(Sentences& sentences, const Event& event) {
     std::string found;
     for (const Value& value : event.values) {
-        if (value.name == kAsked || event.text.find(value.text) != std::string::npos) {
+        const bool isTold = event.text.find(value.text) != std::string::npos ||
+                            event.reason.find(value.text) != std::string::npos;
+        if (value.name == kAsked || isTold) {
             continue;
         }
         if (value.name == "rule" || value.name == "needed") {
@@ -107,6 +114,13 @@ void AddFound(Sentences& sentences, const Event& event) {
         found += (found.empty() ? "found: " : ", ") + (isNamed ? value.name + " " : "") + value.text;
     }
     Add(sentences, found);
+}
+
+/// Whether what caused something has been said with it.
+bool IsSaid(const std::string& said, const std::string& subject, const Event& cause) {
+    constexpr size_t kTelling = 6;  // shorter texts may stand in any other
+    return said.find(subject + " " + cause.text) != std::string::npos ||
+           (cause.text.size() >= kTelling && said.find(cause.text) != std::string::npos);
 }
 
 std::string IdOf(const char* name, int32_t id) {
@@ -156,7 +170,9 @@ public:
             }
             const bool isUntouched = topic.lane && !answer.since && answer.refusals.empty();
             if (isUntouched && answer.about != About::SLEEP && answer.state != kNotKnown) {
-                Add(sentences, "nothing has tried to change that yet");
+                Add(sentences, Because("nothing has tried to change that yet", answer.lacking));
+            } else if (!answer.refusals.empty() || answer.about != About::SLEEP) {
+                Add(sentences, answer.lacking);
             }
         }
         Add(sentences, LastLook(answer));
@@ -172,14 +188,21 @@ public:
         for (const AspectAnswer& aspect : answer.aspects) {
             // that it was killed is told with its reason by the clean
             if (!(isKilled && aspect.aspect == Aspect::RUNNING && aspect.value == "killed")) {
-                Add(sentences, Because(AspectOf(answer, aspect), aspect.aspect == Aspect::EXEMPT ? "" : aspect.reason));
+                std::string text =
+                    Because(AspectOf(answer, aspect), aspect.aspect == Aspect::EXEMPT ? "" : aspect.reason);
+                if (aspect.reasonSince) {
+                    text += "; " + moments_.Since(*aspect.reasonSince) + ": " + aspect.reasonNow;
+                }
+                Add(sentences, std::move(text));
             }
             if (aspect.failedAt) {
                 const std::string it = aspect.aspect == Aspect::LOCKS ? ": running locks " : " it ";
                 Add(sentences, moments_.At(*aspect.failedAt) + it + aspect.failure);
             }
         }
-        if (sentences.empty()) {
+        if (answer.app.isNameOnly) {
+            Add(sentences, "no process of the trace has been known by it so far");
+        } else if (sentences.empty()) {
             Add(sentences, "the record says nothing of it by then");
         }
         return sentences;
@@ -187,7 +210,8 @@ public:
 
 private:
     static std::string PhaseOf(const PhaseAnswer& phase) {
-        return "phase " + std::to_string(phase.number) + " (" + phase.name + ")";
+        const std::string number = std::to_string(phase.number);
+        return "phase " + number + (phase.name == number ? "" : " (" + phase.name + ")");
     }
 
     /// "off since 23:32: screen off for half an hour at night"
@@ -215,6 +239,9 @@ private:
         if (!event.reason.empty()) {
             return Because(std::move(text), event.reason);
         }
+        if (answer.about == About::LOCKS && event.text.find(": ") != std::string::npos) {
+            return Because(std::move(text), WithoutColons(event.text));  // some for one reason, some for another
+        }
         const bool isOfSubject = event.subject == TopicOf(answer.about).subject;
         if (!isOfSubject || (event.outcome == Outcome::HAPPENED && event.text != answer.state)) {
             return Because(std::move(text), WithoutColons(event.text));
@@ -222,17 +249,19 @@ private:
         return text;
     }
 
-    /// "at 01:30 (screen off for half an hour at night) it stays on: a device is connected"
+    /// "asked to go off at 01:30 (screen off for half an hour at night), it stayed on: a device is connected"
     [[nodiscard]] std::string Happened(const Topic& topic, const Told& told) const {
         const Event& event = told.event;
         const auto asked = std::find_if(event.values.begin(), event.values.end(),
                                         [](const Value& value) { return value.name == kAsked; });
         const bool isAsked = asked != event.values.end();
-        const std::string& reason = isAsked ? asked->text : event.reason;
-        std::string text = isAsked ? std::string(kAsked) + " " : std::string();
+        const bool isTrigger = isAsked || event.subject != Subject::SLEEP;  // a verdict's reason is what was found
+        const std::string reason = isAsked ? asked->text : isTrigger ? event.reason : "";
+        std::string text = isAsked ? "asked to go off " : "";
         text += moments_.At(event.t) + (reason.empty() ? "" : " (" + reason + ")");
         const std::string said = Said(topic.it, event.text);
-        return said.empty() ? text + ": " + WithoutColons(event.text) : text + (isAsked ? ", " : " ") + said;
+        text = said.empty() ? text + ": " + WithoutColons(event.text) : text + (isAsked ? ", " : " ") + said;
+        return isTrigger ? text : Because(std::move(text), event.reason);
     }
 
     [[nodiscard]] std::string Refused(const Topic& topic, const Refusal& refusal) const {
@@ -244,11 +273,16 @@ private:
     }
 
     void AddCauses(Sentences& sentences, const Told& told) const {
-        const char* effect = "set off ";
+        std::string known = told.event.text + " " + told.event.reason;
+        const char* effect = "caused ";
         for (const Event& cause : told.causes) {
-            Add(sentences, effect + moments_.At(cause.t) + " by " + std::string(NameOf(cause.subject)) + ": " +
-                               Because(cause.text, cause.reason));
-            effect = "that was set off ";
+            const std::string name(NameOf(cause.subject));
+            const bool isSaid = cause.t == told.event.t && IsSaid(known, name, cause);
+            known += " " + name + " " + cause.text + " " + cause.reason;
+            if (!isSaid) {
+                Add(sentences, effect + moments_.At(cause.t) + " by " + name + ": " + Because(cause.text, cause.reason));
+                effect = "that was caused ";
+            }
         }
     }
 

@@ -4,6 +4,7 @@
 
 #include "app_answers.h"
 #include "causes.h"
+#include "phrases.h"
 #include "topics.h"
 
 namespace TARN::Story {
@@ -45,16 +46,40 @@ uint32_t AddState(SubjectAnswer& answer, const Night& night, int64_t t, LaneId i
     return first->event;
 }
 
-bool IsRadioOff(const SubjectAnswer& answer) {
-    const bool isRadio =
-        answer.about == About::BLUETOOTH || answer.about == About::WIFI || answer.about == About::MODEM;
-    return isRadio && answer.state != "on";
+/// Whether an event says that the subject was looked at and left, or that a try failed.
+bool IsRefusal(const Event& event) {
+    return event.outcome == Outcome::FAILED || event.outcome == Outcome::KEPT;
 }
 
-/// Whether an event says that the subject was looked at and left, or that a try failed. That a radio is off already is
-/// no refusal.
-bool IsRefusal(const Event& event, const SubjectAnswer& answer) {
-    return event.outcome == Outcome::FAILED || (event.outcome == Outcome::KEPT && !IsRadioOff(answer));
+/// Why nothing will change the subject: what would is not there.
+std::string Lacking(const Night& night, About about) {
+    struct Owner {
+        About about;
+        const char* strategy;
+    };
+    constexpr std::array kOwners = {Owner{About::NETWORK, "NETWORK"}, Owner{About::FREEZE, "FREEZE"},
+                                    Owner{About::LOCKS, "RUNNING_LOCK"}, Owner{About::TIMERS, "TIMER"}};
+    const auto isThere = [&night](const char* name) {
+        return std::find(night.strategies.begin(), night.strategies.end(), name) != night.strategies.end();
+    };
+    if (about == About::STATE || about == About::SCREEN) {
+        return {};
+    }
+    if (night.strategies.empty()) {
+        return "no strategies are configured, so the plugin does nothing";
+    }
+    if (about == About::BLUETOOTH && !night.isPowerOffAlive) {
+        return "the power-off strategy is off, so Bluetooth goes off only when the user falls asleep";
+    }
+    if ((about == About::WIFI || about == About::MODEM) && !night.isPowerOffAlive) {
+        return "the power-off strategy is off";
+    }
+    if (about == About::CLEAN && !isThere("SLEEP_CLEAN") && !isThere("POWER_SAVE_CLEAN")) {
+        return "neither SLEEP_CLEAN nor POWER_SAVE_CLEAN is configured";
+    }
+    const auto* owner =
+        std::find_if(kOwners.begin(), kOwners.end(), [about](const Owner& one) { return one.about == about; });
+    return owner == kOwners.end() || isThere(owner->strategy) ? "" : std::string(owner->strategy) + " is not configured";
 }
 
 /// Whether two texts say the same but for their numbers.
@@ -83,17 +108,17 @@ void AddRefusals(SubjectAnswer& answer, const Night& night, int64_t t, const Top
         if (event.subject != topic.subject) {
             continue;
         }
-        const bool isOfNow = event.outcome != Outcome::KEPT || IsRefusal(event, answer);
-        if (!isNextKnown && isOfNow && !event.next.empty()) {
+        if (!isNextKnown && !event.next.empty()) {
             isNextKnown = true;
             answer.next = event.nextBy > t ? event.next : "";
         }
-        if (!IsRefusal(event, answer)) {
+        if (!IsRefusal(event)) {
             continue;
         }
         const auto alike =
             std::find_if(answer.refusals.begin(), answer.refusals.end(),
-                         [&event](const Refusal& refusal) { return AreAlike(refusal.told.event.text, event.text); });
+                         [&event](const Refusal& refusal) { return AreAlike(Because(refusal.told.event.text, refusal.told.event.reason),
+                                                                    Because(event.text, event.reason)); });
         const size_t told = answer.refusals.size();
         if (alike != answer.refusals.end()) {
             alike->first = event.t;
@@ -117,6 +142,7 @@ uint32_t LastDone(const Night& night, int64_t t, Subject subject) {
 SubjectAnswer AnswerOf(const Night& night, int64_t t, const Topic& topic) {
     SubjectAnswer answer;
     answer.about = topic.about;
+    answer.lacking = Lacking(night, topic.about);
     const uint32_t change = topic.lane ? AddState(answer, night, t, *topic.lane) : LastDone(night, t, topic.subject);
     answer.change = WithCauses(night, change);
     if (topic.about == About::STATE) {

@@ -53,6 +53,7 @@ Json Of(const SubjectAnswer& answer) {
                  {"adjustment", OrNull(answer.adjustment)},
                  {"refusals", std::move(refusals)},
                  {"next", answer.next},
+                 {"lacking", answer.lacking},
                  {"who", answer.who}});
     return json;
 }
@@ -70,6 +71,8 @@ Json Of(const AppAnswer& answer) {
                            {"since", OrNull(aspect.since)},
                            {"reason", aspect.reason},
                            {"change", OrNull(aspect.change)},
+                           {"reason_now", aspect.reasonNow},
+                           {"reason_since", OrNull(aspect.reasonSince)},
                            {"failure", aspect.failure},
                            {"failed_at", OrNull(aspect.failedAt)}});
     }
