@@ -49,7 +49,8 @@ function figuresOf(view) {
     sides: sides.map(side => {
       const few = killedIn(side, view);
       const names = [...new Set(few.map(one => one.app))];
-      return {amount: few.length, value: few.length > 0 ? count(few.length, "app") : "–", note: names.slice(0, 12).join(", ") + (names.length > 12 ? " …" : ""), isNames: true};
+      const kills = few.length > names.length ? `${timesWords(few.length)} in all: ` : "";
+      return {amount: names.length, value: names.length > 0 ? count(names.length, "app") : "–", note: kills + names.slice(0, 12).join(", ") + (names.length > 12 ? " …" : ""), isNames: true};
     }),
   };
   return [...lanesFigures, killed];
