@@ -8,6 +8,7 @@
 #include "inputs.h"
 #include "json_fields.h"
 #include "player.h"
+#include "progress.h"
 #include "record_sink.h"
 #include "standby_constants.h"
 #include "time_argument.h"
@@ -60,11 +61,7 @@ void EndWithDump(Trace& trace, int64_t t, std::vector<std::string> words) {
 
 int RunDump(const DumpOptions& options, OutputFile& output) {
     Progress progress(!options.player.isProgressHidden);
-    auto traces = ReadInputs({options.trace}, options.player.config, progress);
-    if (!traces) {
-        return kInputWrong;
-    }
-    Trace& trace = traces->front();
+    Trace trace = ReadInput(options.trace, options.player.config);
     std::vector<std::string> words = options.words;
     if (words.empty()) {
         words = {std::string(DevStandbyMgr::DUMP_DETAIL_INFO), std::string(DevStandbyMgr::DUMP_STRATGY_DETAIL)};

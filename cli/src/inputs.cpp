@@ -1,14 +1,14 @@
 #include "inputs.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
-#include <iostream>
 #include <system_error>
 
-#include "exit_status.h"
 #include "json_fields.h"
 #include "standby_config.h"
 
@@ -23,28 +23,23 @@ constexpr char kStandardInput[] = "-";
 constexpr size_t kPieceBytes = size_t{64} * 1024;
 constexpr size_t kMostLookedAt = size_t{1024} * 1024;
 
-Replay::Trace Read(const std::string& name) {
-    Input input(name, "a trace");
-    return Replay::ReadTrace(input.Stream(), input.Name());
-}
-
 }  // namespace
 
-Input::Input(const std::string& name, const std::string& expected)
-    : name_(name), source_(file_.rdbuf()), stream_(this) {
+Input::Input(const std::string& name, const std::string& expected) : name_(name), stream_(this) {
     if (name == kStandardInput) {
         name_ = "standard input";
-        source_ = std::cin.rdbuf();
-        return;
+        file_.reset(::gzdopen(::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0), "rb"));
+    } else {
+        if (std::error_code error; std::filesystem::is_directory(name, error)) {
+            Refuse(name, "is a directory", expected);
+        }
+        errno = 0;
+        file_.reset(::gzopen(name.c_str(), "rbe"));
     }
-    if (std::error_code error; std::filesystem::is_directory(name, error)) {
-        Refuse(name, "is a directory", expected);
+    if (file_ == nullptr) {
+        Refuse(name_, errno != 0 ? std::strerror(errno) : "cannot be opened", expected);
     }
-    errno = 0;
-    file_.open(name);
-    if (!file_.is_open()) {
-        Refuse(name, std::strerror(errno), expected);
-    }
+    ::gzbuffer(file_.get(), kPieceBytes);
 }
 
 Input::~Input() = default;
@@ -52,10 +47,22 @@ Input::~Input() = default;
 bool Input::ReadMore() {
     const size_t held = held_.size();
     held_.resize(held + kPieceBytes);
-    const std::streamsize read = source_->sgetn(held_.data() + held, kPieceBytes);
-    held_.resize(held + static_cast<size_t>(std::max<std::streamsize>(read, 0)));
+    const int read = ::gzread(file_.get(), held_.data() + held, kPieceBytes);
+    held_.resize(held + static_cast<size_t>(std::max(read, 0)));
     setg(held_.data(), held_.data(), held_.data() + held_.size());
     return read > 0;
+}
+
+void Input::Check() const {
+    int error = Z_OK;
+    const char* text = ::gzerror(file_.get(), &error);
+    if (error == Z_ERRNO) {
+        Refuse(name_, std::strerror(errno), "a file that can be read");
+    }
+    if (error != Z_OK && error != Z_STREAM_END) {
+        Refuse(name_, "damaged: " + std::string(error == Z_BUF_ERROR ? "it ends too early" : text),
+               "a whole gzip archive");
+    }
 }
 
 Input::int_type Input::underflow() {
@@ -80,41 +87,24 @@ std::string_view Input::FirstLine() {
     }
 }
 
-std::optional<std::vector<Replay::Trace>> ReadInputs(const std::vector<std::string>& names, const std::string& config,
-                                                     Progress& progress) {
-    std::vector<Replay::Trace> traces;
-    traces.reserve(names.size());
-    bool isRight = true;
-    const auto complain = [&](const std::string& text) {
-        progress.Erase();
-        Complain(text);
-        isRight = false;
-    };
-    std::optional<DevStandbyMgr::StandbyConfigFile> overrides;
+Replay::Trace ReadInput(const std::string& name) {
+    Input input(name, "a trace");
     try {
-        if (!config.empty()) {
-            overrides.emplace(config);
-        }
-    } catch (const InputError& error) {
-        complain(error.what());
+        Replay::Trace trace = Replay::ReadTrace(input.Stream(), input.Name());
+        input.Check();
+        return trace;
+    } catch (const InputError&) {
+        input.Check();  // what was cut off on the way is not the trace's fault
+        throw;
     }
-    if (std::count(names.begin(), names.end(), kStandardInput) > 1) {
-        complain("- stands for standard input, which can be read once only");
-        return std::nullopt;
+}
+
+Replay::Trace ReadInput(const std::string& name, const std::string& config) {
+    Replay::Trace trace = ReadInput(name);
+    if (!config.empty()) {
+        DevStandbyMgr::StandbyConfigFile(config).LayOver(trace.host);
     }
-    for (size_t i = 0; i < names.size(); ++i) {
-        progress.Show("reading", static_cast<double>(i) / static_cast<double>(names.size()));
-        try {
-            Replay::Trace trace = Read(names[i]);
-            if (overrides) {
-                overrides->LayOver(trace.host);
-            }
-            traces.push_back(std::move(trace));
-        } catch (const InputError& error) {
-            complain(error.what());
-        }
-    }
-    return isRight ? std::optional(std::move(traces)) : std::nullopt;
+    return trace;
 }
 
 }  // namespace TARN::Cli

@@ -1,20 +1,21 @@
 #ifndef CLI_INPUTS_H
 #define CLI_INPUTS_H
 
-#include <fstream>
+#include <zlib.h>
+
 #include <istream>
+#include <memory>
 #include <optional>
 #include <streambuf>
 #include <string>
 #include <string_view>
-#include <vector>
 
-#include "progress.h"
 #include "trace.h"
 
 namespace TARN::Cli {
 
-/// An opened file, "-" being standard input, whose beginning can be looked at before it is read.
+/// An opened file, "-" being standard input, whose beginning can be looked at before it is read. What gzip packed is
+/// unpacked on the way.
 class Input : private std::streambuf {
 public:
     /// Throws InputError when it cannot be opened. `expected` says what should be there.
@@ -27,6 +28,9 @@ public:
     [[nodiscard]] const std::string& Name() const noexcept { return name_; }
     [[nodiscard]] std::istream& Stream() noexcept { return stream_; }
 
+    /// Throws InputError if what was read so far ended before its time: a torn archive, a failing disk.
+    void Check() const;
+
     /// The first line that is neither blank nor a comment, before anything is read; empty when there is none, and only
     /// its beginning when it is of unlikely length.
     [[nodiscard]] std::string_view FirstLine();
@@ -35,17 +39,21 @@ private:
     int_type underflow() override;
     bool ReadMore();
 
+    struct Close {
+        void operator()(gzFile file) const noexcept { ::gzclose(file); }
+    };
+
     std::string name_;
-    std::ifstream file_;
-    std::streambuf* source_;
+    std::unique_ptr<gzFile_s, Close> file_;
     std::string held_;  ///< read from the source and not handed on yet
     std::istream stream_;
 };
 
-/// Reads all traces, "-" being standard input, and lays the configuration file, if it has a name, over each.
-/// Complains about everything that is wrong; then there is no result.
-[[nodiscard]] std::optional<std::vector<Replay::Trace>> ReadInputs(const std::vector<std::string>& names,
-                                                                   const std::string& config, Progress& progress);
+/// Reads one trace, "-" being standard input. Throws InputError.
+[[nodiscard]] Replay::Trace ReadInput(const std::string& name);
+
+/// The same with a configuration file, if it has a name, laid over it.
+[[nodiscard]] Replay::Trace ReadInput(const std::string& name, const std::string& config);
 
 }  // namespace TARN::Cli
 

@@ -1,6 +1,7 @@
 #include <exception>
 
 #include "command_line.h"
+#include "crash_line.h"
 #include "exit_status.h"
 #include "json_fields.h"
 #include "output_file.h"
@@ -9,6 +10,7 @@ int main(int argc, char** argv) {
     using namespace TARN::Cli;
     try {
         KeepStandardStreams();
+        TellOfCrashes();
         OutputFile output;
         return ParseCommandLine(argc, argv)(output);
     } catch (const TARN::DevStandbyMgr::InputError& error) {

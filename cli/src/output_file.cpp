@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstring>
 #include <string>
+#include <string_view>
 
 #include "exit_status.h"
 
@@ -43,7 +44,7 @@ void OutputFile::Discard() {
 }
 
 OutputFile::int_type OutputFile::overflow(int_type next) {
-    WriteOut();
+    WriteLines();
     if (error_ != 0) {
         return traits_type::eof();
     }
@@ -55,24 +56,34 @@ OutputFile::int_type OutputFile::overflow(int_type next) {
 }
 
 int OutputFile::sync() {
-    WriteOut();
+    Write(static_cast<size_t>(pptr() - pbase()));
     return error_ == 0 ? 0 : -1;
 }
 
-void OutputFile::WriteOut() {
+void OutputFile::WriteLines() {
+    const std::string_view held(pbase(), static_cast<size_t>(pptr() - pbase()));
+    const size_t end = held.rfind('\n');
+    Write(end == std::string_view::npos ? held.size() : end + 1);
+}
+
+void OutputFile::Write(size_t bytes) {
     const char* next = pbase();
-    if (beforeWriting_ && next != pptr()) {
+    const char* const end = next + bytes;
+    if (beforeWriting_ && next != end) {
         beforeWriting_();
     }
-    while (error_ == 0 && next != pptr()) {
-        const ssize_t written = ::write(STDOUT_FILENO, next, static_cast<size_t>(pptr() - next));
+    while (error_ == 0 && next != end) {
+        const ssize_t written = ::write(STDOUT_FILENO, next, static_cast<size_t>(end - next));
         if (written >= 0) {
             next += written;
         } else if (errno != EINTR) {
             error_ = errno;
         }
     }
+    const auto left = static_cast<size_t>(pptr() - end);
+    std::memmove(buffer_.data(), end, left);
     Discard();
+    pbump(static_cast<int>(left));
 }
 
 int OutputFile::Finish() {

@@ -38,7 +38,9 @@ public:
 private:
     int_type overflow(int_type next) override;
     int sync() override;
-    void WriteOut();
+    /// Makes room by writing whole lines, so that what others write to the terminal stands between lines.
+    void WriteLines();
+    void Write(size_t bytes);
 
     std::vector<char> buffer_;
     std::ostream stream_;

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
+#include <cstring>
 
 namespace TARN::Cli {
 
@@ -16,9 +18,15 @@ constexpr milliseconds kEvery{100};
 constexpr char kEraseLine[] = "\r\033[K";
 constexpr double kPercent = 100.0;
 
+/// A terminal that prints what would steer another.
+bool IsDumb() {
+    const char* terminal = std::getenv("TERM");
+    return terminal == nullptr || std::strcmp(terminal, "dumb") == 0;
+}
+
 }  // namespace
 
-Progress::Progress(bool isWanted) : isWanted_(isWanted && ::isatty(STDERR_FILENO) == 1) {
+Progress::Progress(bool isWanted) : isWanted_(isWanted && ::isatty(STDERR_FILENO) == 1 && !IsDumb()) {
     if (isWanted_) {
         next_ = Clock::now() + kPatience;
     }

@@ -1,7 +1,11 @@
 #include "replay_command.h"
 
+#include <algorithm>
 #include <deque>
+#include <functional>
 #include <memory>
+#include <optional>
+#include <utility>
 #include <vector>
 
 #include "color.h"
@@ -9,20 +13,26 @@
 #include "inputs.h"
 #include "jsonl_writer.h"
 #include "night_reader.h"
+#include "night_row.h"
 #include "player.h"
+#include "progress.h"
 #include "report.h"
 #include "result_file.h"
 #include "sides.h"
+#include "standby_config.h"
 #include "timeline.h"
 #include "trace_events.h"
+#include "trace_names.h"
+#include "worker_pool.h"
 
 namespace TARN::Cli {
 
 namespace {
 
-enum class Format : uint8_t { TEXT, JSONL };
+enum class Format : uint8_t { TEXT, JSONL, SUMMARY, CSV };
 
-constexpr std::array kFormats = {Word<Format>{"text", Format::TEXT}, Word<Format>{"jsonl", Format::JSONL}};
+constexpr std::array kFormats = {Word<Format>{"text", Format::TEXT}, Word<Format>{"jsonl", Format::JSONL},
+                                 Word<Format>{"summary", Format::SUMMARY}, Word<Format>{"csv", Format::CSV}};
 constexpr std::array kLevels = {Word<LogLevel>{"debug", LogLevel::DEBUG}, Word<LogLevel>{"info", LogLevel::INFO},
                                 Word<LogLevel>{"warn", LogLevel::WARN}, Word<LogLevel>{"error", LogLevel::ERROR}};
 
@@ -35,102 +45,126 @@ struct ReplayOptions {
     std::string report;       ///< the file for the page that shows the night, or two; empty: none is asked for
     std::string traceEvents;  ///< the file for the one trace's night as trace events; empty: none is asked for
     bool hasReasons = false;  ///< the full record has the host's own reasons too
+    std::string list;         ///< a file with the names of further traces; empty for none
+    size_t jobs = Processors();
+    bool isNamed = false;  ///< each line of the record says of which trace it is
     bool isProgressHidden = false;
+
+    [[nodiscard]] std::string Config() const { return names.configs.empty() ? "" : names.configs.front(); }
 };
+
+constexpr int kMostJobs = 1024;
 
 constexpr char kReplayFooter[] =
     "The file given with --config is a JSON object with the keys of a trace's \"host\", and \"policy\";\n"
     "what it names replaces what the traces say.\n";
 
-/// Plays one trace; each has its own memory of the phone.
-void PlayOne(const Replay::Trace& trace, const Replay::PlayOptions& player, const ReplayOptions& options,
-             OutputFile& output) {
+using Report = std::function<void(double fraction)>;
+
+/// Plays one trace and tells it on a stream.
+void PlayOne(const Replay::Trace& trace, const ReplayOptions& options, const Story::TimelineOptions& style,
+             std::ostream& output, const Report& progress = nullptr) {
+    const Replay::PlayOptions player{options.names.plugins.front(), progress};
     if (options.format == Format::JSONL) {
-        Replay::JsonlWriter writer(output.Stream(), options.hasReasons);
+        Replay::JsonlWriter writer(output, options.hasReasons, options.isNamed ? trace.name : "");
         Replay::Play(trace, player, writer);
         return;
     }
-    if (!options.traceEvents.empty()) {
-        ResultFile file(options.traceEvents);
-        Story::NightReader reader({.leastLog = options.log});
+    if (options.format != Format::TEXT) {
+        Story::NightReader reader;
         Replay::Play(trace, player, reader);
-        Story::WriteTraceEvents(reader.Result(), file.Stream());
-        file.Finish();
+        const auto row = Story::RowOf(reader.Result());
+        output << (options.format == Format::SUMMARY ? Story::ToJsonLine(row) : Story::ToCsvLine(row)) << '\n';
         return;
     }
-    Story::Timeline timeline(
-        output.Stream(),
-        {.isColored = IsColored(options.color, output), .isUnfolded = options.isUnfolded, .columns = output.Columns()});
+    Story::Timeline timeline(output, style);
     Story::NightReader reader({.leastLog = options.log, .view = &timeline});
     Replay::Play(trace, player, reader);
 }
 
-/// Plays one side or both and writes the page that shows them.
-int RunReport(const ReplayOptions& options, Progress& progress) {
-    const auto sides = ReadSides(options.names, progress);
-    if (!sides) {
-        return kInputWrong;
-    }
-    try {
-        ResultFile file(options.report);
-        std::deque<Story::NightReader> readers;
-        std::vector<Story::ReportSide> shown;
-        for (const Side& side : *sides) {
-            const auto before = static_cast<double>(readers.size());
-            auto& reader = readers.emplace_back(Story::ReadOptions{.leastLog = options.log});
-            Replay::Play(side.trace,
-                         {side.plugin,
-                          [&](double fraction) {
-                              progress.Show("playing", (before + fraction) / static_cast<double>(sides->size()));
-                          }},
-                         reader);
-            shown.push_back({side.label, &reader.Result()});
-        }
-        Story::WriteReport(shown, file.Stream());
-        file.Finish();
-    } catch (const Replay::RunError& error) {
-        progress.Erase();
-        Complain(error.what());
-        return kRunFailed;
-    }
+/// Plays one trace and writes its trace events.
+int RunTraceEvents(const ReplayOptions& options, Progress& progress) {
+    const Replay::Trace trace = ReadInput(options.names.traces.front(), options.Config());
+    ResultFile file(options.traceEvents);
+    Story::NightReader reader({.leastLog = options.log});
+    Replay::Play(trace, {options.names.plugins.front(), [&](double fraction) { progress.Show("playing", fraction); }},
+                 reader);
+    Story::WriteTraceEvents(reader.Result(), file.Stream());
+    file.Finish();
     return kDone;
 }
 
-int RunReplay(const ReplayOptions& options, OutputFile& output) {
+/// Plays one side or both and writes the page that shows them.
+int RunReport(const ReplayOptions& options, Progress& progress) {
+    const std::vector<Side> sides = ReadSides(options.names);
+    ResultFile file(options.report);
+    std::deque<Story::NightReader> readers;
+    std::vector<Story::ReportSide> shown;
+    for (const Side& side : sides) {
+        const auto before = static_cast<double>(readers.size());
+        auto& reader = readers.emplace_back(Story::ReadOptions{.leastLog = options.log});
+        Replay::Play(side.trace,
+                     {side.plugin,
+                      [&](double fraction) {
+                          progress.Show("playing", (before + fraction) / static_cast<double>(sides.size()));
+                      }},
+                     reader);
+        shown.push_back({side.label, &reader.Result()});
+    }
+    Story::WriteReport(shown, file.Stream());
+    file.Finish();
+    return kDone;
+}
+
+int RunReplay(ReplayOptions options, OutputFile& output) {
     Progress progress(!options.isProgressHidden);
     if (!options.report.empty()) {
         return RunReport(options, progress);
     }
-    auto traces =
-        ReadInputs(options.names.traces, options.names.configs.empty() ? "" : options.names.configs.front(), progress);
-    if (!traces) {
-        return kInputWrong;
+    if (!options.traceEvents.empty()) {
+        return RunTraceEvents(options, progress);
     }
+    TraceNames names(options.names.traces, options.list);
+    const Story::TimelineOptions style{
+        .isColored = IsColored(options.color, output), .isUnfolded = options.isUnfolded, .columns = output.Columns()};
     output.BeforeWriting([&progress] { progress.Erase(); });
-    const double share = 1.0 / static_cast<double>(traces->size());
-    double played = 0.0;
-    Replay::PlayOptions player{options.names.plugins.front(),
-                               [&](double fraction) { progress.Show("playing", (played + fraction) * share); }};
-    try {
-        for (const Replay::Trace& trace : *traces) {
-            if (played > 0.0 && options.format == Format::TEXT) {
+    if (options.format == Format::CSV) {
+        output.Stream() << Story::CsvHead() << '\n';
+    }
+    if (!names.AreMany()) {
+        PlayOne(ReadInput(options.names.traces.front(), options.Config()), options, style, output.Stream(),
+                [&](double fraction) { progress.Show("playing", fraction); });
+        progress.Erase();
+        return output.Finish();
+    }
+    options.isNamed = true;
+    std::optional<DevStandbyMgr::StandbyConfigFile> config;
+    if (!options.Config().empty()) {
+        config.emplace(options.Config());
+    }
+    bool isSeparated = false;
+    WorkerPool pool(
+        options.jobs,
+        [&](const std::string& name, std::ostream& result) {
+            Replay::Trace trace = ReadInput(name);
+            if (config) {
+                config->LayOver(trace.host);
+            }
+            PlayOne(trace, options, style, result);
+        },
+        [&](const std::string& /*name*/, std::string_view piece, bool isFirst) {
+            if (isFirst && std::exchange(isSeparated, true) && options.format == Format::TEXT) {
                 output.Stream() << '\n';
             }
-            PlayOne(trace, player, options, output);
-            played += 1.0;
-            if (output.IsBroken()) {
-                break;
-            }
-        }
-    } catch (const Replay::RunError& error) {
-        output.Discard();
-        progress.Erase();
-        Complain(error.what());
-        return kRunFailed;
-    }
+            output.Stream() << piece;
+            return !output.IsBroken();
+        },
+        [&](size_t done, size_t known) {
+            progress.Show("playing", static_cast<double>(done) / static_cast<double>(known));
+        });
+    const int status = pool.Run(names);
     progress.Erase();
-    output.BeforeWriting(nullptr);
-    return output.Finish();
+    return std::max(output.Finish(), status);
 }
 
 /// Throws when a replay cannot be done as asked.
@@ -138,15 +172,28 @@ void Check(const ReplayOptions& options) {
     if (options.hasReasons && options.format != Format::JSONL) {
         throw CLI::ValidationError("--reasons goes with --format jsonl");
     }
+    if (options.names.traces.empty() && options.list.empty()) {
+        throw CLI::ValidationError("a trace is needed, or --files-from");
+    }
     const bool isForFile = !options.report.empty() || !options.traceEvents.empty();
     if (options.report.empty() && (options.names.configs.size() > 1 || options.names.plugins.size() > 1)) {
         throw CLI::ValidationError("--config and --plugin are named once here; twice with --report");
     }
-    if (isForFile && (options.format == Format::JSONL || options.report.empty() == options.traceEvents.empty())) {
-        throw CLI::ValidationError("--report, --trace-events and --format jsonl each need a run of their own");
+    const bool isTold = options.format == Format::TEXT && !isForFile;
+    if (options.isUnfolded && !isTold) {
+        throw CLI::ValidationError("--unfold goes with a timeline, --format text");
+    }
+    if (options.log && options.format != Format::TEXT) {
+        throw CLI::ValidationError("--log goes with --format text, --report or --trace-events");
+    }
+    if (isForFile && (options.format != Format::TEXT || options.report.empty() == options.traceEvents.empty())) {
+        throw CLI::ValidationError("--report, --trace-events and --format each need a run of their own");
     }
     if (!options.traceEvents.empty() && options.names.traces.size() > 1) {
         throw CLI::ValidationError("--trace-events takes one trace");
+    }
+    if (isForFile && !options.list.empty()) {
+        throw CLI::ValidationError("--report and --trace-events take traces that are named");
     }
 }
 
@@ -157,11 +204,22 @@ void AddReplay(CLI::App& app, Action& action) {
     ReplayOptions& options = *shared;
     CLI::App& command = *app.add_subcommand("replay", "Play traces; tell what happened and why");
     command.footer(kReplayFooter);
-    command.add_option("TRACE", options.names.traces, "Traces to play, - for standard input")
-        ->required()
+    command
+        .add_option("TRACE", options.names.traces,
+                    "Traces to play, packed by gzip or not, folders of traces, - for standard input")
         ->type_name("");
+    command
+        .add_option("--files-from", options.list,
+                    "A file with the names of further traces, one a line; - for standard input")
+        ->type_name("FILE");
+    command
+        .add_option("--jobs", options.jobs,
+                    "How many traces to play at a time (default: as many as there are processors)")
+        ->type_name("N")
+        ->check(CLI::Range(1, kMostJobs));
     AddChoice(command, "--format", "FORMAT", kFormats, options.format,
-              "text, a timeline for people (default), or jsonl, the full record");
+              "text, a timeline for people (default); jsonl, the full record; summary or csv, a line a trace with what "
+              "it amounted to");
     AddChoice(command, "--log", "LEVEL", kLevels, options.log,
               "Show the plugin's log in the timeline from this level on: debug, info, warn, error");
     AddColor(command, options.color);

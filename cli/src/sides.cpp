@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <optional>
 #include <utility>
 
-#include "exit_status.h"
 #include "inputs.h"
 #include "json_fields.h"
 #include "standby_config.h"
@@ -67,18 +67,15 @@ std::vector<Side> MakeSides(const SideNames& names, const std::vector<Replay::Tr
     return result;
 }
 
-std::optional<std::vector<Side>> ReadSides(const SideNames& names, Progress& progress) {
-    const auto traces = ReadInputs(names.traces, "", progress);
-    if (!traces) {
-        return std::nullopt;
+std::vector<Side> ReadSides(const SideNames& names) {
+    if (std::count(names.traces.begin(), names.traces.end(), "-") > 1) {
+        throw DevStandbyMgr::InputError("- stands for standard input, which can be read once only");
     }
-    try {
-        return MakeSides(names, *traces);
-    } catch (const DevStandbyMgr::InputError& error) {
-        progress.Erase();
-        Complain(error.what());
-        return std::nullopt;
+    std::vector<Replay::Trace> traces;
+    for (const std::string& name : names.traces) {
+        traces.push_back(ReadInput(name));
     }
+    return MakeSides(names, traces);
 }
 
 }  // namespace TARN::Cli

@@ -1,11 +1,9 @@
 #ifndef CLI_SIDES_H
 #define CLI_SIDES_H
 
-#include <optional>
 #include <string>
 #include <vector>
 
-#include "progress.h"
 #include "trace.h"
 
 namespace TARN::Cli {
@@ -24,11 +22,11 @@ struct Side {
     std::string plugin;
 };
 
-/// One side, or two if anything is named twice. Complains about everything that is wrong, also about what is named more
-/// than twice; then there is no result.
-[[nodiscard]] std::optional<std::vector<Side>> ReadSides(const SideNames& names, Progress& progress);
+/// One side, or two if anything is named twice. Throws InputError for what is wrong, also for what is named more than
+/// twice.
+[[nodiscard]] std::vector<Side> ReadSides(const SideNames& names);
 
-/// The same with traces that are read already, as many as their names. Throws InputError for what is wrong.
+/// The same with traces that are read already, as many as their names.
 [[nodiscard]] std::vector<Side> MakeSides(const SideNames& names, const std::vector<Replay::Trace>& traces);
 
 }  // namespace TARN::Cli

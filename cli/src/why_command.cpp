@@ -5,6 +5,7 @@
 #include "inputs.h"
 #include "night_reader.h"
 #include "player.h"
+#include "progress.h"
 #include "time_argument.h"
 #include "why.h"
 
@@ -28,11 +29,7 @@ constexpr char kWhyFooter[] =
 
 int RunWhy(const WhyOptions& options, OutputFile& output) {
     Progress progress(!options.player.isProgressHidden);
-    const auto traces = ReadInputs({options.trace}, options.player.config, progress);
-    if (!traces) {
-        return kInputWrong;
-    }
-    const Replay::Trace& trace = traces->front();
+    const Replay::Trace trace = ReadInput(options.trace, options.player.config);
     Story::NightReader reader;
     const int64_t t = ReadTimeArgument("--at", options.at, trace);
     Replay::Play(trace, {options.player.plugin, [&](double fraction) { progress.Show("playing", fraction); }}, reader);

@@ -2,6 +2,8 @@
 #define REPLAY_JSONL_WRITER_H
 
 #include <ostream>
+#include <string>
+#include <utility>
 
 #include "record_sink.h"
 
@@ -10,8 +12,9 @@ namespace TARN::Replay {
 /// Writes a run as JSON Lines, one object for each thing that happened, for programs.
 class JsonlWriter : public RecordSink {
 public:
-    /// `hasReasons`: the host's own reasons are written too.
-    explicit JsonlWriter(std::ostream& output, bool hasReasons = false) : output_(output), hasReasons_(hasReasons) {}
+    /// `hasReasons`: the host's own reasons are written too. `trace`: what each line names as its trace; empty: none.
+    explicit JsonlWriter(std::ostream& output, bool hasReasons = false, std::string trace = {})
+        : output_(output), hasReasons_(hasReasons), trace_(std::move(trace)) {}
 
     [[nodiscard]] bool WantsLog(LogLevel /*level*/) const noexcept override { return true; }
     void OnBegin(const Trace& /*trace*/) override {}
@@ -30,6 +33,7 @@ private:
 
     std::ostream& output_;
     bool hasReasons_;
+    std::string trace_;
 };
 
 }  // namespace TARN::Replay

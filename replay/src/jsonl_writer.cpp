@@ -71,6 +71,9 @@ void JsonlWriter::Write(int64_t t, const char* key, Json value) {
     Json line;
     line["t"] = t;
     line[key] = std::move(value);
+    if (!trace_.empty()) {
+        line["trace"] = trace_;
+    }
     output_ << line.dump(-1, ' ', false, Json::error_handler_t::replace) << '\n';
 }
 

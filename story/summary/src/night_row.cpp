@@ -1,0 +1,115 @@
+#include "night_row.h"
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+#include "figures.h"
+#include "time_zone.h"
+
+namespace TARN::Story {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr double kMsPerSecond = 1000.0;
+
+double Seconds(int64_t ms) {
+    return static_cast<double>(ms) / kMsPerSecond;
+}
+
+/// Local time with its offset: "2026-03-01T21:00:00+01:00".
+std::string LocalTime(int64_t t) {
+    std::string text = Replay::TimeZone::Format(t, "%FT%T%z");
+    return text.insert(text.size() - 2, ":");
+}
+
+int64_t MostOf(const Night& night, LaneId lane) {
+    int64_t most = 0;
+    for (const Interval& interval : night.At(lane).Intervals()) {
+        most = std::max(most, interval.number);
+    }
+    return most;
+}
+
+/// A field of CSV: in quotes where it has to be.
+std::string Quoted(const std::string& text) {
+    if (text.find_first_of(",\"\r\n") == std::string::npos) {
+        return text;
+    }
+    std::string quoted = "\"";
+    for (const char one : text) {
+        quoted.append(one == '"' ? 2 : 1, one);
+    }
+    return quoted + '"';
+}
+
+Json ToJson(const Cell& cell) {
+    return std::visit([](const auto& value) { return Json(value); }, cell.value);
+}
+
+std::string Dump(const Json& json) {
+    return json.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+}  // namespace
+
+std::vector<Cell> RowOf(const Night& night) {
+    std::vector<Cell> row = {{"trace", night.name},
+                             {"timezone", night.timezone},
+                             {"start", LocalTime(night.start)},
+                             {"end", LocalTime(night.end)},
+                             {"duration_s", Seconds(night.end - night.start)}};
+    const auto lane = [&](LaneId id, std::string_view seconds, std::string_view times) {
+        const std::vector<Interval> counted = Counted(night, id);
+        row.push_back({seconds, Seconds(TotalMs(counted))});
+        row.push_back({times, static_cast<int64_t>(counted.size())});
+    };
+    const Figures figures = Measure(night);
+    lane(LaneId::SLEEP, "asleep_s", "asleep_times");
+    lane(LaneId::BLUETOOTH, "bluetooth_off_s", "bluetooth_off_times");
+    lane(LaneId::WIFI, "wifi_off_s", "wifi_off_times");
+    lane(LaneId::MODEM, "modem_off_s", "modem_off_times");
+    lane(LaneId::FIREWALL, "firewall_on_s", "firewall_on_times");
+    lane(LaneId::FROZEN, "frozen_s", "frozen_times");
+    row.push_back({"most_frozen_natives", MostOf(night, LaneId::FROZEN)});
+    lane(LaneId::LOCKS, "locks_proxied_s", "locks_proxied_times");
+    row.push_back({"most_proxied_processes", MostOf(night, LaneId::LOCKS)});
+    lane(LaneId::TIMERS, "timers_stretched_s", "timers_stretched_times");
+    row.push_back({"timers_stretched_to_600_s", Seconds(figures.stretchedLongMs)});
+    row.push_back({"kills", static_cast<int64_t>(figures.killed.size())});
+    std::vector<std::string> killed = figures.killed;
+    std::sort(killed.begin(), killed.end());
+    row.push_back({"apps_killed", std::unique(killed.begin(), killed.end()) - killed.begin()});
+    row.push_back({"messages", static_cast<int64_t>(night.record.messages)});
+    row.push_back({"calls", static_cast<int64_t>(night.record.calls)});
+    row.push_back({"log_lines", static_cast<int64_t>(night.record.logs)});
+    return row;
+}
+
+std::string ToJsonLine(const std::vector<Cell>& row) {
+    Json line;
+    for (const Cell& cell : row) {
+        line[std::string(cell.name)] = ToJson(cell);
+    }
+    return Dump(line);
+}
+
+std::string ToCsvLine(const std::vector<Cell>& row) {
+    std::string line;
+    for (const Cell& cell : row) {
+        const auto* text = std::get_if<std::string>(&cell.value);
+        line.append(line.empty() ? "" : ",").append(text != nullptr ? Quoted(*text) : Dump(ToJson(cell)));
+    }
+    return line;
+}
+
+std::string CsvHead() {
+    std::string line;
+    for (const Cell& cell : RowOf({})) {
+        line.append(line.empty() ? "" : ",").append(cell.name);
+    }
+    return line;
+}
+
+}  // namespace TARN::Story

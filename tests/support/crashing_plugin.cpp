@@ -1,0 +1,5 @@
+#include <csignal>
+
+extern "C" bool OnPluginRegister() {
+    return std::raise(SIGSEGV) != 0;
+}
