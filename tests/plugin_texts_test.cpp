@@ -17,7 +17,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// What each source file may log at one of the levels, "DIWE" for all: the format strings of its log calls, pieces joined.
+/// What each source file may log at one of the levels, "DIWE" for all: the format strings of its log calls, pieces
+/// joined.
 std::map<std::string, std::vector<std::string>> LoggedTexts(const std::string& levels) {
     std::map<std::string, std::vector<std::string>> texts;
     const std::regex call("STANDBYSERVICE_LOG[" + levels + R"(]\(\s*((?:"(?:[^"\\]|\\.)*"\s*)+))");
@@ -79,10 +80,9 @@ TEST(PluginTexts, EveryWarningAndErrorHasWordsOrCannotComeAbout) {
     std::set<std::string> wordless;
     for (const auto& [file, formats] : LoggedTexts("WE")) {
         for (const std::string& format : formats) {
-            const bool hasWords =
-                std::any_of(PluginTexts().begin(), PluginTexts().end(), [&](const PluginText& one) {
-                    return one.file == file && CanBegin(format, one.text);
-                });
+            const bool hasWords = std::any_of(PluginTexts().begin(), PluginTexts().end(), [&](const PluginText& one) {
+                return one.file == file && CanBegin(format, one.text);
+            });
             if (!hasWords) {
                 wordless.insert(file + ": " + format);
             }

@@ -40,10 +40,10 @@ class Truth : public Replay::RecordSink {
 public:
     struct Picture {
         std::array<std::string, Story::kAbouts> states;
-        std::set<int64_t> frozen;   ///< pids
-        std::set<int64_t> proxied;  ///< pids
+        std::set<int64_t> frozen;           ///< pids
+        std::set<int64_t> proxied;          ///< pids
         std::map<int64_t, int64_t> killed;  ///< by pid: when
-        std::set<int64_t> trusted;  ///< uids
+        std::set<int64_t> trusted;          ///< uids
 
         bool operator==(const Picture&) const = default;
         [[nodiscard]] bool HasSameProcesses(const Picture& other) const {
@@ -197,7 +197,7 @@ private:
         put(About::BLUETOOTH, onOff(isBluetoothOn_));
         put(About::WIFI, isWifiPresent_ ? onOff(isWifiOn_) : "absent");
         put(About::MODEM, slots_ == 0                                      ? "absent"
-                          : slotsOff_.empty()                                ? "on"
+                          : slotsOff_.empty()                              ? "on"
                           : slotsOff_.size() < static_cast<size_t>(slots_) ? "partly off"
                                                                            : "off");
         put(About::NETWORK, isFirewallOn_ ? "on " + std::to_string(now_.trusted.size()) : "off");
@@ -477,10 +477,19 @@ TEST(Why, TellsEachTimeWithItsOwnReasonAndWhatMayStillCome) {
     EXPECT_THAT(Answer(task, "00:40", "23:12", "state"), HasSubstr("Next: phase 1 (APP_RES_DEEP) at 23:15"));
 
     Night call = Evening();
-    Dark(call).AdvanceTo("23:40").Set(R"({"continuous_tasks": [{"type": 8, "uid": 20010001, "pid": 2100}]})").ScreenOn();
+    Dark(call)
+        .AdvanceTo("23:40")
+        .Set(R"({"continuous_tasks": [{"type": 8, "uid": 20010001, "pid": 2100}]})")
+        .ScreenOn();
     EXPECT_THAT(Answer(call, "23:50", "23:40", "locks"),
                 AllOf(HasSubstr("1 app (com.a.one) released, voice call begins"), HasSubstr("deep standby ends"),
                       HasSubstr("Caused at 23:40 by state: SLEEP → WORKING: screen on")));
+
+    Night blinking = Evening();
+    Dark(blinking).AdvanceTo("23:40").ScreenOn().ScreenOff();
+    EXPECT_THAT(Answer(blinking, "23:50", "23:40", "state"),
+                HasSubstr("DARK since 23:40: screen on, then screen off, by way of WORKING"));
+    EXPECT_THAT(Answer(blinking, "23:50", "23:40", "bluetooth"), HasSubstr("screen: on, and off at once"));
 
     Night restarted = Evening();
     Dark(restarted).AdvanceTo("23:59").Restart();

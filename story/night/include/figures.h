@@ -21,7 +21,7 @@ struct Figures {
     int64_t mostFrozen = 0;
     int64_t locksMs = 0;  ///< running locks of any process proxied
     int64_t stretchedMs = 0;
-    int64_t stretchedLongMs = 0;      ///< ... to the length of the sleeping user
+    int64_t stretchedLongMs = 0;  ///< ... to the length of the sleeping user
     int64_t kills = 0;
     std::vector<std::string> killed;  ///< the names of those killed, each once, sorted
 };

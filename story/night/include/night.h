@@ -81,7 +81,7 @@ struct Night {
     bool isScripted = false;
     std::vector<std::string> strategies;  ///< as configured
     bool isPowerOffAlive = false;  ///< the strategy of long screen-offs and deep standby, which is configured otherwise
-    std::vector<HeadFact> head;           ///< host, what a configuration changed, the phone at the start
+    std::vector<HeadFact> head;    ///< host, what a configuration changed, the phone at the start
 
     std::vector<Event> events;  ///< in order of time
     std::array<Lane, kLanes> lanes;

@@ -71,12 +71,12 @@ void LogStories::Tell(const PluginText& text, const LogLine& line) {
         case Meaning::KEPT_TIMERS: {
             const bool isLit = scribe_.Value(LaneId::SCREEN) == "on";
             const bool isPlugged = scribe_.Value(LaneId::CHARGER) == "plugged";
-            const Scribe::Id id = scribe_.WriteNew(
-                text.subject, Outcome::KEPT,
-                isLit && isPlugged ? "not stretched: charging, and the screen is on"
-                : isLit            ? "not stretched: the screen is on"
-                : isPlugged        ? "not stretched: charging"
-                                   : "not stretched: taken as charging, or its screen as on");
+            const Scribe::Id id =
+                scribe_.WriteNew(text.subject, Outcome::KEPT,
+                                 isLit && isPlugged ? "not stretched: charging, and the screen is on"
+                                 : isLit            ? "not stretched: the screen is on"
+                                 : isPlugged        ? "not stretched: charging"
+                                                    : "not stretched: taken as charging, or its screen as on");
             scribe_.At(id).next = text.next;
             scribe_.At(id).use = Use::ROUTINE;
             break;

@@ -46,7 +46,8 @@ struct MessageStories::BroadcastWords {
 
 const MessageStories::BroadcastWords* MessageStories::FindBroadcast(std::string_view action) {
     static constexpr std::array kBroadcasts = {
-        BroadcastWords{CommonEventSupport::COMMON_EVENT_SCREEN_ON, Subject::SCREEN, "on", Cause::SCREEN_ON, Use::SCREEN_ON},
+        BroadcastWords{CommonEventSupport::COMMON_EVENT_SCREEN_ON, Subject::SCREEN, "on", Cause::SCREEN_ON,
+                       Use::SCREEN_ON},
         BroadcastWords{CommonEventSupport::COMMON_EVENT_SCREEN_OFF, Subject::SCREEN, "off", Cause::SCREEN_OFF,
                        Use::SCREEN_OFF},
         BroadcastWords{CommonEventSupport::COMMON_EVENT_SCREEN_UNLOCKED, Subject::SCREEN, "unlocked", Cause::NONE,
@@ -127,8 +128,8 @@ void MessageStories::OnUnheard(std::string_view action) {
     if (words == nullptr || words->action == CommonEventSupport::COMMON_EVENT_SCREEN_UNLOCKED) {
         return;  // the plugin listens to unlocks by itself
     }
-    const Scribe::Id id = scribe_.Write(words->subject, Outcome::HAPPENED,
-                                        std::string(words->told) + ", and no strategy is told");
+    const Scribe::Id id =
+        scribe_.Write(words->subject, Outcome::HAPPENED, std::string(words->told) + ", and no strategy is told");
     SetLane(*words, id);
 }
 
@@ -207,8 +208,8 @@ void MessageStories::HalfHour(const Want& want) {
         return;
     }
     const bool isTimed = config_ != nullptr && config_->mode == HostMode::AUTOMATIC;
-    const std::string off = isTimed ? "off for " + LengthOf(config_->policy.halfHourSeconds)
-                                    : "off for long, as a message says";
+    const std::string off =
+        isTimed ? "off for " + LengthOf(config_->policy.halfHourSeconds) : "off for long, as a message says";
     const Scribe::Id id = scribe_.Write(Subject::SCREEN, Outcome::DONE, off);
     scribe_.At(id).use = Use::ROUTINE;
     scribe_.SetCause(Cause::HALF_HOUR, isTimed ? "screen " + off + " at night" : "at night, the screen " + off, id);

@@ -47,9 +47,9 @@ void PhonePicture::Apply(const Replay::SetStep& step) {
 void PhonePicture::Mention(const std::string& name, int32_t uid) {
     std::vector<App>& apps = scribe_.Of().apps;
     const bool isKnown = std::any_of(apps.begin(), apps.end(), [&](const App& app) {
-        return name.empty() ? app.uid == uid
-                            : app.name == name ||
-                                  std::find(app.bundles.begin(), app.bundles.end(), name) != app.bundles.end();
+        return name.empty()
+                   ? app.uid == uid
+                   : app.name == name || std::find(app.bundles.begin(), app.bundles.end(), name) != app.bundles.end();
     });
     if (!isKnown) {
         apps.push_back({-1, uid, name.empty() ? "uid " + std::to_string(uid) : name, {}, false, true});

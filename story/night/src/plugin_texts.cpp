@@ -175,8 +175,7 @@ constexpr std::array kTexts = {
     PluginText{"user_sleep_power_off_strategy", "cur userSleepState is"},
     PluginText{"user_sleep_power_off_strategy", "current is airplane mode", M::KEPT_AIRPLANE, S::BLUETOOTH,
                "left alone: airplane mode"},
-    PluginText{
-        "user_sleep_power_off_strategy", "has already been power off state", M::KEPT_RADIO, S::BLUETOOTH},
+    PluginText{"user_sleep_power_off_strategy", "has already been power off state", M::KEPT_RADIO, S::BLUETOOTH},
     PluginText{"user_sleep_power_off_strategy", "timer of recover netlimit is nullptr", M::FAILED, S::SERVICE,
                "nothing puts the sleeping user's firewall up again after deep standby: there is no timer for it"},
 };

@@ -352,8 +352,8 @@ std::vector<ProcessStory::Moved> ProcessStory::MovedLocks() const {
 
 void ProcessStory::RetellLocks() {
     const std::vector<Moved> moved = MovedLocks();
-    const bool isOneReason = std::all_of(moved.begin(), moved.end(),
-                                         [&](const Moved& one) { return one.why == moved.front().why; });
+    const bool isOneReason =
+        std::all_of(moved.begin(), moved.end(), [&](const Moved& one) { return one.why == moved.front().why; });
     Event& event = scribe_.At(proxying_.event);
     event.text.clear();
     event.reason = !moved.empty() && isOneReason ? moved.front().why : moved.empty() ? proxying_.reason : "";
@@ -381,9 +381,11 @@ void ProcessStory::RetellLocks() {
 
 void ProcessStory::OnReason(const DevStandbyMgr::RunningLockReason& reason) {
     if (!reason.failedQuestion.empty()) {
-        const bool areNatives = reason.failedQuestion == DevStandbyMgr::DescribeQuestions(DevStandbyMgr::Question::NATIVES);
-        const std::string text = areNatives ? std::string(kNativesLeftOut)
-                                            : "running locks are left as they are: " + reason.failedQuestion + " cannot be read";
+        const bool areNatives =
+            reason.failedQuestion == DevStandbyMgr::DescribeQuestions(DevStandbyMgr::Question::NATIVES);
+        const std::string text =
+            areNatives ? std::string(kNativesLeftOut)
+                       : "running locks are left as they are: " + reason.failedQuestion + " cannot be read";
         if (!scribe_.HasWritten(Subject::LOCK, text)) {
             scribe_.WriteNew(Subject::LOCK, Outcome::FAILED, text);
         }

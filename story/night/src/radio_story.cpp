@@ -126,7 +126,12 @@ void RadioStory::OnChance(bool isDeep) {
 
 void RadioStory::SetModemLane(Scribe::Id event) {
     const auto off = static_cast<int64_t>(slotsOff_.size());
-    scribe_.Set(LaneId::MODEM, slots_ == 0 ? "absent" : off == 0 ? "on" : off < slots_ ? "partly off" : "off", off, event);
+    scribe_.Set(LaneId::MODEM,
+                slots_ == 0    ? "absent"
+                : off == 0     ? "on"
+                : off < slots_ ? "partly off"
+                               : "off",
+                off, event);
 }
 
 void RadioStory::ModemSlot(int64_t slot, bool isOn, const Json& result) {

@@ -78,8 +78,8 @@ void Scribe::JoinScreen() {
             flips.push_back(&event);
         }
     }
-    const bool isBothWays = std::any_of(flips.begin(), flips.end(),
-                                        [&](const Event* event) { return event->use != flips.front()->use; });
+    const bool isBothWays =
+        std::any_of(flips.begin(), flips.end(), [&](const Event* event) { return event->use != flips.front()->use; });
     if (!isBothWays) {
         return;
     }
@@ -198,9 +198,8 @@ bool Scribe::HasWritten(Subject subject) const {
 }
 
 bool Scribe::HasWritten(Subject subject, std::string_view text) const {
-    return std::any_of(pending_.begin(), pending_.end(), [subject, text](const Event& event) {
-        return event.subject == subject && event.text == text;
-    });
+    return std::any_of(pending_.begin(), pending_.end(),
+                       [subject, text](const Event& event) { return event.subject == subject && event.text == text; });
 }
 
 void Scribe::Drop(Subject subject) {

@@ -173,10 +173,10 @@ std::string Timers(const Night& night) {
 std::string Killed(const Night& night) {
     const Figures figures = Measure(night);
     const auto apps = static_cast<int64_t>(figures.killed.size());
-    return figures.kills == 0 ? kNothing
-                              : Count(apps, "app") +
-                                    (figures.kills == apps ? "" : ", " + Times(figures.kills) + " in all") + ": " +
-                                    Names(figures.killed);
+    return figures.kills == 0
+               ? kNothing
+               : Count(apps, "app") + (figures.kills == apps ? "" : ", " + Times(figures.kills) + " in all") + ": " +
+                     Names(figures.killed);
 }
 
 /// What failed and came again, and warnings that have no words of their own: told once in the timeline, counted here.

@@ -69,11 +69,11 @@ struct AspectAnswer {
     Aspect aspect = Aspect::RUNNING;
     std::string value;
     std::optional<int64_t> since;  ///< nothing: since before the night began
-    std::string reason;          ///< of the change
-    std::optional<Told> change;  ///< the event that tells of it
-    std::string reasonNow;       ///< another reason for which it is still so; else empty
+    std::string reason;            ///< of the change
+    std::optional<Told> change;    ///< the event that tells of it
+    std::string reasonNow;         ///< another reason for which it is still so; else empty
     std::optional<int64_t> reasonSince;
-    std::string failure;         ///< the last try to change it that did not work: "could not be thawed"; else empty
+    std::string failure;  ///< the last try to change it that did not work: "could not be thawed"; else empty
     std::optional<int64_t> failedAt;
 };
 

@@ -127,7 +127,8 @@ AppAnswer AnswerOf(const Night& night, int64_t t, uint32_t place) {
         }
         aspect.failure.clear();
         aspect.failedAt.reset();
-        const bool isNews = aspect.value != event.value || event.aspect == Aspect::CLEAN;  // each clean is one of its own
+        const bool isNews =
+            aspect.value != event.value || event.aspect == Aspect::CLEAN;  // each clean is one of its own
         const bool isOfOneTime = aspect.since.value_or(night.start) == event.t;
         const bool isToldByReason = event.aspect == Aspect::FIREWALL || event.aspect == Aspect::LOCKS;
         if (isNews || (isOfOneTime && isToldByReason && !event.reason.empty())) {

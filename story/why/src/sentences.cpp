@@ -101,8 +101,8 @@ std::string StandOf(const SubjectAnswer& answer, bool isBrief) {
 void AddFound(Sentences& sentences, const Event& event) {
     std::string found;
     for (const Value& value : event.values) {
-        const bool isTold = event.text.find(value.text) != std::string::npos ||
-                            event.reason.find(value.text) != std::string::npos;
+        const bool isTold =
+            event.text.find(value.text) != std::string::npos || event.reason.find(value.text) != std::string::npos;
         if (value.name == kAsked || isTold) {
             continue;
         }
@@ -280,7 +280,8 @@ private:
             const bool isSaid = cause.t == told.event.t && IsSaid(known, name, cause);
             known += " " + name + " " + cause.text + " " + cause.reason;
             if (!isSaid) {
-                Add(sentences, effect + moments_.At(cause.t) + " by " + name + ": " + Because(cause.text, cause.reason));
+                Add(sentences,
+                    effect + moments_.At(cause.t) + " by " + name + ": " + Because(cause.text, cause.reason));
                 effect = "that was caused ";
             }
         }

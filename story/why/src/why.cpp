@@ -79,7 +79,8 @@ std::string Lacking(const Night& night, About about) {
     }
     const auto* owner =
         std::find_if(kOwners.begin(), kOwners.end(), [about](const Owner& one) { return one.about == about; });
-    return owner == kOwners.end() || isThere(owner->strategy) ? "" : std::string(owner->strategy) + " is not configured";
+    return owner == kOwners.end() || isThere(owner->strategy) ? ""
+                                                              : std::string(owner->strategy) + " is not configured";
 }
 
 /// Whether two texts say the same but for their numbers.
@@ -116,9 +117,10 @@ void AddRefusals(SubjectAnswer& answer, const Night& night, int64_t t, const Top
             continue;
         }
         const auto alike =
-            std::find_if(answer.refusals.begin(), answer.refusals.end(),
-                         [&event](const Refusal& refusal) { return AreAlike(Because(refusal.told.event.text, refusal.told.event.reason),
-                                                                    Because(event.text, event.reason)); });
+            std::find_if(answer.refusals.begin(), answer.refusals.end(), [&event](const Refusal& refusal) {
+                return AreAlike(Because(refusal.told.event.text, refusal.told.event.reason),
+                                Because(event.text, event.reason));
+            });
         const size_t told = answer.refusals.size();
         if (alike != answer.refusals.end()) {
             alike->first = event.t;

@@ -251,8 +251,8 @@ void SleepStory::Settle() {
 
 Scribe::Id SleepStory::OnReported(bool isSleep) {
     if (isSleep != IsAsleep()) {
-        SetAsleep(isSleep, scribe_.Write(Subject::SLEEP, Outcome::HAPPENED,
-                                         isSleep ? "asleep" : "awake", "a message from elsewhere says so"));
+        SetAsleep(isSleep, scribe_.Write(Subject::SLEEP, Outcome::HAPPENED, isSleep ? "asleep" : "awake",
+                                         "a message from elsewhere says so"));
         announced_ = -1;
     }
     return instant_ == scribe_.Instant() ? event_ : scribe_.Of().At(LaneId::SLEEP).Now()->event;

@@ -70,7 +70,7 @@ private:
     bool isWakeupNear_ = false;
     std::string_view activeUse_;
     int64_t wakeup_ = -1;
-    int64_t announced_ = -1;  ///< the wake-up that was told when the user fell asleep
+    int64_t announced_ = -1;       ///< the wake-up that was told when the user fell asleep
     Scribe::Id event_ = kNoEvent;  ///< the latest change, of the instant `instant_`
     uint64_t instant_ = 0;
     std::string toldKind_;  ///< the kind of reason that was told last
