@@ -1,5 +1,6 @@
 #include "command_line.h"
 
+#include "compare_command.h"
 #include "diff_command.h"
 #include "dump_command.h"
 #include "json_fields.h"
@@ -32,6 +33,7 @@ constexpr char kExamples[] =
     "  standby why night.jsonl --at 02:13             why it is as it is at that time\n"
     "  standby dump night.jsonl --at 02:13            the strategies' own words\n"
     "  standby diff night.jsonl --config try.json     what a change of the configuration changes\n"
+    "  standby compare --config try.json nights/      ... over many nights\n"
     "  standby shell                                  a prompt on a simulated phone\n\n";
 
 /// An action that writes a text.
@@ -50,7 +52,7 @@ Action ParseCommandLine(int argc, const char* const* argv) {
     app.footer(std::string(kExamples) + kExitStatuses);
     app.set_version_flag("--version", "standby " STANDBY_VERSION, "Print the version and exit");
     app.require_subcommand(0, 1);
-    for (const auto& add : {AddReplay, AddDump, AddDiff, AddWhy, AddShell}) {
+    for (const auto& add : {AddReplay, AddDump, AddDiff, AddCompare, AddWhy, AddShell}) {
         add(app, action);
     }
     try {

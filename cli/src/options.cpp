@@ -4,6 +4,8 @@
 #include <filesystem>
 #include <system_error>
 
+#include "worker_pool.h"
+
 namespace TARN::Cli {
 
 namespace {
@@ -39,6 +41,30 @@ CLI::Option& AddAt(CLI::App& command, std::string& at, const std::string& otherw
     return *command
                 .add_option("--at", at, "A time of day, a local time, +2h10m after the start, milliseconds" + otherwise)
                 ->type_name("TIME");
+}
+
+void AddManyTraces(CLI::App& command, ManyTraces& traces) {
+    constexpr int kMostJobs = 1024;
+    traces.jobs = Processors();
+    command
+        .add_option("TRACE", traces.names,
+                    "Traces to play, packed by gzip or not, folders of traces, - for standard input")
+        ->type_name("");
+    command
+        .add_option("--files-from", traces.list,
+                    "A file with the names of further traces, one a line; - for standard input")
+        ->type_name("FILE");
+    command
+        .add_option("--jobs", traces.jobs,
+                    "How many traces to play at a time (default: as many as there are processors)")
+        ->type_name("N")
+        ->check(CLI::Range(1, kMostJobs));
+}
+
+void CheckNamed(const ManyTraces& traces) {
+    if (traces.names.empty() && traces.list.empty()) {
+        throw CLI::ValidationError("a trace is needed, or --files-from");
+    }
 }
 
 void AddPlayed(CLI::App& command, std::string& plugin, std::string& config) {

@@ -74,6 +74,19 @@ void AddPlayed(CLI::App& command, std::string& plugin, std::string& config);
 /// The same and --no-progress.
 void AddPlayerOptions(CLI::App& command, PlayerOptions& options);
 
+/// Traces of any number, as TraceNames takes them, and how many are played at a time.
+struct ManyTraces {
+    std::vector<std::string> names;
+    std::string list;  ///< a file with the names of further traces; empty for none
+    size_t jobs = 1;
+};
+
+/// The traces, --files-from and --jobs.
+void AddManyTraces(CLI::App& command, ManyTraces& traces);
+
+/// Throws CLI's error when no trace is named at all.
+void CheckNamed(const ManyTraces& traces);
+
 /// The player's options of a command that plays one run or holds two against each other.
 void AddSideOptions(CLI::App& command, SideNames& names, bool& isProgressHidden);
 

@@ -37,7 +37,8 @@ constexpr std::array kLevels = {Word<LogLevel>{"debug", LogLevel::DEBUG}, Word<L
                                 Word<LogLevel>{"warn", LogLevel::WARN}, Word<LogLevel>{"error", LogLevel::ERROR}};
 
 struct ReplayOptions {
-    SideNames names;  ///< without a report any number of traces, at most one configuration, one plugin
+    ManyTraces many;
+    SideNames names;  ///< configurations and plugins; without a report at most one of each
     Format format = Format::TEXT;
     ColorChoice color = ColorChoice::AUTO;
     std::optional<LogLevel> log;  ///< the least level of the plugin's log shown in the timeline
@@ -45,15 +46,11 @@ struct ReplayOptions {
     std::string report;       ///< the file for the page that shows the night, or two; empty: none is asked for
     std::string traceEvents;  ///< the file for the one trace's night as trace events; empty: none is asked for
     bool hasReasons = false;  ///< the full record has the host's own reasons too
-    std::string list;         ///< a file with the names of further traces; empty for none
-    size_t jobs = Processors();
-    bool isNamed = false;  ///< each line of the record says of which trace it is
+    bool isNamed = false;     ///< each line of the record says of which trace it is
     bool isProgressHidden = false;
 
     [[nodiscard]] std::string Config() const { return names.configs.empty() ? "" : names.configs.front(); }
 };
-
-constexpr int kMostJobs = 1024;
 
 constexpr char kReplayFooter[] =
     "The file given with --config is a JSON object with the keys of a trace's \"host\", and \"policy\";\n"
@@ -84,7 +81,7 @@ void PlayOne(const Replay::Trace& trace, const ReplayOptions& options, const Sto
 
 /// Plays one trace and writes its trace events.
 int RunTraceEvents(const ReplayOptions& options, Progress& progress) {
-    const Replay::Trace trace = ReadInput(options.names.traces.front(), options.Config());
+    const Replay::Trace trace = ReadInput(options.many.names.front(), options.Config());
     ResultFile file(options.traceEvents);
     Story::NightReader reader({.leastLog = options.log});
     Replay::Play(trace, {options.names.plugins.front(), [&](double fraction) { progress.Show("playing", fraction); }},
@@ -96,7 +93,7 @@ int RunTraceEvents(const ReplayOptions& options, Progress& progress) {
 
 /// Plays one side or both and writes the page that shows them.
 int RunReport(const ReplayOptions& options, Progress& progress) {
-    const std::vector<Side> sides = ReadSides(options.names);
+    const std::vector<Side> sides = ReadSides({options.many.names, options.names.configs, options.names.plugins});
     ResultFile file(options.report);
     std::deque<Story::NightReader> readers;
     std::vector<Story::ReportSide> shown;
@@ -124,7 +121,7 @@ int RunReplay(ReplayOptions options, OutputFile& output) {
     if (!options.traceEvents.empty()) {
         return RunTraceEvents(options, progress);
     }
-    TraceNames names(options.names.traces, options.list);
+    TraceNames names(options.many.names, options.many.list);
     const Story::TimelineOptions style{
         .isColored = IsColored(options.color, output), .isUnfolded = options.isUnfolded, .columns = output.Columns()};
     output.BeforeWriting([&progress] { progress.Erase(); });
@@ -132,7 +129,7 @@ int RunReplay(ReplayOptions options, OutputFile& output) {
         output.Stream() << Story::CsvHead() << '\n';
     }
     if (!names.AreMany()) {
-        PlayOne(ReadInput(options.names.traces.front(), options.Config()), options, style, output.Stream(),
+        PlayOne(ReadInput(options.many.names.front(), options.Config()), options, style, output.Stream(),
                 [&](double fraction) { progress.Show("playing", fraction); });
         progress.Erase();
         return output.Finish();
@@ -144,7 +141,7 @@ int RunReplay(ReplayOptions options, OutputFile& output) {
     }
     bool isSeparated = false;
     WorkerPool pool(
-        options.jobs,
+        options.many.jobs,
         [&](const std::string& name, std::ostream& result) {
             Replay::Trace trace = ReadInput(name);
             if (config) {
@@ -172,9 +169,7 @@ void Check(const ReplayOptions& options) {
     if (options.hasReasons && options.format != Format::JSONL) {
         throw CLI::ValidationError("--reasons goes with --format jsonl");
     }
-    if (options.names.traces.empty() && options.list.empty()) {
-        throw CLI::ValidationError("a trace is needed, or --files-from");
-    }
+    CheckNamed(options.many);
     const bool isForFile = !options.report.empty() || !options.traceEvents.empty();
     if (options.report.empty() && (options.names.configs.size() > 1 || options.names.plugins.size() > 1)) {
         throw CLI::ValidationError("--config and --plugin are named once here; twice with --report");
@@ -189,10 +184,10 @@ void Check(const ReplayOptions& options) {
     if (isForFile && (options.format != Format::TEXT || options.report.empty() == options.traceEvents.empty())) {
         throw CLI::ValidationError("--report, --trace-events and --format each need a run of their own");
     }
-    if (!options.traceEvents.empty() && options.names.traces.size() > 1) {
+    if (!options.traceEvents.empty() && options.many.names.size() > 1) {
         throw CLI::ValidationError("--trace-events takes one trace");
     }
-    if (isForFile && !options.list.empty()) {
+    if (isForFile && !options.many.list.empty()) {
         throw CLI::ValidationError("--report and --trace-events take traces that are named");
     }
 }
@@ -204,19 +199,7 @@ void AddReplay(CLI::App& app, Action& action) {
     ReplayOptions& options = *shared;
     CLI::App& command = *app.add_subcommand("replay", "Play traces; tell what happened and why");
     command.footer(kReplayFooter);
-    command
-        .add_option("TRACE", options.names.traces,
-                    "Traces to play, packed by gzip or not, folders of traces, - for standard input")
-        ->type_name("");
-    command
-        .add_option("--files-from", options.list,
-                    "A file with the names of further traces, one a line; - for standard input")
-        ->type_name("FILE");
-    command
-        .add_option("--jobs", options.jobs,
-                    "How many traces to play at a time (default: as many as there are processors)")
-        ->type_name("N")
-        ->check(CLI::Range(1, kMostJobs));
+    AddManyTraces(command, options.many);
     AddChoice(command, "--format", "FORMAT", kFormats, options.format,
               "text, a timeline for people (default); jsonl, the full record; summary or csv, a line a trace with what "
               "it amounted to");

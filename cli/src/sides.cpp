@@ -30,10 +30,9 @@ std::string Label(const Names& names, size_t side, const char* ofNone) {
     return name.empty() ? ofNone : file(names.front()) == file(names.back()) ? name : file(name);
 }
 
-std::string Label(const SideNames& names, size_t side, size_t sides) {
-    if (sides == 1) {
-        return names.traces.front();
-    }
+}  // namespace
+
+std::string LabelOf(const SideNames& names, size_t side) {
     std::string label;
     const auto add = [&](const Names& list, const char* ofNone) {
         if (list.size() == kMostSides && list.front() != list.back()) {
@@ -46,8 +45,6 @@ std::string Label(const SideNames& names, size_t side, size_t sides) {
     return !label.empty() ? label : side == 0 ? "first" : "second";
 }
 
-}  // namespace
-
 std::vector<Side> MakeSides(const SideNames& names, const std::vector<Replay::Trace>& traces) {
     const size_t sides = std::max({names.traces.size(), names.configs.size(), names.plugins.size()});
     if (sides > kMostSides) {
@@ -59,7 +56,8 @@ std::vector<Side> MakeSides(const SideNames& names, const std::vector<Replay::Tr
     }
     std::vector<Side> result;
     for (size_t side = 0; side < sides; ++side) {
-        result.push_back({Label(names, side, sides), *OfSide(traces, side), *OfSide(names.plugins, side)});
+        result.push_back({sides == 1 ? names.traces.front() : LabelOf(names, side), *OfSide(traces, side),
+                          *OfSide(names.plugins, side)});
         if (const auto* config = OfSide(configs, side); config != nullptr && *config) {
             (*config)->LayOver(result.back().trace.host);
         }

@@ -22,6 +22,9 @@ struct Side {
     std::string plugin;
 };
 
+/// What tells one of two sides from the other: what is named twice.
+[[nodiscard]] std::string LabelOf(const SideNames& names, size_t side);
+
 /// One side, or two if anything is named twice. Throws InputError for what is wrong, also for what is named more than
 /// twice.
 [[nodiscard]] std::vector<Side> ReadSides(const SideNames& names);

@@ -67,9 +67,7 @@ bool Say(int file, Head::Kind kind, int status, std::string_view bytes) {
 /// A worker's result on its way.
 class PieceBuffer : public std::streambuf {
 public:
-    explicit PieceBuffer(int file) : file_(file), buffer_(kPieceBytes) {
-        Discard();
-    }
+    explicit PieceBuffer(int file) : file_(file), buffer_(kPieceBytes) { Discard(); }
 
     /// Forgets what was not sent yet.
     void Discard() { setp(buffer_.data(), buffer_.data() + buffer_.size()); }
@@ -210,7 +208,8 @@ bool WorkerPool::HandOn() {
         if (!first.complaint.empty()) {
             Complain(first.complaint);
         }
-        // What neither the trace nor a crash is to blame for, such as a plugin that does not load, meets all others too.
+        // What neither the trace nor a crash is to blame for, such as a plugin that does not load, meets all others
+        // too.
         const bool isHopeless = first.status == kRunFailed && !first.hasCrashed;
         status_ = std::max(status_, first.status);
         ++done_;

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <iterator>
 
+#include "columns.h"
 #include "line_in_words.h"
 #include "night_comparison.h"
 #include "phrases.h"
@@ -34,13 +35,6 @@ std::string LocalMs(int64_t t) {
 
 std::string Moment(int64_t t) {
     return TimeZone::Format(t, "%a %-d %b %Y ") + LocalMs(t) + TimeZone::Format(t, " %Z");
-}
-
-/// Fills up with spaces to a width in characters.
-std::string Padded(std::string text, size_t width) {
-    const auto length = static_cast<size_t>(std::count_if(
-        text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; }));
-    return text.append(width - std::min(width, length), ' ');
 }
 
 /// "  A  what", or with spaces for what both say.
@@ -89,17 +83,10 @@ void TellEvents(const Nights& nights, std::ostream& output) {
     }
 }
 
-std::string ValueText(const ComparedFigure& figure, int64_t value) {
-    constexpr int64_t kMsPerSecond = 1000;
-    if (value == 0) {
-        return kNothing;
-    }
-    return !figure.isDuration ? std::to_string(value) : value < kMsPerSecond ? "< 1 s" : Duration(value);
-}
-
 std::string DifferenceText(const ComparedFigure& figure) {
     const int64_t difference = figure.values[1] - figure.values[0];
-    return difference == 0 ? kNothing : (difference < 0 ? "−" : "+") + ValueText(figure, std::abs(difference));
+    return difference == 0 ? kNothing
+                           : (difference < 0 ? "−" : "+") + FigureText(std::abs(difference), figure.isDuration);
 }
 
 void TellFigures(const Nights& nights, std::ostream& output) {
@@ -108,7 +95,7 @@ void TellFigures(const Nights& nights, std::ostream& output) {
     for (const ComparedFigure& figure : CompareFigures(nights)) {
         std::string line = Padded(std::string(figure.name), kNameColumn);
         for (const int64_t value : figure.values) {
-            line += Padded(ValueText(figure, value), kValueColumn);
+            line += Padded(FigureText(value, figure.isDuration), kValueColumn);
         }
         line += Padded(DifferenceText(figure), kValueColumn);
         line += figure.apart ? TimeZone::Format(*figure.apart, "%a %-d %b %H:%M") : "";

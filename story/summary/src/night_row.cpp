@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
+#include "csv.h"
 #include "figures.h"
 #include "time_zone.h"
 
@@ -30,18 +31,6 @@ int64_t MostOf(const Night& night, LaneId lane) {
         most = std::max(most, interval.number);
     }
     return most;
-}
-
-/// A field of CSV: in quotes where it has to be.
-std::string Quoted(const std::string& text) {
-    if (text.find_first_of(",\"\r\n") == std::string::npos) {
-        return text;
-    }
-    std::string quoted = "\"";
-    for (const char one : text) {
-        quoted.append(one == '"' ? 2 : 1, one);
-    }
-    return quoted + '"';
 }
 
 Json ToJson(const Cell& cell) {
@@ -77,10 +66,8 @@ std::vector<Cell> RowOf(const Night& night) {
     row.push_back({"most_proxied_processes", MostOf(night, LaneId::LOCKS)});
     lane(LaneId::TIMERS, "timers_stretched_s", "timers_stretched_times");
     row.push_back({"timers_stretched_to_600_s", Seconds(figures.stretchedLongMs)});
-    row.push_back({"kills", static_cast<int64_t>(figures.killed.size())});
-    std::vector<std::string> killed = figures.killed;
-    std::sort(killed.begin(), killed.end());
-    row.push_back({"apps_killed", std::unique(killed.begin(), killed.end()) - killed.begin()});
+    row.push_back({"kills", figures.kills});
+    row.push_back({"apps_killed", static_cast<int64_t>(figures.killed.size())});
     row.push_back({"messages", static_cast<int64_t>(night.record.messages)});
     row.push_back({"calls", static_cast<int64_t>(night.record.calls)});
     row.push_back({"log_lines", static_cast<int64_t>(night.record.logs)});
@@ -99,7 +86,7 @@ std::string ToCsvLine(const std::vector<Cell>& row) {
     std::string line;
     for (const Cell& cell : row) {
         const auto* text = std::get_if<std::string>(&cell.value);
-        line.append(line.empty() ? "" : ",").append(text != nullptr ? Quoted(*text) : Dump(ToJson(cell)));
+        line.append(line.empty() ? "" : ",").append(text != nullptr ? CsvField(*text) : Dump(ToJson(cell)));
     }
     return line;
 }
