@@ -6,6 +6,7 @@
 #include "comparison.h"
 #include "json_fields.h"
 #include "night.h"
+#include "night_pair.h"
 #include "record_comparison.h"
 #include "time_zone.h"
 
@@ -243,6 +244,40 @@ TEST(Comparison, ClaimsNothingOfRecordsThatItsLinesDoNotSay) {
         Tell(comparison, text);
         EXPECT_THAT(text.str(), AllOf(HasSubstr("  B  00:00:00.001  call b"), Not(HasSubstr("asleep"))));
     }
+}
+
+TEST(PairTally, OrdersTheDifferencesOfManyNightsAndNamesThoseThatChangedMost) {
+    PairTally tally;
+    const auto add = [&tally](const std::string& trace, int64_t differenceMs, int64_t kills) {
+        const NightPair pair{trace,
+                             "2026-03-01T21:00:00+01:00",
+                             {{"bluetooth off", true, {60'000, 60'000 + differenceMs}}, {"kills", false, {0, kills}}},
+                             differenceMs != 0 ? "2026-03-01T22:00:00+01:00" : ""};
+        tally.Add(UnpackPair(Pack(pair)));
+    };
+    const std::vector<int64_t> minutes = {0, -1, 7, 3, 9, 0, -20, 5};
+    for (size_t i = 0; i < minutes.size(); ++i) {
+        add("night " + std::to_string(i), minutes[i] * 60'000, static_cast<int64_t>(i) * 100);
+    }
+    const auto json = tally.ToJson({"as it is", "tried"});
+    EXPECT_EQ(json["nights_different"], 6);
+    const auto& bluetooth = json["figures"][0];
+    EXPECT_EQ(bluetooth["name"], "bluetooth_off_s");
+    // -20 -1 0 0 3 5 7 9
+    EXPECT_EQ(bluetooth["difference_min"], -1200.0);
+    EXPECT_EQ(bluetooth["difference_p25"], -15.0);
+    EXPECT_EQ(bluetooth["difference_median"], 90.0);
+    EXPECT_EQ(bluetooth["difference_p75"], 330.0);
+    EXPECT_EQ(bluetooth["difference_max"], 540.0);
+    EXPECT_EQ(bluetooth["b_mean"], 60.0 + 22.5);
+    EXPECT_EQ(bluetooth["nights_different"], 6);
+    EXPECT_EQ(json["figures"][1]["name"], "kills");
+    EXPECT_EQ(json["figures"][1]["difference_max"], 700);
+    std::vector<std::string> most;
+    for (const auto& one : json["most_changed"]) {
+        most.push_back(one["trace"]);
+    }
+    EXPECT_THAT(most, ElementsAre("night 6", "night 4", "night 2", "night 7", "night 3"));
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "night_pair.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <iterator>
 
@@ -43,9 +44,13 @@ std::string Signed(int64_t difference, bool isDuration) {
     return difference == 0 ? text : (difference < 0 ? "−" : "+") + text;
 }
 
-/// The value below which a share of them lies, of sorted ones: the nearest that was seen.
-int64_t Quantile(const std::vector<int64_t>& sorted, size_t percent) {
-    return sorted[(sorted.size() - 1) * percent / 100];
+/// The value below which a share of the sorted ones lies, between two of them where it falls there, as is usual.
+int64_t Quantile(const std::vector<int64_t>& sorted, double share) {
+    const double place = static_cast<double>(sorted.size() - 1) * share;
+    const auto below = static_cast<size_t>(place);
+    const size_t above = std::min(below + 1, sorted.size() - 1);
+    const double part = place - static_cast<double>(below);
+    return std::llround(static_cast<double>(sorted[below]) * (1 - part) + static_cast<double>(sorted[above]) * part);
 }
 
 /// What changed most in a night, in words.
@@ -183,9 +188,9 @@ void PairTally::Tell(const std::array<std::string, kSides>& names, std::ostream&
         for (const int64_t sum : row.sums) {
             line += Padded(FigureText(sum / nights_, row.isDuration), kValueColumn);
         }
-        line += Padded(text(Quantile(sorted, 50)), kValueColumn);
-        const int64_t low = Quantile(sorted, 25);
-        const int64_t high = Quantile(sorted, 75);
+        line += Padded(text(Quantile(sorted, 0.5)), kValueColumn);
+        const int64_t low = Quantile(sorted, 0.25);
+        const int64_t high = Quantile(sorted, 0.75);
         line += Padded("  " + (low == high ? text(low) : text(low) + " … " + text(high)), kSpreadColumn);
         line += std::to_string(std::count_if(sorted.begin(), sorted.end(), [](int64_t one) { return one != 0; }));
         output << line << '\n';
@@ -209,9 +214,9 @@ Json PairTally::ToJson(const std::array<std::string, kSides>& names) const {
              {"a_mean", number(row.sums[0] / nights_)},
              {"b_mean", number(row.sums[1] / nights_)},
              {"difference_min", number(sorted.front())},
-             {"difference_p25", number(Quantile(sorted, 25))},
-             {"difference_median", number(Quantile(sorted, 50))},
-             {"difference_p75", number(Quantile(sorted, 75))},
+             {"difference_p25", number(Quantile(sorted, 0.25))},
+             {"difference_median", number(Quantile(sorted, 0.5))},
+             {"difference_p75", number(Quantile(sorted, 0.75))},
              {"difference_max", number(sorted.back())},
              {"nights_different", std::count_if(sorted.begin(), sorted.end(), [](int64_t one) { return one != 0; })}});
     }
