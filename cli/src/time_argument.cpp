@@ -1,5 +1,6 @@
 #include "time_argument.h"
 
+#include <algorithm>
 #include <optional>
 
 #include "json_fields.h"
@@ -7,6 +8,18 @@
 #include "time_zone.h"
 
 namespace TARN::Cli {
+
+namespace {
+
+/// A time of day that the trace's night does not have because the clocks go forward there is refused as that.
+void RefuseSkipped(const std::string& text, const Replay::Trace& trace) {
+    constexpr int64_t kDayMs = 24L * 3600 * 1000;
+    for (const int64_t t : {trace.start, std::min(trace.start + kDayMs, trace.end)}) {
+        (void)Replay::ReadMoment(Replay::TimeZone::Format(t, "%FT") + text, t);
+    }
+}
+
+}  // namespace
 
 int64_t ReadTimeArgument(const std::string& option, const std::string& text, const Replay::Trace& trace) {
     using DevStandbyMgr::InputError;
@@ -16,6 +29,9 @@ int64_t ReadTimeArgument(const std::string& option, const std::string& text, con
     std::optional<int64_t> t;
     try {
         t = Replay::ReadMoment(text, trace.start);
+        if (t && *t > trace.end) {
+            RefuseSkipped(text, trace);
+        }
     } catch (const InputError& error) {
         throw InputError(option + ": " + error.what());
     }
