@@ -4,6 +4,19 @@ install(TARGETS standby RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(TARGETS standby_platform standby_service phone_standby LIBRARY DESTINATION ${STANDBY_LIBRARY_FOLDER})
 install(DIRECTORY traces DESTINATION ${CMAKE_INSTALL_DATADIR}/standby FILES_MATCHING PATTERN *.jsonl PATTERN README.md)
 
+# Man pages and completion. A sanitized program is not installed.
+if(NOT STANDBY_SANITIZE)
+  set(manual ${CMAKE_CURRENT_BINARY_DIR}/manual)
+  add_custom_command(OUTPUT ${manual}.stamp
+    COMMAND ${CMAKE_COMMAND} -E rm -rf ${manual}
+    COMMAND standby --write-manual ${manual}
+    COMMAND ${CMAKE_COMMAND} -E touch ${manual}.stamp
+    DEPENDS standby VERBATIM COMMENT "Writing the manual")
+  add_custom_target(manual ALL DEPENDS ${manual}.stamp)
+  install(DIRECTORY ${manual}/man/ DESTINATION ${CMAKE_INSTALL_MANDIR})
+  install(DIRECTORY ${manual}/bash-completion ${manual}/zsh DESTINATION ${CMAKE_INSTALL_DATAROOTDIR})
+endif()
+
 set(docs ${CMAKE_INSTALL_DATAROOTDIR}/doc/standby)
 install(FILES README.md CHANGELOG.md DESTINATION ${docs})
 install(DIRECTORY docs DESTINATION ${docs} FILES_MATCHING PATTERN *.md PATTERN *.png)

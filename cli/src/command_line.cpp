@@ -3,7 +3,9 @@
 #include "compare_command.h"
 #include "diff_command.h"
 #include "dump_command.h"
+#include "exit_status.h"
 #include "json_fields.h"
+#include "manual.h"
 #include "replay_command.h"
 #include "shell_command.h"
 #include "why_command.h"
@@ -29,7 +31,7 @@ constexpr char kExamples[] =
     "  standby replay --log info night.jsonl          ... with the plugin's own log inside\n"
     "  standby replay --format jsonl night.jsonl      the full record, for programs\n"
     "  standby replay --config try.json nights/*      one change against many nights\n"
-    "  standby replay --report night.html night.jsonl a page that shows it, for a browser\n"
+    "  standby replay --report page.html night.jsonl  a page that shows it, for a browser\n"
     "  standby why night.jsonl --at 02:13             why it is as it is at that time\n"
     "  standby dump night.jsonl --at 02:13            the strategies' own words\n"
     "  standby diff night.jsonl --config try.json     what a change of the configuration changes\n"
@@ -55,6 +57,15 @@ Action ParseCommandLine(int argc, const char* const* argv) {
     for (const auto& add : {AddReplay, AddDump, AddDiff, AddCompare, AddWhy, AddShell}) {
         add(app, action);
     }
+    // for whoever installs the program; not in the help
+    app.add_option_function<std::string>("--write-manual",
+                                         [&](const std::string& folder) {
+                                             action = [files = MakeManual(app), folder](OutputFile&) {
+                                                 WriteManual(files, folder);
+                                                 return kDone;
+                                             };
+                                         })
+        ->group("");
     try {
         app.parse(argc, argv);
     } catch (const CLI::CallForHelp&) {

@@ -85,8 +85,12 @@ void AddDump(CLI::App& app, Action& action) {
     CLI::App& command = *app.add_subcommand("dump", "Play a trace up to a time; print the strategies' dump");
     command.footer(kDumpFooter);
     AddTrace(command, options.trace, "The trace to play, - for standard input").required();
-    command.add_option("WORD", options.words, "The dump's words (default DUMP_DETAIL_INFO DUMP_STRATGY_DETAIL)")
-        ->type_name("");
+    CLI::Option* words =
+        command.add_option("WORD", options.words, "The dump's words (default DUMP_DETAIL_INFO DUMP_STRATGY_DETAIL)");
+    words->type_name("");
+    using namespace DevStandbyMgr;
+    NameWords(*words, {std::string(DUMP_DETAIL_INFO), std::string(DUMP_STRATGY_DETAIL),
+                       std::string(DUMP_SIMULATE_SENSOR), std::string(DUMP_POWEROFF_STRATEGY)});
     AddAt(command, options.at, " (default the end)");
     AddPlayerOptions(command, options.player);
     command.callback([shared, &action] { action = [shared](OutputFile& output) { return RunDump(*shared, output); }; });

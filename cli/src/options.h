@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "command_facts.h"
 #include "output_file.h"
 #include "sides.h"
 
@@ -40,22 +41,23 @@ struct Word {
 template <class Words, class Target>
 void AddChoice(CLI::App& command, const std::string& name, const std::string& placeholder, const Words& words,
                Target& target, const std::string& about) {
-    command
-        .add_option_function<std::string>(
-            name,
-            [name, &words, &target](const std::string& word) {
-                std::string known;
-                for (const auto& one : words) {
-                    if (one.word == word) {
-                        target = one.meaning;
-                        return;
-                    }
-                    known.append(known.empty() ? "" : ", ").append(one.word);
+    std::vector<std::string> known;
+    for (const auto& one : words) {
+        known.emplace_back(one.word);
+    }
+    CLI::Option* option = command.add_option_function<std::string>(
+        name,
+        [name, known, &words, &target](const std::string& word) {
+            for (const auto& one : words) {
+                if (one.word == word) {
+                    target = one.meaning;
+                    return;
                 }
-                throw CLI::ValidationError(name, word + "; expected one of " + known);
-            },
-            about)
-        ->type_name(placeholder);
+            }
+            throw CLI::ValidationError(name, word + "; expected one of " + CLI::detail::join(known, ", "));
+        },
+        about);
+    NameWords(*option->type_name(placeholder), known);
 }
 
 void AddColor(CLI::App& command, ColorChoice& choice);

@@ -44,10 +44,10 @@ int RunWhy(const WhyOptions& options, OutputFile& output) {
 }
 
 /// The words of --about.
-std::string Subjects() {
-    std::string words;
+std::vector<std::string> Subjects() {
+    std::vector<std::string> words;
     for (size_t i = 0; i < Story::kAbouts; ++i) {
-        words.append(i == 0 ? "" : ", ").append(Story::WordOf(static_cast<Story::About>(i)));
+        words.emplace_back(Story::WordOf(static_cast<Story::About>(i)));
     }
     return words;
 }
@@ -68,11 +68,12 @@ void AddWhy(CLI::App& app, Action& action) {
                 [&options](const std::string& word) {
                     options.question.about = Story::AboutOf(word);
                     if (!options.question.about) {
-                        throw CLI::ValidationError("--about", word + "; expected one of " + Subjects());
+                        throw CLI::ValidationError("--about", word + "; expected one of " + CLI::detail::join(Subjects(), ", "));
                     }
                 },
-                "One subject and all that is known of it: " + Subjects())
+                "One subject and all that is known of it: " + CLI::detail::join(Subjects(), ", "))
             ->type_name("SUBJECT");
+    NameWords(*about, Subjects());
     command
         .add_option("--app", options.question.app,
                     "An application or native process, by name, bundle, uid or pid, in place of a subject")
