@@ -4,7 +4,11 @@
 #include <sstream>
 
 #include "json_fields.h"
+#include "jsonl_writer.h"
+#include "night_reader.h"
 #include "night_script.h"
+#include "player.h"
+#include "timeline.h"
 #include "trace.h"
 
 namespace TARN::Tests {
@@ -89,7 +93,26 @@ TEST(BadTrace, AStepThatIsNone) {
           {R"({"t": null, "dump": []})", "t: null"},
           {R"({"t": 1e3, "dump": []})", "t: 1000.0"},
           {R"({"t": 18446744073709551616, "dump": []})", ""},
-          {R"({"t": "22:30", "dump": []})", "t: \"22:30\""},
+          {R"({"t": "22.30", "dump": []})", "t: \"22.30\""},
+          {R"({"t": "-5m", "dump": []})", "t: \"-5m\""},
+          {R"({"t": "1500", "dump": []})", "t: \"1500\""},
+          {R"({"t": "+999999d", "dump": []})", "t: \"+999999d\""},
+          {R"({"t": 1000, "charger": "on"})", "charger: \"on\"; expected \"plugged\" or \"unplugged\""},
+          {R"({"t": 1000, "screen": true})", "screen: true"},
+          {R"({"t": 1000, "unlock": false})", "unlock: false"},
+          {R"({"t": 1000, "call": "start", "screen": "on"})", "2 kinds of step"},
+          {R"({"t": 1000, "set": {"alarm": "half past six"}})", "set.alarm: \"half past six\""},
+          {R"({"t": 1000, "set": {"alarm": "1772434800000"}})", "set.alarm: \"1772434800000\""},
+          {R"({"t": 1000, "set": {"alarm": "06:30", "settings": {"SETTINGSDATA": {"nearestAlarmingTime": "0"}}}})",
+           "set.alarm: settings.SETTINGSDATA.nearestAlarmingTime is named too"},
+          {R"({"t": 1000, "set": {"airplane": true, "settings": {"SETTINGSDATA": null}}})",
+           "set.airplane: settings.SETTINGSDATA is named too"},
+          {R"({"t": 1000, "set": {"settings": {"SETTINGSDATA": {"nearestAlarmingTime": "2026-03-02T06:30:00"}}}})",
+           "set.settings.SETTINGSDATA.nearestAlarmingTime: \"2026-03-02T06:30:00\"; expected milliseconds, or the fact"},
+          {R"({"t": 1000, "set": {"settings": {"SETTINGSDATA": {"nearestAlarmingTime": "06:30"}}}})", "\"06:30\""},
+          {R"({"t": 1000, "set": {"airplane": 1}})", "set.airplane: 1"},
+          {R"({"t": 1000, "set": {"user_setup_complete": null}})", "set.user_setup_complete: null"},
+          {R"({"t": 1000, "set": {"movement": {"value": 1, "at": "+5m"}}})", "set.movement.at: \"+5m\""},
           {R"({"t": 1000, "dump": "all"})", "dump: \"all\""},
           {R"({"t": 1000, "restart": "now"})", "restart: \"now\""},
           {R"({"t": 1000, "message": {}})", "message: no \"eventId\""},
@@ -204,9 +227,104 @@ TEST(BadTrace, ALocalTimeThatDoesNotExist) {
         EXPECT_THAT(StartAt(zone, local), HasSubstr("does not exist in this time zone")) << zone << " " << local;
     }
     for (const char* local :
-         {"2026-03-01 22:30:00", "2026-03-01T22:30", "2026-03-01T22:30:00Z", "2026-03-01T22:30:00.5", "now", ""}) {
+         {"22:30", "+1h", "2026", "2026-03-01T22", "2026-03-01T22:30:00Z", "2026-03-01T22:30:00.5", "now", ""}) {
         EXPECT_THAT(StartAt("UTC", local), HasSubstr("expected a local time such as")) << local;
     }
+}
+
+constexpr char kRunning[] =
+    R"("processes": [{"pid": 7, "uid": 70, "name": "audio", "native": true, "system": true}, )"
+    R"({"pid": 8, "uid": 80, "name": "com.mail"}, {"pid": 9, "uid": 90, "name": "com.talk", "foreground": true}])";
+
+/// What is recorded and told of a night, its own steps apart.
+std::string Told(const std::string& text) {
+    const Replay::Trace trace = Read(text);
+    std::ostringstream told;
+    Replay::JsonlWriter writer(told, /*withReasons=*/true);
+    Replay::Play(trace, {PluginPath(), {}}, writer);
+    Story::Timeline timeline(told, {});
+    Story::NightReader reader({.leastLog = {}, .view = &timeline});
+    Replay::Play(trace, {PluginPath(), {}}, reader);
+    return told.str();
+}
+
+TEST(ShortTrace, TellsTheSameAsInFull) {
+    const std::string shortly = std::string(R"({"trace": 1, "timezone": "Europe/Berlin", "start": "2026-03-01T21:55", )"
+                                            R"("end": "+11h", "device": {"alarm": "06:30", "airplane": false, )"
+                                            R"("user_setup_complete": true, "accounts": [100, 101], "light": 0, )"
+                                            R"("movement": {"value": 1, "at": "21:40"}, )") +
+                                kRunning + R"(}}
+{"t": "22:00", "screen": "off"}
+{"t": "+30m", "call": "start"}
+{"t": "22:40:30", "call": "end"}
+{"t": "+1h", "charger": "plugged"}
+{"t": "+1h10m", "charger": "unplugged"}
+{"t": "23:50", "set": {"movement": {"value": 1, "at": "-2h"}, "airplane": true}}
+{"t": "02:00", "screen": "on"}
+{"t": "02:00", "unlock": true}
+{"t": "02:10", "set": {"alarm": "+5h", "user_setup_complete": false}}
+{"t": "02:15", "screen": "off"}
+{"t": "06:00", "set": {"alarm": null}}
+)";
+    const std::string inFull =
+        std::string(R"({"trace": 1, "timezone": "Europe/Berlin", "start": 1772398500000, "end": 1772438100000, )"
+                    R"("device": {"settings": {"SETTINGSDATA": {"nearestAlarmingTime": "1772429400000", )"
+                    R"("settings.telephony.airplanemode": "0"}, "USER_SETTINGSDATA_SECURE_100": )"
+                    R"({"user_setup_complete": "1"}, "USER_SETTINGSDATA_SECURE_101": {"user_setup_complete": "1"}}, )"
+                    R"("accounts": [100, 101], "light": 0, "movement": {"value": 1, "at": 1772397600000}, )") +
+        kRunning + R"(}}
+{"t": "2026-03-01T22:00:00", "broadcast": {"action": "COMMON_EVENT_SCREEN_OFF"}}
+{"t": "2026-03-01T22:25:00", "set": {"device_state": {"1": true}, "continuous_tasks": [{"type": 8, "uid": 90, "pid": 9}]}}
+{"t": "2026-03-01T22:40:30", "set": {"device_state": {"1": false}, "continuous_tasks": []}}
+{"t": "2026-03-01T22:55:00", "set": {"plugged": 1}}
+{"t": "2026-03-01T22:55:00", "broadcast": {"action": "COMMON_EVENT_CHARGING"}}
+{"t": "2026-03-01T23:05:00", "set": {"plugged": 0}}
+{"t": "2026-03-01T23:05:00", "broadcast": {"action": "COMMON_EVENT_DISCHARGING"}}
+{"t": "2026-03-01T23:50:00", "set": {"movement": {"value": 1, "at": 1772398200000}, "settings": {"SETTINGSDATA": {"settings.telephony.airplanemode": "1"}}}}
+{"t": "2026-03-02T02:00:00", "broadcast": {"action": "COMMON_EVENT_SCREEN_ON"}}
+{"t": "2026-03-02T02:00:00", "broadcast": {"action": "COMMON_EVENT_SCREEN_UNLOCKED"}}
+{"t": "2026-03-02T02:10:00", "set": {"settings": {"SETTINGSDATA": {"nearestAlarmingTime": "1772431800000"}, "USER_SETTINGSDATA_SECURE_100": {"user_setup_complete": "0"}, "USER_SETTINGSDATA_SECURE_101": {"user_setup_complete": "0"}}}}
+{"t": "2026-03-02T02:15:00", "broadcast": {"action": "COMMON_EVENT_SCREEN_OFF"}}
+{"t": "2026-03-02T06:00:00", "set": {"settings": {"SETTINGSDATA": {"nearestAlarmingTime": null}}}}
+)";
+    const std::string told = Told(shortly);
+    EXPECT_EQ(told, Told(inFull));
+    for (const char* event : {"a call", "alarm", "airplane", "charger", "asleep"}) {
+        EXPECT_THAT(told, HasSubstr(event)) << "without it the night shows nothing of the kind";
+    }
+}
+
+TEST(ShortTrace, ATimeOfDayFollowsTheClockWhereItIsChanged) {
+    const auto trace = Read(R"({"trace": 1, "timezone": "Europe/Berlin", "start": "2026-03-28 21:00", "end": "09:00"}
+{"t": "23:00", "dump": []}
+{"t": "03:30", "set": {"movement": {"value": 1, "at": "01:59"}}}
+{"t": "03:30", "set": {"movement": {"value": 1, "at": "03:30"}}}
+{"t": "03:30", "set": {"movement": {"value": 1, "at": "02:30"}}}
+)");
+    const auto at = [&trace](size_t step) { return std::get<Replay::SetStep>(trace.steps[step].what).phone.movement->atMs; };
+    constexpr int64_t kMinute = 60'000;
+    EXPECT_EQ(trace.steps[1].t - trace.steps[0].t, 210 * kMinute) << "an hour is left out";
+    EXPECT_EQ(trace.end - trace.start, 660 * kMinute);
+    EXPECT_EQ(trace.steps[1].t - at(1), 31 * kMinute);
+    EXPECT_EQ(at(2), trace.steps[2].t) << "the very moment counts";
+    EXPECT_EQ(trace.steps[3].t - at(3), 24 * 60 * kMinute) << "today's was left out, so yesterday's";
+}
+
+TEST(ShortTrace, ACallBelongsToWhomTheUserLooksAtAndLeavesOtherTasks) {
+    const auto tasks = [](const std::string& facts) {
+        const auto trace = Read(R"({"trace": 1, "start": 0, "device": {)" + std::string(kRunning) + "}}\n" +
+                                R"({"t": 1, "set": )" + facts + "}\n" + R"({"t": 2, "call": "start"})" + "\n");
+        std::string text;
+        for (const auto& task : *std::get<Replay::SetStep>(trace.steps.at(1).what).phone.continuousTasks) {
+            text += std::to_string(task.type) + ":" + std::to_string(task.pid) + " ";
+        }
+        return text;
+    };
+    EXPECT_EQ(tasks("{}"), "8:9 ");
+    EXPECT_EQ(tasks(R"({"continuous_tasks": [{"type": 2, "uid": 80, "pid": 8}, {"type": 8, "uid": 80, "pid": 8}]})"),
+              "2:8 8:9 ");
+    EXPECT_EQ(tasks(R"({"processes": [{"pid": 7, "name": "n", "native": true}, {"pid": 6, "name": "a"}]})"), "8:6 ");
+    EXPECT_EQ(tasks(R"({"processes": []})"), "");
 }
 
 }  // namespace

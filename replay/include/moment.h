@@ -15,6 +15,9 @@ namespace TARN::Replay {
 /// Nothing for any other text. The time zone must be in use. Throws InputError for a local time that does not exist.
 [[nodiscard]] std::optional<int64_t> ReadMoment(const std::string& text, int64_t from);
 
+/// The same looking back: a time of day is the last one up to `until`, "-20m" is that much before it.
+[[nodiscard]] std::optional<int64_t> ReadPastMoment(const std::string& text, int64_t until);
+
 }  // namespace TARN::Replay
 
 #endif  // REPLAY_MOMENT_H

@@ -60,11 +60,13 @@ struct FileStep {
 struct Step {
     int64_t t;  ///< wall clock, milliseconds
     std::variant<SetStep, MessageStep, BroadcastStep, DumpStep, RestartStep, FileStep> what;
+    size_t line = 0;  ///< where the trace says so; several steps may stand in one line
 };
 
 /// One phone over one stretch of time.
 struct Trace {
     std::string name;  ///< where it was read from
+    size_t headerLine = 0;
     TimeZone timezone{"UTC"};
     int64_t start = 0;
     int64_t end = 0;
@@ -74,18 +76,34 @@ struct Trace {
     std::vector<Step> steps;
 };
 
-/// The lines of a trace, without comments and blank ones: the header's, and one for each step.
+/// The lines of a trace, without comments and blank ones: the header's, and one for each step, which says it in full
+/// where the trace is short.
 struct TraceLines {
     std::string header;
     std::vector<std::string> steps;
+};
+
+/// What the line of a step is read against.
+struct StepContext {
+    DevStandbyMgr::HostMode mode;
+    int64_t start;                       ///< the trace's; "+2h" is two hours after it
+    int64_t from;                        ///< a time of day is the first from here on
+    const Simulated::PhoneFacts& facts;  ///< of the phone before the step
+};
+
+/// A step, and a line that says it in full.
+struct WrittenStep {
+    Step step;
+    std::string line;
 };
 
 /// Reads a whole trace; `lines`, if wanted, get what it was read from. Throws InputError "name:line: what is wrong;
 /// expected ..." for the first fault.
 [[nodiscard]] Trace ReadTrace(std::istream& input, const std::string& name, TraceLines* lines = nullptr);
 
-/// Reads one step's line. A time zone must be in use. Throws InputError "what is wrong; expected ...".
-[[nodiscard]] Step ReadStepLine(const std::string& line, DevStandbyMgr::HostMode mode);
+/// Reads one line: a step, or the steps it stands for, all at one time. The time zone must be in use. Throws InputError
+/// "what is wrong; expected ...".
+[[nodiscard]] std::vector<WrittenStep> ReadStepLine(const std::string& line, const StepContext& context);
 
 }  // namespace TARN::Replay
 

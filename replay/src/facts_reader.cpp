@@ -6,6 +6,7 @@
 
 #include "json_fields.h"
 #include "operations.h"
+#include "time_reader.h"
 
 namespace TARN::Replay {
 
@@ -21,6 +22,9 @@ using Simulated::Process;
 
 /// More slots than any phone has, few enough for a loop over them.
 constexpr int64_t kMostSimSlots = 4096;
+
+constexpr char kGlobalTable[] = "SETTINGSDATA";
+constexpr char kAlarmKeyword[] = "nearestAlarmingTime";
 
 /// Reads an array element by element.
 template <class Read>
@@ -93,6 +97,13 @@ FactsChange::Members<FactsChange::Members<std::string>> ReadSettings(const Json&
             Refuse(where, "unknown table " + Quote(table), "SETTINGSDATA or USER_SETTINGSDATA_SECURE_<account id>");
         }
     }
+    if (const auto table = tables.find(kGlobalTable); table != tables.end() && table->second) {
+        const auto alarm = table->second->find(kAlarmKeyword);
+        if (alarm != table->second->end() && alarm->second && IsWrittenTime(*alarm->second)) {
+            Refuse(where + "." + kGlobalTable + "." + kAlarmKeyword, Quote(*alarm->second),
+                   "milliseconds, or the fact \"alarm\" in place of the setting");
+        }
+    }
     return tables;
 }
 
@@ -125,12 +136,13 @@ ContinuousTask ReadTask(const Json& object, const std::string& name) {
     return task;
 }
 
-Movement ReadMovement(const Json& object, const std::string& name) {
+Movement ReadMovement(const Json& object, const std::string& name, int64_t now) {
     JsonFields fields(object, name);
     Movement movement;
     movement.value = ReadInt32(fields.Require("value", "a movement value"), fields.Where("value"));
-    fields.Optional("at",
-                    [&](const Json& value, const std::string& where) { movement.atMs = ReadInteger(value, where); });
+    fields.Optional("at", [&](const Json& value, const std::string& where) {
+        movement.atMs = ReadTimeBefore(value, where, now);
+    });
     fields.Finish();
     return movement;
 }
@@ -171,6 +183,34 @@ void ReadRadios(JsonFields& fields, FactsChange& change) {
     });
 }
 
+/// Puts a row into a table that the same facts may name, but not with this row.
+void PutSetting(FactsChange& change, const std::string& where, const std::string& table, const std::string& keyword,
+                const std::optional<std::string>& value) {
+    auto& rows = change.settings.try_emplace(table, FactsChange::Members<std::string>{}).first->second;
+    if (!rows || !rows->emplace(keyword, value).second) {
+        Refuse(where, "settings." + table + (rows ? "." + keyword : "") + " is named too", "one of the two");
+    }
+}
+
+/// What people mean and the phone keeps in settings tables.
+void ReadSettingFacts(JsonFields& fields, FactsChange& change, const FactsContext& context) {
+    fields.Optional("alarm", [&](const Json& value, const std::string& where) {
+        PutSetting(change, where, kGlobalTable, kAlarmKeyword,
+                   value.is_null() ? std::nullopt
+                                   : std::optional(std::to_string(ReadTimeAfter(value, where, context.t))));
+    });
+    fields.Optional("airplane", [&](const Json& value, const std::string& where) {
+        PutSetting(change, where, kGlobalTable, "settings.telephony.airplanemode", ReadBool(value, where) ? "1" : "0");
+    });
+    fields.Optional("user_setup_complete", [&](const Json& value, const std::string& where) {
+        const bool isComplete = ReadBool(value, where);
+        for (const int32_t account : change.accounts.value_or(context.accounts)) {
+            PutSetting(change, where, "USER_SETTINGSDATA_SECURE_" + std::to_string(account), "user_setup_complete",
+                       isComplete ? "1" : "0");
+        }
+    });
+}
+
 void ReadHostFacts(JsonFields& fields, HostFactsChange& change, bool isAutomatic) {
     fields.Optional("condition", [&](const Json& value, const std::string& where) {
         if (isAutomatic) {
@@ -191,7 +231,7 @@ void ReadHostFacts(JsonFields& fields, HostFactsChange& change, bool isAutomatic
 
 }  // namespace
 
-SetStep ReadFacts(const Json& object, const std::string& name, bool isAutomatic) {
+SetStep ReadFacts(const Json& object, const std::string& name, const FactsContext& context) {
     SetStep step;
     FactsChange& phone = step.phone;
     JsonFields fields(object, name);
@@ -212,13 +252,16 @@ SetStep ReadFacts(const Json& object, const std::string& name, bool isAutomatic)
     fact("sensors", phone.sensors, readInts);
     fact("light", phone.light, ReadReading);
     fact("proximity", phone.proximity, ReadReading);
-    fact("movement", phone.movement, ReadMovement);
+    fact("movement", phone.movement, [&context](const Json& value, const std::string& where) {
+        return ReadMovement(value, where, context.t);
+    });
     fact("processes", phone.processes,
          [](const Json& value, const std::string& where) { return ReadArray(value, where, ReadProcess); });
     fact("continuous_tasks", phone.continuousTasks,
          [](const Json& value, const std::string& where) { return ReadArray(value, where, ReadTask); });
     ReadRadios(fields, phone);
-    ReadHostFacts(fields, step.host, isAutomatic);
+    ReadSettingFacts(fields, phone, context);
+    ReadHostFacts(fields, step.host, context.isAutomatic);
     fields.Finish();
     return step;
 }

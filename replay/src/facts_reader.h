@@ -9,8 +9,15 @@
 
 namespace TARN::Replay {
 
-/// Reads an object of facts. The key "condition" is refused where the host computes it. Throws InputError.
-[[nodiscard]] SetStep ReadFacts(const nlohmann::json& object, const std::string& name, bool isAutomatic);
+/// What facts are read against.
+struct FactsContext {
+    bool isAutomatic;                      ///< the host computes the condition: the key is refused
+    int64_t t;                             ///< when they change
+    const std::vector<int32_t>& accounts;  ///< those that are active before
+};
+
+/// Reads an object of facts. The time zone must be in use. Throws InputError.
+[[nodiscard]] SetStep ReadFacts(const nlohmann::json& object, const std::string& name, const FactsContext& context);
 
 }  // namespace TARN::Replay
 

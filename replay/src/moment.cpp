@@ -91,4 +91,17 @@ std::optional<int64_t> ReadMoment(const std::string& text, int64_t from) {
     return time ? time : LocalTime(text);
 }
 
+std::optional<int64_t> ReadPastMoment(const std::string& text, int64_t until) {
+    if (text.starts_with('-')) {
+        const auto before = ReadStretch(text.substr(1));
+        return before ? std::optional(until - *before) : std::nullopt;
+    }
+    constexpr int64_t kLongestDayMs = kDayMs + 2 * kHourMs;
+    auto time = TimeOfDay(text, until - kLongestDayMs);
+    for (auto next = time; next && *next <= until; next = TimeOfDay(text, *next + 1)) {
+        time = next;
+    }
+    return time && *time <= until ? time : LocalTime(text);
+}
+
 }  // namespace TARN::Replay

@@ -8,6 +8,8 @@
 
 #include "facts_reader.h"
 #include "json_fields.h"
+#include "step_reader.h"
+#include "time_reader.h"
 
 namespace TARN::Replay {
 
@@ -19,118 +21,6 @@ using Json = nlohmann::json;
 constexpr int64_t kVersion = 1;
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 constexpr int64_t kDefaultBootNs = 60'000'000'000;
-/// The last millisecond of the year 9999; times lie between its negative and it.
-constexpr int64_t kLatestMs = 253'402'300'799'999;
-
-int64_t ReadTime(const Json& value, const std::string& where) {
-    if (!value.is_string()) {
-        return ReadInteger(value, where, -kLatestMs, kLatestMs);
-    }
-    try {
-        return TimeZone::ParseLocal(value.get<std::string>());
-    } catch (const InputError& error) {
-        throw InputError(where + ": " + error.what());
-    }
-}
-
-AAFwk::Want ReadWant(const Json& object, const std::string& where) {
-    ExpectObject(object, where);
-    AAFwk::Want want;
-    for (const auto& [key, value] : object.items()) {
-        const std::string member = where + "." + key;
-        switch (value.type()) {
-            case Json::value_t::boolean:
-                want.SetParam(key, value.get<bool>());
-                break;
-            case Json::value_t::number_integer:
-            case Json::value_t::number_unsigned:
-                want.SetParam(key, ReadInteger(value, member));
-                break;
-            case Json::value_t::number_float:
-                want.SetParam(key, value.get<double>());
-                break;
-            case Json::value_t::string:
-                want.SetParam(key, value.get<std::string>());
-                break;
-            default:
-                Refuse(member, Quote(value), "a bool, a number or a string");
-        }
-    }
-    return want;
-}
-
-MessageStep ReadMessage(const Json& object, const std::string& name) {
-    JsonFields fields(object, name);
-    StandbyMessage message(ReadInt32(fields.Require("eventId", "an event identifier"), fields.Where("eventId")));
-    fields.Optional("action",
-                    [&](const Json& value, const std::string& where) { message.action = ReadString(value, where); });
-    fields.Optional("want", [&](const Json& value, const std::string& where) {
-        if (!value.is_null()) {
-            message.want = ReadWant(value, where);
-        }
-    });
-    fields.Finish();
-    return {std::move(message)};
-}
-
-BroadcastStep ReadBroadcast(const Json& object, const std::string& name) {
-    JsonFields fields(object, name);
-    AAFwk::Want want;
-    fields.Optional("want", [&](const Json& value, const std::string& where) { want = ReadWant(value, where); });
-    want.SetAction(ReadString(fields.Require("action", "the broadcast's name"), fields.Where("action")));
-    fields.Finish();
-    return {std::move(want)};
-}
-
-RestartStep ReadRestart(const Json& value, const std::string& where) {
-    const std::string kind = ReadString(value, where);
-    if (kind != "stop" && kind != "crash") {
-        Refuse(where, Quote(value), "\"stop\" or \"crash\"");
-    }
-    return {kind == "crash"};
-}
-
-FileStep ReadFile(const Json& object, const std::string& name) {
-    JsonFields fields(object, name);
-    FileStep step;
-    step.name = ReadString(fields.Require("name", "a file name"), fields.Where("name"));
-    if (step.name != "power_off_record" && step.name != "sleep_shared_pref.xml") {
-        Refuse(fields.Where("name"), Quote(step.name), "\"power_off_record\" or \"sleep_shared_pref.xml\"");
-    }
-    const Json& text = fields.Require("text", "the file's text, or null to remove it");
-    if (!text.is_null()) {
-        step.text = ReadString(text, fields.Where("text"));
-    }
-    fields.Finish();
-    return step;
-}
-
-Step ReadStep(const Json& object, HostMode mode) {
-    JsonFields fields(object, {});
-    Step step{};
-    step.t = ReadTime(fields.Require("t", "the step's time"), "t");
-    int count = 0;
-    const auto kind = [&](const std::string& key, const auto& read) {
-        fields.Optional(key, [&](const Json& value, const std::string& where) {
-            ++count;
-            step.what = read(value, where);
-        });
-    };
-    kind("set", [&](const Json& value, const std::string& where) {
-        return ReadFacts(value, where, mode == HostMode::AUTOMATIC);
-    });
-    kind("message", ReadMessage);
-    kind("broadcast", ReadBroadcast);
-    kind("dump", [](const Json& value, const std::string& where) { return DumpStep{ReadStrings(value, where)}; });
-    kind("restart", ReadRestart);
-    kind("file", ReadFile);
-    fields.Finish();
-    if (count != 1) {
-        Refuse("", std::to_string(count) + " kinds of step",
-               "exactly one of set, message, broadcast, dump, restart, file");
-    }
-    return step;
-}
 
 /// Reads the header; tells whether it names the end.
 bool ReadHeader(const Json& object, Trace& trace) {
@@ -145,7 +35,7 @@ bool ReadHeader(const Json& object, Trace& trace) {
     trace.timezone.Use();
     trace.start = ReadTime(fields.Require("start", "the wall clock at which the service starts"), "start");
     const Json* end = fields.Find("end");
-    trace.end = end == nullptr ? trace.start : ReadTime(*end, "end");
+    trace.end = end == nullptr ? trace.start : ReadTimeOn(*end, "end", trace.start, trace.start);
     if (trace.end < trace.start) {
         Refuse("end", std::to_string(trace.end) + " is before the start", "a time from " + std::to_string(trace.start));
     }
@@ -156,7 +46,8 @@ bool ReadHeader(const Json& object, Trace& trace) {
         trace.host.Merge(value, where, /*withPolicy=*/false);
     });
     fields.Optional("device", [&](const Json& value, const std::string& where) {
-        trace.device = ReadFacts(value, where, trace.host.mode == HostMode::AUTOMATIC);
+        trace.device = ReadFacts(value, where,
+                                 {trace.host.mode == HostMode::AUTOMATIC, trace.start, Simulated::PhoneFacts().accounts});
     });
     fields.Finish();
     return end != nullptr;
@@ -210,12 +101,30 @@ void CheckOrder(const Trace& trace, const Step& step, bool hasEnd) {
     }
 }
 
+/// Takes note of what later steps lean on.
+void Note(const Simulated::FactsChange& change, Simulated::PhoneFacts& facts) {
+    const auto take = [](auto& fact, const auto& news) {
+        if (news) {
+            fact = *news;
+        }
+    };
+    take(facts.accounts, change.accounts);
+    take(facts.processes, change.processes);
+    take(facts.continuousTasks, change.continuousTasks);
+}
+
+void Note(const Step& step, Simulated::PhoneFacts& facts) {
+    if (const auto* set = std::get_if<SetStep>(&step.what)) {
+        Note(set->phone, facts);
+    }
+}
+
 }  // namespace
 
-Step ReadStepLine(const std::string& line, HostMode mode) {
+std::vector<WrittenStep> ReadStepLine(const std::string& line, const StepContext& context) {
     const Json object = ParseLine(line, /*isCutOff=*/false);
     CheckIntegers(line);
-    return ReadStep(object, mode);
+    return ReadSteps(object, &line, context);
 }
 
 Trace ReadTrace(std::istream& input, const std::string& name, TraceLines* lines) {
@@ -223,6 +132,7 @@ Trace ReadTrace(std::istream& input, const std::string& name, TraceLines* lines)
     trace.name = name;
     bool hasHeader = false;
     bool hasEnd = false;
+    Simulated::PhoneFacts facts;
     std::string line;
     size_t number = 0;
     try {
@@ -238,18 +148,26 @@ Trace ReadTrace(std::istream& input, const std::string& name, TraceLines* lines)
             if (!hasHeader) {
                 hasEnd = ReadHeader(object, trace);
                 hasHeader = true;
+                trace.headerLine = number;
+                Note(trace.device.phone, facts);
                 CheckIntegers(line);
                 if (lines != nullptr) {
                     lines->header = line;
                 }
                 continue;
             }
-            Step step = ReadStep(object, trace.host.mode);
-            CheckOrder(trace, step, hasEnd);
+            auto steps = ReadSteps(
+                object, lines != nullptr ? &line : nullptr,
+                {trace.host.mode, trace.start, trace.steps.empty() ? trace.start : trace.steps.back().t, facts});
             CheckIntegers(line);
-            trace.steps.push_back(std::move(step));
-            if (lines != nullptr) {
-                lines->steps.push_back(line);
+            for (WrittenStep& written : steps) {
+                CheckOrder(trace, written.step, hasEnd);
+                written.step.line = number;
+                Note(written.step, facts);
+                trace.steps.push_back(std::move(written.step));
+                if (lines != nullptr) {
+                    lines->steps.push_back(std::move(written.line));
+                }
             }
         }
         if (input.bad()) {

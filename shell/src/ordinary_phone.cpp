@@ -41,12 +41,10 @@ std::string OrdinaryPhone(const Replay::TimeZone& zone, int64_t nowMs) {
     const std::string evening = Replay::TimeZone::Format(nowMs, "%FT21:00:00");
     const int64_t start = Replay::TimeZone::ParseLocal(evening);
     Json device = Json::parse(kDevice);
-    constexpr int64_t kUntilAlarmMs = 10L * 3600 * 1000;
     device["movement"] = {{"value", 2}, {"at", start}};
-    device["settings"] = {
-        {"SETTINGSDATA",
-         {{"nearestAlarmingTime", std::to_string(start + kUntilAlarmMs)}, {"settings.telephony.airplanemode", "0"}}},
-        {"USER_SETTINGSDATA_SECURE_100", {{"user_setup_complete", "1"}}}};
+    device["alarm"] = "07:00";
+    device["airplane"] = false;
+    device["user_setup_complete"] = true;
     return Json{
         {"trace", 1}, {"timezone", zone.Name()}, {"start", evening}, {"host", Json::parse(kHost)}, {"device", device}}
         .dump();

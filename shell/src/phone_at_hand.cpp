@@ -1,9 +1,12 @@
 #include "phone_at_hand.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include <nlohmann/json.hpp>
+
+#include "simulated_phone.h"
 
 namespace TARN::Shell {
 
@@ -23,10 +26,11 @@ void PhoneAtHand::DoTraceUntil(int64_t t) {
 
 void PhoneAtHand::Do(const std::vector<HandStep>& steps) {
     const int64_t t = NextMs();
-    std::vector<std::pair<Replay::Step, std::string>> read;
+    std::vector<Replay::WrittenStep> read;
     for (const HandStep& step : steps) {
-        std::string line = "{\"t\": " + std::to_string(t) + ", \"" + step.kind + "\": " + step.json + "}";
-        read.emplace_back(Replay::ReadStepLine(line, trace_.host.mode), std::move(line));
+        const std::string line = "{\"t\": " + std::to_string(t) + ", \"" + step.kind + "\": " + step.json + "}";
+        auto written = Replay::ReadStepLine(line, {trace_.host.mode, trace_.start, t, Phone().Facts()});
+        std::move(written.begin(), written.end(), std::back_inserter(read));
     }
     DoTraceUntil(t);
     for (auto& [step, line] : read) {

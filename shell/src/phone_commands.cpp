@@ -21,7 +21,6 @@ using DevStandbyMgr::Quote;
 using EventFwk::CommonEventSupport;
 using Json = nlohmann::json;
 
-constexpr uint32_t kCallTask = 8;  ///< the type of a call's continuous task
 constexpr int32_t kNormalMode = 600;
 
 HandStep Set(const Json& facts) {
@@ -38,20 +37,22 @@ bool IsOn(Arguments& words) {
     return isOn;
 }
 
+/// A word that a trace has as a step: what goes together with it is done too.
+HandStep Short(const char* kind, const Json& value) {
+    return {kind, value.dump()};
+}
+
 void Screen(Bench& bench, Arguments& words) {
-    bench.phone.Do({Broadcast(IsOn(words) ? CommonEventSupport::COMMON_EVENT_SCREEN_ON
-                                          : CommonEventSupport::COMMON_EVENT_SCREEN_OFF)});
+    bench.phone.Do({Short("screen", IsOn(words) ? "on" : "off")});
 }
 
 void Unlock(Bench& bench, Arguments& words) {
     words.End();
-    bench.phone.Do({Broadcast(CommonEventSupport::COMMON_EVENT_SCREEN_UNLOCKED)});
+    bench.phone.Do({Short("unlock", true)});
 }
 
 void Charger(Bench& bench, Arguments& words) {
-    const bool isOn = IsOn(words);
-    bench.phone.Do({Set({{"plugged", isOn ? 1 : 0}}), Broadcast(isOn ? CommonEventSupport::COMMON_EVENT_CHARGING
-                                                                     : CommonEventSupport::COMMON_EVENT_DISCHARGING)});
+    bench.phone.Do({Short("charger", IsOn(words) ? "plugged" : "unplugged")});
 }
 
 /// A sensor's reading, or none.
@@ -85,39 +86,21 @@ void Move(Bench& bench, Arguments& words) {
 
 void Alarm(Bench& bench, Arguments& words) {
     const std::string word = words.Rest();
-    Json value;
+    Json alarm;
     if (word != "none") {
         const auto t = Replay::ReadMoment(word, bench.phone.NextMs());
         if (!t) {
             words.Misused(word.empty() ? "something is missing" : Quote(word));
         }
-        value = std::to_string(*t);
+        alarm = *t;
     }
-    bench.phone.Do({Set({{"settings", {{"SETTINGSDATA", {{"nearestAlarmingTime", value}}}}}})});
+    bench.phone.Do({Set({{"alarm", alarm}})});
 }
 
-/// A call runs as a task of whom the user looks at, or of the first application.
 void Call(Bench& bench, Arguments& words) {
     const bool starts = words.Choice({"start", "end"}) == 0;
     words.End();
-    const Simulated::PhoneFacts& facts = bench.phone.Phone().Facts();
-    Json tasks = Json::array();
-    for (const Simulated::ContinuousTask& task : facts.continuousTasks) {
-        if (task.type != kCallTask) {
-            tasks.push_back({{"type", task.type}, {"uid", task.uid}, {"pid", task.pid}});
-        }
-    }
-    const auto find = [&facts](const auto& fits) {
-        return std::find_if(facts.processes.begin(), facts.processes.end(), fits);
-    };
-    auto caller = find([](const auto& process) { return process.foreground; });
-    if (caller == facts.processes.end()) {
-        caller = find([](const auto& process) { return !process.native; });
-    }
-    if (starts && caller != facts.processes.end()) {
-        tasks.push_back({{"type", kCallTask}, {"uid", caller->uid}, {"pid", caller->pid}});
-    }
-    bench.phone.Do({Set({{"device_state", {{"1", starts}}}, {"continuous_tasks", tasks}})});
+    bench.phone.Do({Short("call", starts ? "start" : "end")});
 }
 
 void Bluetooth(Bench& bench, Arguments& words) {
