@@ -35,8 +35,10 @@ int64_t Ms(const std::string& time) {
 
 /// A collection that calls itself one of `timestampMs` arrives now.
 Night& Collected(Night& night, int64_t timestampMs, const std::string& name, const std::string& more = {}) {
-    return night.Message(100,
-                         "{" + kRecords.at(name) + R"(, "mTimestamp": )" + std::to_string(timestampMs) + more + "}");
+    auto record = nlohmann::json::parse("{" + kRecords.at(name) + "}");
+    record["mTimestamp"] = timestampMs;
+    record.update(nlohmann::json::parse("{" + more + "}"));
+    return night.Message(100, record.dump());
 }
 
 Night& DumpTest(Night& night, const std::string& words) {
@@ -112,7 +114,7 @@ TEST(SleepDetection, TheHourAfterTheAlarmOfTheLastSleepIsAwake) {
          {std::pair{"asleep", "03:50:00 awake, up at 07:05:00"}, {"awake", "03:50:00 asleep, up at 07:05:00"}}) {
         Night night;
         Collected(night.AdvanceTo("03:00"), Ms("03:00:00"), before,
-                  R"(, "mNextAlarmClockTriggerTime": )" + std::to_string(Ms("03:30:00")));
+                  R"("mNextAlarmClockTriggerTime": )" + std::to_string(Ms("03:30:00")));
         EXPECT_EQ(Told(Tell(night, {"03:50:00 asleep"}).Play()).back(), after);
     }
 }
@@ -148,21 +150,21 @@ TEST(SleepDetection, TheEnhancedModelWantsHalfAnHourAndTheHoursBeforeSix) {
         EXPECT_THAT(record.LogsOf(kSource), Contains(StartsWith("info predict baseline result: 1")));
         return !Told(record).empty();
     };
-    EXPECT_FALSE(isAsleep("00:30:00", R"(, "mScrOffDuration": 1799)"));
-    EXPECT_TRUE(isAsleep("00:30:00", R"(, "mScrOffDuration": 1800)"));
-    EXPECT_FALSE(isAsleep("00:30:00", R"(, "mUserStationaryDuration": 1799, "mProximity": 5.0)"));
-    EXPECT_TRUE(isAsleep("00:30:00", R"(, "mUserStationaryDuration": 1800, "mProximity": 5.0)"));
-    EXPECT_TRUE(isAsleep("05:59:59", R"(, "mScrOffDuration": 1800)"));
-    EXPECT_FALSE(isAsleep("06:00:00", R"(, "mScrOffDuration": 1800)"));
+    EXPECT_FALSE(isAsleep("00:30:00", R"("mScrOffDuration": 1799)"));
+    EXPECT_TRUE(isAsleep("00:30:00", R"("mScrOffDuration": 1800)"));
+    EXPECT_FALSE(isAsleep("00:30:00", R"("mUserStationaryDuration": 1799, "mProximity": 5.0)"));
+    EXPECT_TRUE(isAsleep("00:30:00", R"("mUserStationaryDuration": 1800, "mProximity": 5.0)"));
+    EXPECT_TRUE(isAsleep("05:59:59", R"("mScrOffDuration": 1800)"));
+    EXPECT_FALSE(isAsleep("06:00:00", R"("mScrOffDuration": 1800)"));
 }
 
 TEST(SleepDetection, AnOverruledVerdictIsNoSleepToContinue) {
     for (const bool isOverruled : {true, false}) {
         Night night = Enhanced();
         Tell(night, {"00:29:00 audio +"});  // active use applies no verdict, but the record counts
-        Collected(night.AdvanceTo("00:30"), Ms("00:30:00"), "light", isOverruled ? "" : R"(, "mScrOffDuration": 1800)");
+        Collected(night.AdvanceTo("00:30"), Ms("00:30:00"), "light", isOverruled ? "" : R"("mScrOffDuration": 1800)");
         Collected(night.AdvanceTo("00:40"), Ms("00:40:00"), "light",
-                  R"(, "mLightDarkDuration": 0, "mScrOffDuration": 10800)");
+                  R"("mLightDarkDuration": 0, "mScrOffDuration": 10800)");
         EXPECT_THAT(night.Play().At("00:40").LogsOf(kSource),
                     Contains(StartsWith("info predict baseline result: " + std::to_string(isOverruled ? 0 : 1))));
     }

@@ -157,6 +157,29 @@ TEST(BadTrace, ALineThatNobodyWrote) {
     ExpectRefused(header + "{\"t\": 1000, \"" + std::string(1'000'000, 'x') + "\": 1}\n", 2, "unknown key \"xxx");
 }
 
+TEST(BadTrace, TextThatIsNoJsonSaysWhereAndWhy) {
+    const std::string header = kHeader;
+    for (const auto& [line, complaint] :
+         {std::pair{R"({"t": 1000, "dump": [}})",
+                    "not JSON, column 22: unexpected '}'; expected '[', '{', or a literal"},
+          {R"({"t": 1000 "dump": []})", "not JSON, column 17: unexpected string literal; expected '}'"},
+          {R"({"t": 1000, 'dump': []})", "not JSON, column 13: invalid literal; expected string literal"},
+          {R"({"t": 1000, "dump": [)", "the trace ends in the middle of a line; expected one JSON object a line"}}) {
+        EXPECT_EQ(Refusal(header + line), std::string("night.jsonl:2: ") + complaint);
+    }
+}
+
+TEST(BadTrace, AKeyThatStandsTwiceWouldLoseOneOfTheTwo) {
+    const auto twice = [](const std::string& key) { return "the key \"" + key + "\" stands twice in one object"; };
+    const std::string header = kHeader;
+    ExpectRefused(header + R"({"t": 1000, "t": 1001, "dump": []})" "\n", 2, twice("t"));
+    ExpectRefused(header + R"({"t": 1000, "set": {"light": 1, "wifi": {}, "light": 2}})" "\n", 2, twice("light"));
+    ExpectRefused(header + R"({"t": 1000, "set": {"light": 1}, "set": {"light": 1}})" "\n", 2, twice("set"));
+    ExpectRefused(R"({"trace": 1, "start": 0, "host": {"params": {"a\"": 1, "b": 2, "a\"": 3}}})", 1, twice("a\\\""));
+    EXPECT_EQ(Refusal(header + R"({"t": 1000, "broadcast": {"action": ": \": {", "want": {":": "::"}}})" "\n"), "accepted")
+        << "colons within strings are no members";
+}
+
 TEST(BadTrace, ADeeplyNestedValueIsRefusedLikeAnyOther) {
     constexpr size_t kDepth = 200'000;
     const std::string nested = std::string(kDepth, '[') + std::string(kDepth, ']');

@@ -8,6 +8,7 @@
 
 #include "facts_reader.h"
 #include "json_fields.h"
+#include "json_text.h"
 #include "step_reader.h"
 #include "time_reader.h"
 
@@ -84,11 +85,15 @@ void CheckIntegers(std::string_view json) {
 }
 
 Json ParseLine(const std::string& line, bool isCutOff) {
-    Json object = Json::parse(line, nullptr, /*allow_exceptions=*/false);
-    if (object.is_discarded()) {
-        Refuse("", isCutOff ? "the trace ends in the middle of a line" : "not JSON", "one JSON object a line");
+    constexpr char kExpected[] = "one JSON object a line";
+    try {
+        return ParseJson(line, kExpected);
+    } catch (const InputError&) {
+        if (isCutOff && IsCutOffJson(line)) {
+            Refuse("", "the trace ends in the middle of a line", kExpected);
+        }
+        throw;
     }
-    return object;
 }
 
 void CheckOrder(const Trace& trace, const Step& step, bool hasEnd) {

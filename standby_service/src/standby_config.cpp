@@ -8,6 +8,7 @@
 #include <system_error>
 
 #include "json_fields.h"
+#include "json_text.h"
 
 namespace TARN::DevStandbyMgr {
 
@@ -147,11 +148,12 @@ std::string ReadWhole(const std::string& path) {
 }  // namespace
 
 StandbyConfigFile::StandbyConfigFile(const std::string& path)
-    : path_(path),
-      object_(std::make_unique<Json>(
-          Json::parse(ReadWhole(path), nullptr, /*allow_exceptions=*/false, /*ignore_comments=*/true))) {
-    if (object_->is_discarded()) {
-        Refuse(path, "not JSON", "one object");
+    : path_(path), object_(std::make_unique<Json>()) {
+    const std::string text = ReadWhole(path);
+    try {
+        *object_ = ParseJson(text, "one object", JsonComments::SKIPPED);
+    } catch (const InputError& error) {
+        throw InputError(path_ + ": " + error.what());
     }
     StandbyConfig tried;
     LayOver(tried);

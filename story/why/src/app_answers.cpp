@@ -2,12 +2,11 @@
 
 #include <algorithm>
 #include <charconv>
-#include <limits>
-#include <numeric>
 #include <set>
 
 #include "causes.h"
 #include "json_fields.h"
+#include "nearest_name.h"
 #include "phrases.h"
 
 namespace TARN::Story {
@@ -25,41 +24,13 @@ bool Fits(const App& app, const std::string& name, std::optional<int32_t> number
            (number && *number >= 0 && (app.uid == *number || app.pid == *number));
 }
 
-/// How many letters have to be put in, left out or changed to make one of the other.
-size_t Distance(std::string_view a, std::string_view b) {
-    std::vector<size_t> row(b.size() + 1);
-    std::iota(row.begin(), row.end(), size_t{0});
-    for (size_t i = 1; i <= a.size(); ++i) {
-        size_t diagonal = row[0];
-        row[0] = i;
-        for (size_t j = 1; j <= b.size(); ++j) {
-            const size_t changed = diagonal + (a[i - 1] == b[j - 1] ? 0 : 1);
-            diagonal = row[j];
-            row[j] = std::min({row[j] + 1, row[j - 1] + 1, changed});
-        }
-    }
-    return row[b.size()];
-}
-
-/// The known name that was most likely meant: one that contains what was written, else the one with the fewest letters
-/// wrong; empty if nothing is near.
 std::string Nearest(const Night& night, const std::string& name) {
-    std::set<std::string> names;
+    std::set<std::string_view> names;
     for (const App& app : night.apps) {
         names.insert(app.name);
         names.insert(app.bundles.begin(), app.bundles.end());
     }
-    std::string nearest;
-    size_t least = std::numeric_limits<size_t>::max();
-    for (const std::string& known : names) {
-        const bool isPart = known.find(name) != std::string::npos;
-        const size_t distance = isPart ? 0 : Distance(known, name);
-        if (distance < least && distance <= std::max(known.size(), name.size()) / 2) {
-            least = distance;
-            nearest = known;
-        }
-    }
-    return nearest;
+    return std::string(DevStandbyMgr::NearestName(std::vector(names.begin(), names.end()), name));
 }
 
 [[noreturn]] void RefuseName(const Night& night, const std::string& name) {
@@ -69,7 +40,7 @@ std::string Nearest(const Night& night, const std::string& name) {
         DevStandbyMgr::Refuse("", cut + " is not known, for the trace names no process", "a trace with processes");
     }
     const std::string unknown = "no process of the trace is known as " + cut;
-    if (const std::string nearest = name.size() > kLongest ? "" : Nearest(night, name); !nearest.empty()) {
+    if (const std::string nearest = Nearest(night, name); !nearest.empty()) {
         throw DevStandbyMgr::InputError(unknown + "; perhaps " + Tame(nearest));
     }
     DevStandbyMgr::Refuse("", unknown,
