@@ -3,9 +3,10 @@ cmake_minimum_required(VERSION 3.25)
 file(REMOVE_RECURSE ${WORK})
 file(MAKE_DIRECTORY ${WORK})
 set(header [[{"trace": 1, "start": 0, "end": 1000, "host": {"mode": "scripted"}, "device": {"sensors": []}}]])
-file(WRITE ${WORK}/good.jsonl "${header}\n{\"t\": 500, \"message\": {\"eventId\": 7}}\n")
+file(WRITE ${WORK}/good.jsonl "${header}\n{\"t\": 500, \"message\": {\"eventId\": 14}}\n")
 file(WRITE ${WORK}/bad.jsonl "${header}\n{\"t\": 500, \"set\": {\"light\": \"dark\"}}\n")
 file(WRITE ${WORK}/cut.jsonl "${header}\n{\"t\": 500, \"mess")
+file(WRITE ${WORK}/empty_night.jsonl "${header}\n")
 file(WRITE ${WORK}/config.json "{\"strategies\": [\"FREEZE\"] /* one */}")
 file(WRITE ${WORK}/empty.json "{}")
 file(WRITE ${WORK}/wrong.json "{\"polcy\": {}}")
@@ -119,6 +120,28 @@ foreach(words "--unfold;--format;csv" "--log;info;--format;jsonl" "--jobs;0" "--
 endforeach()
 answers(2 "^$" "^standby: - stands for standard input, which can be read once only\n$" replay - --files-from -)
 
+# a slip is told and changes nothing, unless it is to be an error; the command and the file that were meant are guessed
+file(WRITE ${WORK}/slip.jsonl "${header}\n{\"t\": 500, \"screen\": \"off\"}\n{\"t\": 600, \"screen\": \"off\"}\n")
+file(WRITE ${WORK}/slip.json "{\"params\": {\"recover_time\": 1}}")
+complaint(slip "slip.jsonl:2: broadcast \"COMMON_EVENT_SCREEN_OFF\": nobody hears it, [^\n]* [(]2 times[)]")
+answers(0 "Summary\n" "${slip}" replay slip.jsonl)
+answers(0 "^1 trace, 1 slip\n$" "${slip}" check slip.jsonl)
+set(refused "standby: slip.jsonl: a slip is an error here, for --strict is given\n$")
+string(REGEX REPLACE "[$]$" "${refused}" strict "${slip}")
+answers(2 "^$" "${strict}" replay slip.jsonl --strict)
+answers(0 "Summary.*Summary" "${slip}" replay slip.jsonl empty_night.jsonl)
+answers(2 "^[^\n]*\nempty_night.jsonl,[^\n]*\n$" "${strict}" replay slip.jsonl empty_night.jsonl --strict --format csv)
+answers(2 "^1 trace, 1 slip\n$" "${slip}" check --strict slip.jsonl)
+answers(2 "^$" "${strict}" replay slip.jsonl --strict --report ${WORK}/slip.html)
+complaint(configSlip "slip.json: params: nobody asks for \"recover_time\"; perhaps recover_netlimit_time")
+answers(0 "Summary" "${configSlip}" replay good.jsonl --config slip.json)
+answers(2 "^$" "standby: slip.json: a slip" replay good.jsonl --strict --config slip.json)
+answers(2 "^2 traces, no slips, 1 cannot be played\n$" "${badTrace}" check bad.jsonl empty_night.jsonl)
+complaint(mistyped "no command \"repaly\"; perhaps replay; try")
+answers(2 "^$" "${mistyped}" repaly good.jsonl)
+complaint(another "dump takes one trace, good.jsonl; cut.jsonl is another file")
+answers(2 "^$" "${another}" dump good.jsonl cut.jsonl)
+
 answers(0 "\nuserSleepState: 0\n.*[^\n]\n$" "^$" dump good.jsonl --at 700)
 # why answers in sentences and in JSON, of a subject or a process; what it does not know is one line
 file(WRITE ${WORK}/phone.jsonl "{\"trace\": 1, \"start\": \"2026-03-01T21:00:00\", \"end\": \"2026-03-01T22:00:00\", "
@@ -157,7 +180,7 @@ foreach(at + 24:00 02:60 +2x 2026-10-25T02:30.5)
   answers(2 "^$" "${noTime}" dump autumn.jsonl --at ${at})
 endforeach()
 
-answers(0 "phone strategy manager init FREEZE.*deliver\":{\"eventId\":7,.*virtual_ms\":1000}}\n$" "^$"
+answers(0 "phone strategy manager init FREEZE.*deliver\":{\"eventId\":14,.*virtual_ms\":1000}}\n$" "^$"
   replay --format jsonl --config config.json good.jsonl)
 if(output MATCHES "manager init TIMER")
   message(SEND_ERROR "the configuration file does not replace the strategies")
@@ -179,14 +202,14 @@ answers(2 "^$" "${twice}" replay - - FROM ${WORK}/good.jsonl)
 
 # diff answers with the status of diff: 0 the same, 1 different, 2 trouble of any kind
 file(WRITE ${WORK}/good.record "${first}")
-string(REPLACE "\"eventId\":7" "\"eventId\":8" other "${first}")
+string(REPLACE "\"eventId\":14" "\"eventId\":8" other "${first}")
 file(WRITE ${WORK}/other.record "${other}")
 string(REGEX REPLACE "[^\n]*\n$" "" torn "${first}")
 file(WRITE ${WORK}/torn.record "${torn}")
 answers(0 "^no difference in [0-9]+ lines\n$" "^$" diff good.record good.record)
 answers(0 "^no difference in [0-9]+ lines\n$" "^$" diff good.jsonl - FROM ${WORK}/good.record)
 answers(0 "\"same\": true" "^$" diff --format json - good.jsonl FROM ${WORK}/good.jsonl)
-answers(1 "in the record: Thu 1 Jan 1970 .*\n  A  00:00:00.500  message 7\n  B  00:00:00.500  message 8\n.*deliver +0 +1 +1\n"
+answers(1 "in the record: Thu 1 Jan 1970 .*\n  A  00:00:00.500  message NAT_INTERVAL_CHANGED\n  B  00:00:00.500  message 8\n.*deliver +0 +1 +1\n"
   "^$" diff good.record other.record)
 answers(1 "  A  the trace's own configuration\n  B  config.json\n.*asleep  .*only in A" "^$" diff good.jsonl --config config.json)
 answers(1 "  A  config.json\n  B  empty.json\n" "^$" diff good.jsonl --config config.json --config empty.json)

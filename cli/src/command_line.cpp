@@ -1,11 +1,17 @@
 #include "command_line.h"
 
+#include <algorithm>
+#include <string_view>
+#include <vector>
+
+#include "check_command.h"
 #include "compare_command.h"
 #include "diff_command.h"
 #include "dump_command.h"
 #include "exit_status.h"
 #include "json_fields.h"
 #include "manual.h"
+#include "nearest_name.h"
 #include "replay_command.h"
 #include "shell_command.h"
 #include "why_command.h"
@@ -32,6 +38,7 @@ constexpr char kExamples[] =
     "  standby replay --format jsonl night.jsonl      the full record, for programs\n"
     "  standby replay --config try.json nights/*      one change against many nights\n"
     "  standby replay --report page.html night.jsonl  a page that shows it, for a browser\n"
+    "  standby check nights/*                         what they hardly mean, without playing them\n"
     "  standby why night.jsonl --at 02:13             why it is as it is at that time\n"
     "  standby dump night.jsonl --at 02:13            the strategies' own words\n"
     "  standby diff night.jsonl --config try.json     what a change of the configuration changes\n"
@@ -46,6 +53,24 @@ Action Print(std::string text) {
     };
 }
 
+/// Throws when the first word is no command.
+void CheckCommand(const CLI::App& app, int argc, const char* const* argv) {
+    const std::string word = argc > 1 ? argv[1] : "-";
+    std::vector<std::string> names;
+    for (const CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; })) {
+        names.push_back(command->get_name());
+    }
+    if (word.starts_with('-') || std::find(names.begin(), names.end(), word) != names.end()) {
+        return;
+    }
+    const std::vector<std::string_view> known(names.begin(), names.end());
+    const std::string_view nearest = DevStandbyMgr::NearestName(known, word);
+    constexpr size_t kLongest = 80;
+    throw DevStandbyMgr::InputError("no command " + DevStandbyMgr::Quote(word.substr(0, kLongest)) +
+                                    (nearest.empty() ? "" : "; perhaps " + std::string(nearest)) +
+                                    "; try standby --help");
+}
+
 }  // namespace
 
 Action ParseCommandLine(int argc, const char* const* argv) {
@@ -54,7 +79,7 @@ Action ParseCommandLine(int argc, const char* const* argv) {
     app.footer(std::string(kExamples) + kExitStatuses);
     app.set_version_flag("--version", "standby " STANDBY_VERSION, "Print the version and exit");
     app.require_subcommand(0, 1);
-    for (const auto& add : {AddReplay, AddDump, AddDiff, AddCompare, AddWhy, AddShell}) {
+    for (const auto& add : {AddReplay, AddCheck, AddDump, AddDiff, AddCompare, AddWhy, AddShell}) {
         add(app, action);
     }
     // for whoever installs the program; not in the help
@@ -67,6 +92,7 @@ Action ParseCommandLine(int argc, const char* const* argv) {
                                          })
         ->group("");
     try {
+        CheckCommand(app, argc, argv);
         app.parse(argc, argv);
     } catch (const CLI::CallForHelp&) {
         return Print(app.help());

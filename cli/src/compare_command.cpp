@@ -61,7 +61,7 @@ int RunCompare(const CompareOptions& options, OutputFile& output) {
     const std::array<std::string, kSides> labels = {LabelOf(options.names, 0), LabelOf(options.names, 1)};
     output.BeforeWriting([&progress] { progress.Erase(); });
 
-    const auto work = [&](const std::string& name, std::ostream& result) {
+    const auto work = [&](const std::string& name, std::ostream& result, const WorkerPool::Note& /*note*/) {
         const Replay::Trace read = ReadInput(name);
         std::deque<Story::NightReader> readers;
         for (size_t side = 0; side < kSides; ++side) {

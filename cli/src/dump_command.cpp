@@ -1,7 +1,9 @@
 #include "dump_command.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <memory>
+#include <system_error>
 #include <utility>
 
 #include "exit_status.h"
@@ -29,6 +31,17 @@ struct DumpOptions {
 constexpr char kDumpFooter[] =
     "A word that begins with a dash goes behind two dashes:\n"
     "  standby dump night.jsonl -- DUMP_SIMULATE_SENSOR DUMP_STRATGY_DETAIL -ST --SetMode 1\n";
+
+/// Throws when one of the words is rather another trace.
+void CheckWords(const DumpOptions& options) {
+    for (const std::string& word : options.words) {
+        std::error_code error;
+        if (word.ends_with(".jsonl") || word.ends_with(".jsonl.gz") || std::filesystem::is_regular_file(word, error)) {
+            throw DevStandbyMgr::InputError("dump takes one trace, " + options.trace + "; " + word +
+                                            " is another file and no word of a dump");
+        }
+    }
+}
 
 /// Keeps the last dump of a run and nothing else.
 class LastDump : public Replay::RecordSink {
@@ -93,7 +106,10 @@ void AddDump(CLI::App& app, Action& action) {
                        std::string(DUMP_SIMULATE_SENSOR), std::string(DUMP_POWEROFF_STRATEGY)});
     AddAt(command, options.at, " (default the end)");
     AddPlayerOptions(command, options.player);
-    command.callback([shared, &action] { action = [shared](OutputFile& output) { return RunDump(*shared, output); }; });
+    command.callback([shared, &action] {
+        CheckWords(*shared);
+        action = [shared](OutputFile& output) { return RunDump(*shared, output); };
+    });
 }
 
 }  // namespace TARN::Cli

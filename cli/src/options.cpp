@@ -18,6 +18,10 @@ constexpr std::array kAnswerFormats = {Word<AnswerFormat>{"text", AnswerFormat::
 
 }  // namespace
 
+void AddStrict(CLI::App& command, bool& isStrict) {
+    command.add_flag("--strict", isStrict, "A slip in a trace is an error, exit status 2");
+}
+
 std::string DefaultPlugin() {
     std::error_code error;
     const std::filesystem::path self = std::filesystem::read_symlink("/proc/self/exe", error);
@@ -43,17 +47,21 @@ CLI::Option& AddAt(CLI::App& command, std::string& at, const std::string& otherw
                 ->type_name("TIME");
 }
 
-void AddManyTraces(CLI::App& command, ManyTraces& traces) {
-    constexpr int kMostJobs = 1024;
-    traces.jobs = Processors();
+void AddTraceNames(CLI::App& command, ManyTraces& traces, const std::string& about) {
     command
         .add_option("TRACE", traces.names,
-                    "Traces to play, packed by gzip or not, folders of traces, - for standard input")
+                    about + ", packed by gzip or not, folders of traces, - for standard input")
         ->type_name("");
     command
         .add_option("--files-from", traces.list,
                     "A file with the names of further traces, one a line; - for standard input")
         ->type_name("FILE");
+}
+
+void AddManyTraces(CLI::App& command, ManyTraces& traces) {
+    constexpr int kMostJobs = 1024;
+    traces.jobs = Processors();
+    AddTraceNames(command, traces, "Traces to play");
     command
         .add_option("--jobs", traces.jobs,
                     "How many traces to play at a time (default: as many as there are processors)")

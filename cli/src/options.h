@@ -83,7 +83,10 @@ struct ManyTraces {
     size_t jobs = 1;
 };
 
-/// The traces, --files-from and --jobs.
+/// The traces and --files-from. `about` says what becomes of them.
+void AddTraceNames(CLI::App& command, ManyTraces& traces, const std::string& about);
+
+/// The same, and --jobs.
 void AddManyTraces(CLI::App& command, ManyTraces& traces);
 
 /// Throws CLI's error when no trace is named at all.
@@ -91,6 +94,9 @@ void CheckNamed(const ManyTraces& traces);
 
 /// The player's options of a command that plays one run or holds two against each other.
 void AddSideOptions(CLI::App& command, SideNames& names, bool& isProgressHidden);
+
+/// --strict of a command that warns of slips.
+void AddStrict(CLI::App& command, bool& isStrict);
 
 /// The plugin as it is built and installed with this program, wherever that is now.
 [[nodiscard]] std::string DefaultPlugin();

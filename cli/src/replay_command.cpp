@@ -19,6 +19,7 @@
 #include "report.h"
 #include "result_file.h"
 #include "sides.h"
+#include "slip_watch.h"
 #include "standby_config.h"
 #include "timeline.h"
 #include "trace_events.h"
@@ -47,6 +48,7 @@ struct ReplayOptions {
     std::string traceEvents;  ///< the file for the one trace's night as trace events; empty: none is asked for
     bool hasReasons = false;  ///< the full record has the host's own reasons too
     bool isNamed = false;     ///< each line of the record says of which trace it is
+    bool isStrict = false;    ///< a slip is an error
     bool isProgressHidden = false;
 
     [[nodiscard]] std::string Config() const { return names.configs.empty() ? "" : names.configs.front(); }
@@ -57,6 +59,29 @@ constexpr char kReplayFooter[] =
     "what it names replaces what the traces say.\n";
 
 using Report = std::function<void(double fraction)>;
+using ConfigFile = std::optional<DevStandbyMgr::StandbyConfigFile>;
+
+/// The configuration that is laid over all traces, if there is one.
+ConfigFile ReadConfig(const ReplayOptions& options, SlipWatch& slips) {
+    if (options.Config().empty()) {
+        return std::nullopt;
+    }
+    ConfigFile config(options.Config());
+    DevStandbyMgr::StandbyConfig alone;
+    config->LayOver(alone);
+    slips.Look(alone, options.Config());
+    return config;
+}
+
+/// Reads a trace; its slips are its own, whatever is laid over it.
+Replay::Trace ReadLaidOver(const std::string& name, const ConfigFile& config, SlipWatch& slips) {
+    Replay::Trace trace = ReadInput(name);
+    slips.Look(trace);
+    if (config) {
+        config->LayOver(trace.host);
+    }
+    return trace;
+}
 
 /// Plays one trace and tells it on a stream.
 void PlayOne(const Replay::Trace& trace, const ReplayOptions& options, const Story::TimelineOptions& style,
@@ -80,8 +105,8 @@ void PlayOne(const Replay::Trace& trace, const ReplayOptions& options, const Sto
 }
 
 /// Plays one trace and writes its trace events.
-int RunTraceEvents(const ReplayOptions& options, Progress& progress) {
-    const Replay::Trace trace = ReadInput(options.many.names.front(), options.Config());
+int RunTraceEvents(const ReplayOptions& options, SlipWatch& slips, Progress& progress) {
+    const Replay::Trace trace = ReadLaidOver(options.many.names.front(), ReadConfig(options, slips), slips);
     ResultFile file(options.traceEvents);
     Story::NightReader reader({.leastLog = options.log});
     Replay::Play(trace, {options.names.plugins.front(), [&](double fraction) { progress.Show("playing", fraction); }},
@@ -92,8 +117,9 @@ int RunTraceEvents(const ReplayOptions& options, Progress& progress) {
 }
 
 /// Plays one side or both and writes the page that shows them.
-int RunReport(const ReplayOptions& options, Progress& progress) {
-    const std::vector<Side> sides = ReadSides({options.many.names, options.names.configs, options.names.plugins});
+int RunReport(const ReplayOptions& options, SlipWatch& slips, Progress& progress) {
+    const std::vector<Side> sides =
+        ReadSides({options.many.names, options.names.configs, options.names.plugins}, slips);
     ResultFile file(options.report);
     std::deque<Story::NightReader> readers;
     std::vector<Story::ReportSide> shown;
@@ -115,39 +141,37 @@ int RunReport(const ReplayOptions& options, Progress& progress) {
 
 int RunReplay(ReplayOptions options, OutputFile& output) {
     Progress progress(!options.isProgressHidden);
+    SlipWatch slips(options.isStrict, [&progress](const std::string& line) {
+        progress.Erase();
+        Complain(line);
+    });
     if (!options.report.empty()) {
-        return RunReport(options, progress);
+        return RunReport(options, slips, progress);
     }
     if (!options.traceEvents.empty()) {
-        return RunTraceEvents(options, progress);
+        return RunTraceEvents(options, slips, progress);
     }
     TraceNames names(options.many.names, options.many.list);
     const Story::TimelineOptions style{
         .isColored = IsColored(options.color, output), .isUnfolded = options.isUnfolded, .columns = output.Columns()};
     output.BeforeWriting([&progress] { progress.Erase(); });
+    const ConfigFile config = ReadConfig(options, slips);
     if (options.format == Format::CSV) {
         output.Stream() << Story::CsvHead() << '\n';
     }
     if (!names.AreMany()) {
-        PlayOne(ReadInput(options.many.names.front(), options.Config()), options, style, output.Stream(),
+        PlayOne(ReadLaidOver(options.many.names.front(), config, slips), options, style, output.Stream(),
                 [&](double fraction) { progress.Show("playing", fraction); });
         progress.Erase();
         return output.Finish();
     }
     options.isNamed = true;
-    std::optional<DevStandbyMgr::StandbyConfigFile> config;
-    if (!options.Config().empty()) {
-        config.emplace(options.Config());
-    }
     bool isSeparated = false;
     WorkerPool pool(
         options.many.jobs,
-        [&](const std::string& name, std::ostream& result) {
-            Replay::Trace trace = ReadInput(name);
-            if (config) {
-                config->LayOver(trace.host);
-            }
-            PlayOne(trace, options, style, result);
+        [&](const std::string& name, std::ostream& result, const WorkerPool::Note& note) {
+            SlipWatch own(options.isStrict, note);
+            PlayOne(ReadLaidOver(name, config, own), options, style, result);
         },
         [&](const std::string& /*name*/, std::string_view piece, bool isFirst) {
             if (isFirst && std::exchange(isSeparated, true) && options.format == Format::TEXT) {
@@ -216,6 +240,7 @@ void AddReplay(CLI::App& app, Action& action) {
                     "Write the night as trace events, for a viewer such as Perfetto's, instead of telling it")
         ->type_name("FILE");
     command.add_flag("--reasons", options.hasReasons, "With --format jsonl: the host's own reasons too");
+    AddStrict(command, options.isStrict);
     AddSideOptions(command, options.names, options.isProgressHidden);
     command.callback([shared, &action] {
         Check(*shared);

@@ -65,13 +65,14 @@ std::vector<Side> MakeSides(const SideNames& names, const std::vector<Replay::Tr
     return result;
 }
 
-std::vector<Side> ReadSides(const SideNames& names) {
+std::vector<Side> ReadSides(const SideNames& names, SlipWatch& slips) {
     if (std::count(names.traces.begin(), names.traces.end(), "-") > 1) {
         throw DevStandbyMgr::InputError("- stands for standard input, which can be read once only");
     }
     std::vector<Replay::Trace> traces;
     for (const std::string& name : names.traces) {
         traces.push_back(ReadInput(name));
+        slips.Look(traces.back());
     }
     return MakeSides(names, traces);
 }

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "slip_watch.h"
 #include "trace.h"
 
 namespace TARN::Cli {
@@ -27,7 +28,7 @@ struct Side {
 
 /// One side, or two if anything is named twice. Throws InputError for what is wrong, also for what is named more than
 /// twice.
-[[nodiscard]] std::vector<Side> ReadSides(const SideNames& names);
+[[nodiscard]] std::vector<Side> ReadSides(const SideNames& names, SlipWatch& slips);
 
 /// The same with traces that are read already, as many as their names.
 [[nodiscard]] std::vector<Side> MakeSides(const SideNames& names, const std::vector<Replay::Trace>& traces);

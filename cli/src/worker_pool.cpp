@@ -33,10 +33,10 @@ constexpr size_t kMostHeldBytes = size_t{4} * 1024 * 1024;
 constexpr size_t kMostAhead = 16;
 constexpr size_t kPieceBytes = size_t{64} * 1024;
 
-/// What a worker says: a kind, a number, and bytes that follow. Of a piece the number is 0, of the end it is the exit
-/// status and the bytes are the complaint.
+/// What a worker says: a kind, a number, and bytes that follow. Of a piece and a note the number is 0, of the end it is the
+/// exit status and the bytes are the complaint.
 struct Head {
-    enum Kind : uint32_t { PIECE, END };
+    enum Kind : uint32_t { PIECE, NOTE, END };
     Kind kind;
     int32_t status;
     uint32_t bytes;
@@ -196,6 +196,9 @@ void WorkerPool::GiveOut(TraceNames& names) {
 bool WorkerPool::HandOn() {
     while (!tasks_.empty()) {
         Task& first = *tasks_.front();
+        for (const std::string& note : std::exchange(first.notes, {})) {
+            Complain(note);
+        }
         if (!first.held.empty()) {
             const std::string piece = std::exchange(first.held, {});
             if (!take_(first.name, piece, !std::exchange(first.hasBegun, true))) {
@@ -266,6 +269,8 @@ void WorkerPool::Read(Worker& worker) {
         next += sizeof(head) + head.bytes;
         if (head.kind == Head::PIECE) {
             worker.task->held.append(bytes);
+        } else if (head.kind == Head::NOTE) {
+            worker.task->notes.emplace_back(bytes);
         } else {
             worker.task->status = head.status;
             worker.task->complaint = bytes;
@@ -327,7 +332,7 @@ void WorkerPool::Live(int line) {
         int status = kDone;
         std::string complaint;
         try {
-            work_(*name, stream);
+            work_(*name, stream, [line](const std::string& note) { (void)Say(line, Head::NOTE, 0, note); });
         } catch (const InputError& error) {
             status = kInputWrong;
             complaint = error.what();

@@ -21,8 +21,11 @@ namespace TARN::Cli {
 /// line on standard error; the others go on. What fails for another reason ends it all.
 class WorkerPool {
 public:
+    /// A line for standard error that is no complaint about the whole trace. It stands before what is left of the result.
+    using Note = std::function<void(const std::string& line)>;
+
     /// What a worker does with a trace: writes its result. Throws InputError or RunError.
-    using Work = std::function<void(const std::string& name, std::ostream& result)>;
+    using Work = std::function<void(const std::string& name, std::ostream& result, const Note& note)>;
 
     /// Called with the result of each trace, piece by piece and in order. `isFirst` begins a result; a trace without
     /// one is passed over. Returns whether anybody wants more.
@@ -44,6 +47,7 @@ private:
     struct Task {
         std::string name;
         std::string held;  ///< of its result: what could not be handed on yet
+        std::vector<std::string> notes;  ///< likewise
         bool hasBegun = false;
         bool isDone = false;
         bool hasCrashed = false;

@@ -2,6 +2,8 @@
 #define STANDBY_SERVICE_HOST_LISTENERS_H
 
 #include <memory>
+#include <span>
+#include <string_view>
 #include <vector>
 
 #include "imesssage_listener.h"
@@ -16,6 +18,10 @@ struct HostListeners {
 };
 
 [[nodiscard]] HostListeners MakeHostListeners();
+
+/// The broadcasts that they hand on as COMMON_EVENT, and those that tell them that the clock was set.
+[[nodiscard]] std::span<const std::string_view> StrategyBroadcasts() noexcept;
+[[nodiscard]] std::span<const std::string_view> ClockBroadcasts() noexcept;
 
 }  // namespace TARN::DevStandbyMgr
 

@@ -1,5 +1,6 @@
 #include "host_listeners.h"
 
+#include <array>
 #include <atomic>
 #include <mutex>
 #include <optional>
@@ -236,7 +237,7 @@ private:
 };
 
 template <class Listener>
-std::shared_ptr<HostListener> MakeSubscriber(std::initializer_list<std::string_view> actions) {
+std::shared_ptr<HostListener> MakeSubscriber(std::span<const std::string_view> actions) {
     EventFwk::MatchingSkills skills;
     for (const std::string_view action : actions) {
         skills.AddEvent(action);
@@ -267,13 +268,25 @@ private:
 
 }  // namespace
 
+std::span<const std::string_view> StrategyBroadcasts() noexcept {
+    static constexpr std::array kActions = {CommonEventSupport::COMMON_EVENT_SCREEN_ON,
+                                            CommonEventSupport::COMMON_EVENT_SCREEN_OFF,
+                                            CommonEventSupport::COMMON_EVENT_CHARGING,
+                                            CommonEventSupport::COMMON_EVENT_DISCHARGING,
+                                            CommonEventSupport::COMMON_EVENT_POWER_SAVE_MODE_CHANGED,
+                                            std::string_view("COMMON_EVENT_TIMER_SA_ABILITY")};
+    return kActions;
+}
+
+std::span<const std::string_view> ClockBroadcasts() noexcept {
+    static constexpr std::array kActions = {CommonEventSupport::COMMON_EVENT_TIME_CHANGED,
+                                            CommonEventSupport::COMMON_EVENT_TIMEZONE_CHANGED};
+    return kActions;
+}
+
 HostListeners MakeHostListeners() {
-    const auto broadcasts = MakeSubscriber<BroadcastListener>(
-        {CommonEventSupport::COMMON_EVENT_SCREEN_ON, CommonEventSupport::COMMON_EVENT_SCREEN_OFF,
-         CommonEventSupport::COMMON_EVENT_CHARGING, CommonEventSupport::COMMON_EVENT_DISCHARGING,
-         CommonEventSupport::COMMON_EVENT_POWER_SAVE_MODE_CHANGED, "COMMON_EVENT_TIMER_SA_ABILITY"});
-    const auto clock = MakeSubscriber<ClockListener>(
-        {CommonEventSupport::COMMON_EVENT_TIME_CHANGED, CommonEventSupport::COMMON_EVENT_TIMEZONE_CHANGED});
+    const auto broadcasts = MakeSubscriber<BroadcastListener>(StrategyBroadcasts());
+    const auto clock = MakeSubscriber<ClockListener>(ClockBroadcasts());
     const auto tasks = std::make_shared<BackgroundTaskListener>();
     return {{broadcasts, tasks, std::make_shared<ApplicationListener>(), std::make_shared<IdlePolicyListener>(), clock},
             std::make_shared<RefusedListeners>(std::vector<std::shared_ptr<HostListener>>{broadcasts, tasks, clock})};

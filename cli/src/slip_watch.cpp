@@ -1,0 +1,31 @@
+#include "slip_watch.h"
+
+#include <utility>
+
+#include "json_fields.h"
+
+namespace TARN::Cli {
+
+SlipWatch::SlipWatch(bool isStrict, std::function<void(const std::string& line)> tell)
+    : isStrict_(isStrict), tell_(std::move(tell)) {}
+
+void SlipWatch::Look(const Replay::Trace& trace) {
+    Tell(Checks::FindSlips(trace), trace.name);
+}
+
+void SlipWatch::Look(const DevStandbyMgr::StandbyConfig& config, const std::string& name) {
+    Tell(Checks::FindSlips(config), name);
+}
+
+void SlipWatch::Tell(const std::vector<Checks::Slip>& slips, const std::string& name) {
+    for (const Checks::Slip& slip : slips) {
+        tell_(name + (slip.line == 0 ? "" : ":" + std::to_string(slip.line)) + ": " + slip.text +
+              (slip.times == 1 ? "" : " (" + std::to_string(slip.times) + " times)"));
+        ++count_;
+    }
+    if (isStrict_ && !slips.empty()) {
+        throw DevStandbyMgr::InputError(name + ": a slip is an error here, for --strict is given");
+    }
+}
+
+}  // namespace TARN::Cli

@@ -1,0 +1,37 @@
+#ifndef CLI_SLIP_WATCH_H
+#define CLI_SLIP_WATCH_H
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "slips.h"
+
+namespace TARN::Cli {
+
+/// Warns of slips in what is read: one line each, each kind once a file.
+class SlipWatch {
+public:
+    /// `tell` takes the lines.
+    SlipWatch(bool isStrict, std::function<void(const std::string& line)> tell);
+
+    /// Looks through a trace, or through a configuration by itself, from the file `name`. Throws InputError for one with
+    /// a slip where that is an error.
+    void Look(const Replay::Trace& trace);
+    void Look(const DevStandbyMgr::StandbyConfig& config, const std::string& name);
+
+    /// How many kinds were told.
+    [[nodiscard]] size_t Count() const noexcept { return count_; }
+
+private:
+    void Tell(const std::vector<Checks::Slip>& slips, const std::string& name);
+
+    bool isStrict_;
+    std::function<void(const std::string& line)> tell_;
+    size_t count_ = 0;
+};
+
+}  // namespace TARN::Cli
+
+#endif  // CLI_SLIP_WATCH_H
