@@ -8,6 +8,7 @@
 #include "json_fields.h"
 #include "jsonl_writer.h"
 #include "night_script.h"
+#include "ordinary_phone.h"
 #include "player.h"
 #include "shell.h"
 
@@ -300,7 +301,7 @@ TEST(Shell, CompletesWordsByWhatMayStandThere) {
 TEST(Shell, WithoutATraceThePhoneIsAnOrdinaryOneOfThisEvening) {
     const Replay::TimeZone zone("Europe/Berlin");
     zone.Use();
-    Prompt prompt(Shell::OrdinaryPhone(zone, Replay::TimeZone::ParseLocal("2026-07-01T00:30:00")));
+    Prompt prompt(Authoring::OrdinaryPhone(zone, Replay::TimeZone::ParseLocal("2026-07-01T00:30:00")));
     EXPECT_EQ(prompt.Do({"time"}), "Wed  1 Jul 2026 21:00:00, Europe/Berlin\n");
     EXPECT_THAT(prompt.Do({"get"}),
                 AllOf(HasSubstr("state WORKING\n"), HasSubstr("screen on\n"), HasSubstr("charging no\n"),

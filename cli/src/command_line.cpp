@@ -12,6 +12,7 @@
 #include "json_fields.h"
 #include "manual.h"
 #include "nearest_name.h"
+#include "new_command.h"
 #include "replay_command.h"
 #include "shell_command.h"
 #include "why_command.h"
@@ -79,7 +80,7 @@ Action ParseCommandLine(int argc, const char* const* argv) {
     app.footer(std::string(kExamples) + kExitStatuses);
     app.set_version_flag("--version", "standby " STANDBY_VERSION, "Print the version and exit");
     app.require_subcommand(0, 1);
-    for (const auto& add : {AddReplay, AddCheck, AddDump, AddDiff, AddCompare, AddWhy, AddShell}) {
+    for (const auto& add : {AddReplay, AddCheck, AddDump, AddDiff, AddCompare, AddWhy, AddShell, AddNew}) {
         add(app, action);
     }
     // for whoever installs the program; not in the help

@@ -1,6 +1,7 @@
 #include "options.h"
 
 #include <array>
+#include <cstdlib>
 #include <filesystem>
 #include <system_error>
 
@@ -26,6 +27,12 @@ std::string DefaultPlugin() {
     std::error_code error;
     const std::filesystem::path self = std::filesystem::read_symlink("/proc/self/exe", error);
     return (self.parent_path() / STANDBY_PLUGIN).lexically_normal().string();
+}
+
+std::string OwnZone() {
+    const char* variable = std::getenv("TZ");
+    const std::string name = variable == nullptr || *variable == '\0' ? "UTC" : variable;
+    return name.front() == ':' ? name.substr(1) : name;
 }
 
 void AddColor(CLI::App& command, ColorChoice& choice) {

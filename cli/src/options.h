@@ -101,6 +101,9 @@ void AddStrict(CLI::App& command, bool& isStrict);
 /// The plugin as it is built and installed with this program, wherever that is now.
 [[nodiscard]] std::string DefaultPlugin();
 
+/// The person's time zone: that of the variable TZ, else UTC.
+[[nodiscard]] std::string OwnZone();
+
 }  // namespace TARN::Cli
 
 #endif  // CLI_OPTIONS_H

@@ -15,6 +15,8 @@
 #include "inputs.h"
 #include "json_fields.h"
 #include "line_editor.h"
+#include "options.h"
+#include "ordinary_phone.h"
 #include "player.h"
 #include "shell.h"
 #include "standby_config.h"
@@ -43,21 +45,11 @@ struct Start {
     Replay::TraceLines lines;
 };
 
-/// The person's time zone.
-Replay::TimeZone OwnZone() {
-    const char* variable = std::getenv("TZ");
-    std::string name = variable == nullptr || *variable == '\0' ? "UTC" : variable;
-    if (name.front() == ':') {
-        name.erase(0, 1);
-    }
-    return Replay::TimeZone(name);
-}
-
 std::string OrdinaryPhone() {
-    const Replay::TimeZone zone = OwnZone();
+    const Replay::TimeZone zone(OwnZone());
     zone.Use();
     const auto now = std::chrono::system_clock::now().time_since_epoch();
-    return Shell::OrdinaryPhone(zone, std::chrono::duration_cast<std::chrono::milliseconds>(now).count());
+    return Authoring::OrdinaryPhone(zone, std::chrono::duration_cast<std::chrono::milliseconds>(now).count());
 }
 
 /// Throws InputError.

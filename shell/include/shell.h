@@ -54,11 +54,6 @@ private:
     std::unique_ptr<Parts> my_;
 };
 
-/// The header's line of a trace for a phone as one would expect it: at 21:00 local time of today, `nowMs`, in use, the
-/// screen on, unplugged, lying still in a room with the lamp on, with a few applications and natives. The time zone
-/// must be in use.
-[[nodiscard]] std::string OrdinaryPhone(const Replay::TimeZone& zone, int64_t nowMs);
-
 }  // namespace TARN::Shell
 
 #endif  // SHELL_SHELL_H

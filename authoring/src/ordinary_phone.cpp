@@ -1,9 +1,6 @@
-#include <nlohmann/json.hpp>
+#include "ordinary_phone.h"
 
-#include "shell.h"
-#include "time_zone.h"
-
-namespace TARN::Shell {
+namespace TARN::Authoring {
 
 namespace {
 
@@ -36,18 +33,25 @@ constexpr char kDevice[] = R"({
 
 }  // namespace
 
-std::string OrdinaryPhone(const Replay::TimeZone& zone, int64_t nowMs) {
-    using Json = nlohmann::ordered_json;
-    const std::string evening = Replay::TimeZone::Format(nowMs, "%FT21:00:00");
-    const int64_t start = Replay::TimeZone::ParseLocal(evening);
+Json OrdinaryHost() {
+    return Json::parse(kHost);
+}
+
+Json OrdinaryDevice() {
     Json device = Json::parse(kDevice);
-    device["movement"] = {{"value", 2}, {"at", start}};
-    device["alarm"] = "07:00";
     device["airplane"] = false;
     device["user_setup_complete"] = true;
+    return device;
+}
+
+std::string OrdinaryPhone(const Replay::TimeZone& zone, int64_t nowMs) {
+    const std::string evening = Replay::TimeZone::Format(nowMs, "%FT21:00:00");
+    Json device = OrdinaryDevice();
+    device["movement"] = {{"value", 2}, {"at", Replay::TimeZone::ParseLocal(evening)}};
+    device["alarm"] = "07:00";
     return Json{
-        {"trace", 1}, {"timezone", zone.Name()}, {"start", evening}, {"host", Json::parse(kHost)}, {"device", device}}
+        {"trace", 1}, {"timezone", zone.Name()}, {"start", evening}, {"host", OrdinaryHost()}, {"device", device}}
         .dump();
 }
 
-}  // namespace TARN::Shell
+}  // namespace TARN::Authoring
