@@ -9,6 +9,7 @@
 #include "diff_command.h"
 #include "dump_command.h"
 #include "exit_status.h"
+#include "generate_command.h"
 #include "import_command.h"
 #include "json_fields.h"
 #include "manual.h"
