@@ -147,6 +147,11 @@ bool Translation::IsNews(std::string_view fact, std::string_view value) {
     return std::exchange(known->second, std::string(value)) != value;
 }
 
+void Translation::Count(int64_t t) {
+    ++steps_;
+    last_ = t;
+}
+
 bool Translation::SayNumber(int64_t t, const Saying& saying) {
     const Json number = Json::parse(saying.value, nullptr, /*allow_exceptions=*/false);
     if (!number.is_number() || number < -1e9 || number > 1e9) {
@@ -154,7 +159,7 @@ bool Translation::SayNumber(int64_t t, const Saying& saying) {
     }
     if (IsNews(saying.word, saying.value)) {
         writer_.Fact(t, saying.word, number.dump());
-        ++steps_;
+        Count(t);
     }
     return true;
 }
@@ -166,14 +171,13 @@ bool Translation::SayAlarm(int64_t t, const std::string& value) {
     }
     if (IsNews("alarm", rings ? std::to_string(*rings) : "none")) {
         writer_.Alarm(t, rings);
-        ++steps_;
+        Count(t);
     }
     return true;
 }
 
 bool Translation::Say(int64_t t, const Saying& saying) {
     Begin(t);
-    last_ = t;
     const Word& word = WordOf(saying);
     if (word.takes == Takes::NUMBER) {
         return SayNumber(t, saying);
@@ -183,16 +187,15 @@ bool Translation::Say(int64_t t, const Saying& saying) {
     }
     if (word.write != nullptr && (word.fact.empty() || IsNews(word.fact, word.value))) {
         word.write(writer_, t);
-        ++steps_;
+        Count(t);
     }
     return true;
 }
 
 void Translation::Step(int64_t t, std::string_view kind, std::string_view content) {
     Begin(t);
-    last_ = t;
     writer_.Step(t, kind, content);
-    ++steps_;
+    Count(t);
 }
 
 void Translation::End(int64_t t, Imported& imported) {

@@ -53,6 +53,7 @@ public:
 
 private:
     [[nodiscard]] bool IsNews(std::string_view fact, std::string_view value);
+    void Count(int64_t t);
     [[nodiscard]] bool SayNumber(int64_t t, const Saying& saying);
     [[nodiscard]] bool SayAlarm(int64_t t, const std::string& value);
 
@@ -62,7 +63,7 @@ private:
     ReadTime readTime_;
     std::map<std::string, std::string, std::less<>> known_;  ///< at first what a header leaves unsaid
     bool hasBegun_ = false;
-    int64_t last_ = 0;  ///< the last step's time
+    int64_t last_ = 0;  ///< when the trace ends so far
     uint64_t steps_ = 0;
 };
 
