@@ -61,15 +61,12 @@ public:
         const int64_t habit = isFree ? person.freeWake : person.workdayWake;
         const int64_t own = std::clamp<int64_t>(dice_.About(habit, isFree ? 35 : 10) + lag, 240, 720);
         const bool isLateNight = WeekdayOf(date) == kFriday || WeekdayOf(date) == kSaturday;
-        const int64_t late = isLateNight ? dice_.Between(0, 90) : 0;
-        const int64_t bed = habit + lag - dice_.About(person.sleepMinutes, 25) + (isFree ? 0 : late);
+        const int64_t late = isLateNight ? dice_.Between(0, 60) : 0;
+        const int64_t bed = habit + lag - dice_.About(person.sleepMinutes, 25) + late;
         bed_ = At(date + 1, std::clamp<int64_t>(bed, -180, 180));
         rings_ = AlarmOn(date + 1);
         wake_ = rings_ ? *rings_ : At(date + 1, own);
-        wake_ = std::max(wake_, bed_ + 3 * kHourMs);
-        if (rings_ && *rings_ < wake_) {
-            rings_.reset();  // an alarm so soon would have been put off
-        }
+        bed_ = std::min(bed_, wake_ - 3 * kHourMs);
         start_ = At(date, 20 * 60);
         up_ = wake_;
         if (rings_ && person.snoozes) {

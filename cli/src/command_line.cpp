@@ -46,6 +46,9 @@ constexpr char kExamples[] =
     "  standby dump night.jsonl --at 02:13            the strategies' own words\n"
     "  standby diff night.jsonl --config try.json     what a change of the configuration changes\n"
     "  standby compare --config try.json nights/      ... over many nights\n"
+    "  standby new -o mine.jsonl                      a commented night to start from\n"
+    "  standby import night.csv -o night.jsonl        a log of another program as a trace\n"
+    "  standby generate --nights 100 --folder nights  made-up nights\n"
     "  standby shell                                  a prompt on a simulated phone\n\n";
 
 /// An action that writes a text.

@@ -79,7 +79,7 @@ int RunImport(const ImportOptions& options, OutputFile& output) {
         imported = Import(options, file.Stream());
         file.Finish();
     }
-    if (!imported.losses.IsEmpty()) {
+    if (status == kDone && !imported.losses.IsEmpty()) {
         constexpr size_t kMostTold = 8;
         Complain((options.log == "-" ? "standard input" : options.log) +
                  ": not translated: " + imported.losses.Tell(kMostTold));
