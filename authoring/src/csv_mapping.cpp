@@ -103,9 +103,18 @@ CsvMapping ReadObject(const PlainJson& object) {
 
 CsvMapping ReadCsvMapping(const std::string& text, const std::string& name) {
     try {
-        const PlainJson object = PlainJson::parse(text, nullptr, /*allow_exceptions=*/false, /*ignore_comments=*/true);
-        if (object.is_discarded()) {
-            throw InputError("not JSON; expected a mapping such as {\"time\": \"when\", \"columns\": {...}}");
+        constexpr int kMostDepth = 32;  // what is written again is written level by level
+        bool isDeep = false;
+        const PlainJson object = PlainJson::parse(
+            text,
+            [&isDeep](int depth, PlainJson::parse_event_t /*event*/, PlainJson& /*value*/) {
+                isDeep = isDeep || depth > kMostDepth;
+                return !isDeep;
+            },
+            /*allow_exceptions=*/false, /*ignore_comments=*/true);
+        if (isDeep || object.is_discarded()) {
+            throw InputError((isDeep ? "objects in objects without end" : "not JSON") +
+                             std::string("; expected a mapping such as {\"time\": \"when\", \"columns\": {...}}"));
         }
         return ReadObject(object);
     } catch (const InputError& error) {

@@ -85,7 +85,8 @@ Action ParseCommandLine(int argc, const char* const* argv) {
     app.footer(std::string(kExamples) + kExitStatuses);
     app.set_version_flag("--version", "standby " STANDBY_VERSION, "Print the version and exit");
     app.require_subcommand(0, 1);
-    for (const auto& add : {AddReplay, AddCheck, AddDump, AddDiff, AddCompare, AddWhy, AddShell, AddNew, AddImport, AddGenerate}) {
+    for (const auto& add :
+         {AddReplay, AddCheck, AddDump, AddDiff, AddCompare, AddWhy, AddShell, AddNew, AddImport, AddGenerate}) {
         add(app, action);
     }
     // for whoever installs the program; not in the help
