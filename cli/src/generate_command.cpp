@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdio>
 #include <filesystem>
+#include <limits>
 #include <memory>
 
 #include "exit_status.h"
@@ -18,7 +19,7 @@ namespace {
 
 using DevStandbyMgr::InputError;
 
-constexpr uint64_t kMostNights = 1'000'000'000;
+constexpr int64_t kMostNights = 1'000'000'000;
 
 struct GenerateOptions {
     Authoring::Generation generation;
@@ -76,15 +77,20 @@ void AddGenerate(CLI::App& app, Action& action) {
     GenerateOptions& options = *shared;
     CLI::App& command = *app.add_subcommand("generate", "Write made-up but plausible nights, as traces");
     command.footer(kGenerateFooter);
-    const auto addNumber = [&command](const char* name, uint64_t& target, const char* placeholder, const char* about) {
-        return command.add_option(name, target, about)->type_name(placeholder);
+    const auto addNumber = [&command](const char* name, uint64_t& target, const char* placeholder, const char* about,
+                                      int64_t least, int64_t most) {
+        command
+            .add_option_function<int64_t>(
+                name, [&target](const int64_t& number) { target = static_cast<uint64_t>(number); }, about)
+            ->type_name(placeholder)
+            ->check(CLI::Range(least, most).description(""));
     };
-    const CLI::Range counted(uint64_t{1}, kMostNights);
-    addNumber("--seed", options.generation.seed, "N", "What the nights follow from; else 1");
-    addNumber("--nights", options.nights, "M", "How many; else 1")->check(counted);
-    addNumber("--first", options.first, "K", "The number of the first one; else 1")->check(counted);
-    addNumber("--people", options.generation.people, "P", "How many people take turns, a night each; else 100")
-        ->check(counted);
+    addNumber("--seed", options.generation.seed, "N", "What the nights follow from; else 1", 0,
+              std::numeric_limits<int64_t>::max());
+    addNumber("--nights", options.nights, "M", "How many; else 1", 1, kMostNights);
+    addNumber("--first", options.first, "K", "The number of the first one; else 1", 1, kMostNights);
+    addNumber("--people", options.generation.people, "P", "How many people take turns, a night each; else 100", 1,
+              kMostNights);
     command
         .add_option("--from", options.generation.firstDate, "The date of everybody's first evening; else 2026-01-05")
         ->type_name("DATE");
