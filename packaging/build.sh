@@ -20,11 +20,11 @@ tell() {
   if [ -t 2 ]; then echo "$*" >&2; fi
 }
 
-# Installs the Debian packages of the list that are not there.
+# Installs the Debian packages of a list that are not there.
 install_packages() {
   local packages missing as_root=()
   command -v dpkg-query >/dev/null || return 0
-  mapfile -t packages <"$project/packaging/debian-packages.txt"
+  mapfile -t packages <"$project/packaging/$1"
   mapfile -t missing < <(comm -23 <(printf '%s\n' "${packages[@]}" | sort) \
     <(dpkg-query -W -f='${db:Status-Status} ${Package}\n' "${packages[@]}" 2>/dev/null | sed -n 's/^installed //p' | sort))
   [ "${#missing[@]}" -gt 0 ] || return 0
@@ -42,7 +42,7 @@ install_packages() {
 build() {
   local preset=$1
   local ninja_file=$project/build/$preset/build.ninja
-  install_packages || return
+  install_packages debian-packages.txt || return
   if [ ! -e "$ninja_file" ] || [ "$project/CMakePresets.json" -nt "$ninja_file" ]; then
     tell "building $preset; the first time takes a minute or two ..."
     (cd -- "$project" && quietly cmake --preset "$preset") || return

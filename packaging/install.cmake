@@ -39,3 +39,29 @@ foreach(file IN LISTS bundled)
 endforeach()
 file(WRITE ${copyright} "${text}")
 install(FILES ${copyright} DESTINATION ${docs})
+
+# The package for Debian
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME standby)
+set(CPACK_PACKAGE_CONTACT "The maintainers of Phone standby <maintainers@phone-standby.invalid>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "replays recorded nights of a phone and tells what its standby policy did")
+set(CPACK_PACKAGE_DESCRIPTION
+"Plays recorded nights of a phone through the standby service and its plugin,
+in virtual time: the sleep of the user, radios, firewall, freezing, timers and
+cleaning, and why each of them came about. As a timeline, as a page for the
+browser, as a full record for programs; a night can be held against another
+build of the plugin or another configuration, and a simulated phone be moved
+by hand.")
+set(CPACK_PACKAGE_DIRECTORY ${CMAKE_BINARY_DIR}/package)
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
+  OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+set(CPACK_PRE_BUILD_SCRIPTS ${CMAKE_CURRENT_SOURCE_DIR}/packaging/debian.cmake)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
+set(CPACK_DEBIAN_PACKAGE_SECTION utils)
+set(CPACK_DEBIAN_PACKAGE_DEPENDS tzdata)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
+include(CPack)
