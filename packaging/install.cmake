@@ -3,6 +3,7 @@
 install(TARGETS standby RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(TARGETS standby_platform standby_service phone_standby LIBRARY DESTINATION ${STANDBY_LIBRARY_FOLDER})
 install(DIRECTORY traces DESTINATION ${CMAKE_INSTALL_DATADIR}/standby FILES_MATCHING PATTERN *.jsonl PATTERN README.md)
+install(DIRECTORY packaging/cluster DESTINATION ${CMAKE_INSTALL_DATADIR}/standby USE_SOURCE_PERMISSIONS)
 
 # Man pages and completion. A sanitized program is not installed.
 if(NOT STANDBY_SANITIZE)
