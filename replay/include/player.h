@@ -22,10 +22,13 @@ struct PlayOptions {
     std::string pluginPath;
     /// Called now and then with how much of the trace's time is over, 0 to 1.
     std::function<void(double)> progress;
+    /// The folder below which the phone's files are and stay; empty: in memory.
+    std::string filesFolder = {};
 };
 
 /// Plays a trace through host and plugin on a simulated phone in virtual time; the same trace tells the sink
-/// the same every time. One run at a time in a process. Throws RunError when the plugin does not load.
+/// the same every time. One run at a time in a process. Throws RunError when the plugin does not load, or the
+/// phone's files cannot be written below their folder.
 void Play(const Trace& trace, const PlayOptions& options, RecordSink& sink);
 
 /// The run that Play is busy with.

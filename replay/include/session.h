@@ -22,14 +22,16 @@ namespace TARN::Replay {
 class Session {
 public:
     /// Installs the phone as the trace's header tells, loads the plugin and starts the service at trace.start. The
-    /// trace's steps are not played and the trace is not kept; the sink outlives the session. Throws RunError when the
-    /// plugin does not load.
-    Session(const Trace& trace, std::string pluginPath, RecordSink& sink);
+    /// trace's steps are not played and the trace is not kept; the sink outlives the session. The phone's files are
+    /// below `filesFolder`, those that are there already among them; empty: in memory, none to begin with. Throws
+    /// RunError when the plugin does not load, or there is no such folder.
+    Session(const Trace& trace, std::string pluginPath, RecordSink& sink, const std::string& filesFolder = "");
     ~Session();
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
-    /// Runs what is due before `t`, and only that; then it is `t`.
+    /// Runs what is due before `t`, and only that; then it is `t`. This and what follows throws RunError when the
+    /// phone's files could not be written below their folder.
     void AdvanceTo(int64_t t);
 
     /// Runs what is due up to and including `t`.
@@ -49,6 +51,7 @@ private:
     struct Parts;
 
     void LoadAndInit();
+    void CheckFiles() const;
     void Apply(const SetStep& step);
     void Apply(const MessageStep& step);
     void Apply(const BroadcastStep& step);

@@ -61,7 +61,7 @@ void AdvanceTo(Session& session, int64_t t, const Trace& trace, const PlayOption
 
 void Play(const Trace& trace, const PlayOptions& options, RecordSink& sink) {
     const Now now(trace);
-    Session session(trace, options.pluginPath, sink);
+    Session session(trace, options.pluginPath, sink, options.filesFolder);
     now.Runs(session);
     for (const Step& step : trace.steps) {
         AdvanceTo(session, step.t, trace, options);

@@ -1,11 +1,14 @@
 #include "session.h"
 
+#include <atomic>
+#include <filesystem>
 #include <memory>
 #include <set>
 #include <utility>
 
 #include "condition_watch.h"
 #include "device_state_cache.h"
+#include "folder_files.h"
 #include "player.h"
 #include "simulated_phone.h"
 #include "standby_service_impl.h"
@@ -52,10 +55,38 @@ private:
     Summary summary_;
 };
 
+/// Files below a folder of the machine, which are there after the run as well. A folder that takes no more is the
+/// machine's trouble and not the phone's.
+class KeptFiles : public FileUtil::FolderFiles {
+public:
+    explicit KeptFiles(const std::string& folder) : FolderFiles(folder), folder_(folder) {
+        if (!std::filesystem::is_directory(folder)) {
+            throw RunError(folder + ": no folder to keep the phone's files in");
+        }
+    }
+
+    [[nodiscard]] bool Replace(const std::string& path, const std::string& content) override {
+        const bool isReplaced = FolderFiles::Replace(path, content);
+        isFull_ = isFull_ || !isReplaced;
+        return isReplaced;
+    }
+
+    void CheckWritten() const {
+        if (isFull_) {
+            throw RunError("the phone's files cannot be written below " + folder_);
+        }
+    }
+
+private:
+    std::string folder_;
+    std::atomic<bool> isFull_ = false;
+};
+
 /// A phone that is the process's device for as long as it lives.
 class InstalledPhone {
 public:
-    InstalledPhone(const Trace& trace, Recorder& recorder) : phone_(trace.start, trace.bootNs, recorder) {
+    InstalledPhone(const Trace& trace, Recorder& recorder, FileUtil::FileService* files)
+        : phone_(trace.start, trace.bootNs, recorder, files) {
         recorder.Watch(phone_.Clock());
         Device::Install(&phone_);
     }
@@ -77,17 +108,21 @@ private:
 }  // namespace
 
 struct Session::Parts {
-    Parts(const Trace& trace, RecordSink& sink) : recorder(sink), installed(trace, recorder) {}
+    Parts(const Trace& trace, RecordSink& sink, const std::string& filesFolder)
+        : recorder(sink),
+          files(filesFolder.empty() ? nullptr : std::make_unique<KeptFiles>(filesFolder)),
+          installed(trace, recorder, files.get()) {}
 
     Recorder recorder;
+    std::unique_ptr<KeptFiles> files;
     InstalledPhone installed;
     std::shared_ptr<StandbyServiceImpl> service;
 };
 
-Session::Session(const Trace& trace, std::string pluginPath, RecordSink& sink)
+Session::Session(const Trace& trace, std::string pluginPath, RecordSink& sink, const std::string& filesFolder)
     : start_(trace.start), pluginPath_(std::move(pluginPath)), sink_(sink) {
     trace.timezone.Use();
-    parts_ = std::make_unique<Parts>(trace, sink);
+    parts_ = std::make_unique<Parts>(trace, sink, filesFolder);
     Phone().Apply(trace.device.phone);
     parts_->service = StandbyServiceImpl::Create(trace.host);
     Service().ObserveDelivery([this](const auto& message) { parts_->recorder.OnDeliver(message); });
@@ -123,10 +158,18 @@ void Session::LoadAndInit() {
 
 void Session::AdvanceTo(int64_t t) {
     Phone().Clock().RunBefore(t);
+    CheckFiles();
 }
 
 void Session::RunThrough(int64_t t) {
     Phone().Clock().RunThrough(t);
+    CheckFiles();
+}
+
+void Session::CheckFiles() const {
+    if (parts_->files != nullptr) {
+        parts_->files->CheckWritten();
+    }
 }
 
 void Session::Do(const Step& step) {
@@ -140,6 +183,7 @@ void Session::Finish(int64_t end) {
     RunThrough(end);
     Service().UnInit();
     Service().UnloadPlugin();
+    CheckFiles();
     Summary summary = parts_->recorder.Total();
     summary.virtualMs = end - start_;
     sink_.OnEnd(end, summary);

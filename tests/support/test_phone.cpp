@@ -6,7 +6,7 @@ namespace TARN::Tests {
 
 using DevStandbyMgr::StandbyServiceImpl;
 
-TestPhone::TestPhone(int64_t startMs) : phone_(startMs, kBootNs, *this) {
+TestPhone::TestPhone(int64_t startMs, FileUtil::FileService* files) : phone_(startMs, kBootNs, *this, files) {
     Device::Install(&phone_);
 }
 

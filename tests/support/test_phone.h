@@ -17,7 +17,7 @@ public:
     static constexpr int64_t kStartMs = 1'772'400'000'000;
     static constexpr int64_t kBootNs = 60'000'000'000;
 
-    explicit TestPhone(int64_t startMs = kStartMs);
+    explicit TestPhone(int64_t startMs = kStartMs, FileUtil::FileService* files = nullptr);
     ~TestPhone() override;
 
     Simulated::SimulatedPhone* operator->() { return &phone_; }

@@ -3,11 +3,14 @@
 
 #include <nlohmann/json.hpp>
 
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <stdexcept>
 
 #include "file_util.h"
+#include "folder_files.h"
 #include "json_fields.h"
 #include "json_utils.h"
 #include "preferences_helper.h"
@@ -21,10 +24,28 @@ namespace fs = std::filesystem;
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
+/// A fresh folder that goes with this object.
+class OwnFolder {
+public:
+    OwnFolder() : path_(::testing::TempDir() + "standby-files-XXXXXX") {
+        if (::mkdtemp(path_.data()) == nullptr) {
+            throw std::runtime_error("no folder " + path_);
+        }
+    }
+    ~OwnFolder() { fs::remove_all(path_); }
+    OwnFolder(const OwnFolder&) = delete;
+    OwnFolder& operator=(const OwnFolder&) = delete;
+
+    [[nodiscard]] const std::string& Path() const { return path_; }
+
+private:
+    std::string path_;
+};
+
 /// A phone and the folder of its files.
 class Files : public ::testing::Test {
 protected:
-    [[nodiscard]] fs::path Under(const std::string& path) { return phone->FileRoot() + path; }
+    [[nodiscard]] fs::path Under(const std::string& path) { return folder.Path() + path; }
 
     void Write(const std::string& path, const std::string& text) {
         fs::create_directories(Under(path).parent_path());
@@ -37,7 +58,9 @@ protected:
         return text.str();
     }
 
-    TestPhone phone;
+    OwnFolder folder;
+    FileUtil::FolderFiles files{folder.Path()};
+    TestPhone phone{TestPhone::kStartMs, &files};
 };
 
 TEST_F(Files, AReplacedFileHoldsTheNewContentAndNothingIsLeftBeside) {
@@ -207,7 +230,7 @@ TEST_F(Files, ABadConfigurationFileIsRefusedInOneLine) {
         }
     }
     EXPECT_THROW(DevStandbyMgr::StandbyConfigFile("/nowhere/config.json"), DevStandbyMgr::InputError);
-    EXPECT_THROW(const DevStandbyMgr::StandbyConfigFile file(phone->FileRoot()), DevStandbyMgr::InputError);
+    EXPECT_THROW(const DevStandbyMgr::StandbyConfigFile file(folder.Path()), DevStandbyMgr::InputError);
 }
 
 }  // namespace

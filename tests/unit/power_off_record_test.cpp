@@ -2,13 +2,12 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
+#include <optional>
 #include <thread>
 
 #include "are.h"
 #include "common_event_support.h"
+#include "file_service.h"
 #include "power_off_strategy.h"
 #include "standby_constants.h"
 #include "standby_datashare_helper.h"
@@ -43,13 +42,15 @@ protected:
         PowerOffStrategy::SetPowerOffState(false);
     }
 
-    std::string Path() { return phone->FileRoot() + Simulated::kServiceFolder + "/" + kName; }
+    /// The record's text; nothing when there is none.
+    std::optional<std::string> Text() {
+        std::string text;
+        return phone->Files().Load(std::string(Simulated::kServiceFolder) + "/" + kName, text) ? std::optional(text)
+                                                                                               : std::nullopt;
+    }
 
     /// What the record holds, as JSON without spaces.
-    std::string Saved() {
-        std::ifstream file(Path());
-        return nlohmann::json::parse(file).dump();
-    }
+    std::string Saved() { return nlohmann::json::parse(Text().value_or("")).dump(); }
 
     static void Hear(PowerOffStrategy& strategy, std::string_view action) {
         strategy.HandleEvent(StandbyMessage(StandbyMessageType::COMMON_EVENT, std::string(action)));
@@ -129,28 +130,24 @@ TEST_F(PowerOffRecord, ThatCannotBeReadIsAFailureAndStaysAsItIs) {
         EXPECT_THAT(phone.TakeCalls(), IsEmpty()) << what;
     };
     expectFailure("no file");
-    EXPECT_FALSE(std::filesystem::exists(Path()));
+    EXPECT_EQ(Text(), std::nullopt);
     for (const char* text : {"", "garbage", R"({"wifi_off": 2)", R"({"wifi_off": 2} {})", "\xff"}) {
         phone->WriteFile(kName, text);
         expectFailure(text);
-        std::stringstream left;
-        left << std::ifstream(Path()).rdbuf();
-        EXPECT_EQ(left.str(), text) << "it is not written over";
+        EXPECT_EQ(Text(), text) << "it is not written over";
     }
     phone->WriteFile(kName, R"({"wifi_off": 2})");
     phone.Fail("JsonUtils.LoadJsonValueFromFile");
     expectFailure("the reading fails");
     phone.Heal("JsonUtils.LoadJsonValueFromFile");
-    std::filesystem::remove(Path());
-    std::filesystem::create_directories(Path());
-    expectFailure("a folder in its place");
+    phone.Fail("JsonUtils.DumpJsonValueToFile");
     PowerOffStrategy::SetPowerOffState(false);
     phone.TakeLogs();
     PowerOffStrategy strategy;
     EXPECT_EQ(strategy.StartPowerOffStatus(), 0);
     EXPECT_THAT(phone.TakeLogs(), Contains("error dump power off record failed"));
     EXPECT_TRUE(PowerOffStrategy::GetPowerOffState());
-    std::filesystem::remove(Path());
+    phone.Heal("JsonUtils.DumpJsonValueToFile");
     phone->WriteFile(kName, "{}");
     EXPECT_EQ(strategy.StopPowerOffStatus(), 0) << "a later stop makes up for it";
 }

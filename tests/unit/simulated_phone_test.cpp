@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <list>
 
 #include "ability_manager_client.h"
@@ -13,6 +12,7 @@
 #include "common_event_manager.h"
 #include "core_service_client.h"
 #include "datashare_helper.h"
+#include "file_service.h"
 #include "movement_client.h"
 #include "net_policy_client.h"
 #include "os_account_manager.h"
@@ -299,20 +299,25 @@ TEST(SimulatedPhone, TellsMovementInBootNanoseconds) {
     EXPECT_EQ(phone->Time().GetBootTimeNs(), TestPhone::kBootNs + 250'000'000);
 }
 
-TEST(SimulatedPhone, TakesItsFilesWithIt) {
-    std::string folder;
+TEST(SimulatedPhone, ItsFilesAreItsOwn) {
+    const std::string path = std::string(kServiceFolder) + "/power_off_record";
+    std::string text = "untouched";
+    TestPhone phone;
+    EXPECT_FALSE(phone->Files().Load(path, text));
+    EXPECT_EQ(text, "untouched");
+    phone->WriteFile("power_off_record", "{}");
+    EXPECT_TRUE(phone->Files().Exists(path));
+    EXPECT_TRUE(phone->Files().Load(path, text));
+    EXPECT_EQ(text, "{}");
+    EXPECT_TRUE(phone->Files().Replace(path, "{1}"));
+    EXPECT_TRUE(phone->Files().Load(path, text));
+    EXPECT_EQ(text, "{1}");
     {
-        TestPhone phone;
-        folder = phone->FileRoot();
-        phone->WriteFile("power_off_record", "{}");
-        EXPECT_TRUE(std::filesystem::exists(folder + kServiceFolder + "/power_off_record"));
-        phone->WriteFile("power_off_record", std::nullopt);
-        EXPECT_FALSE(std::filesystem::exists(folder + kServiceFolder + "/power_off_record"));
-        phone->WriteFile("sleep_shared_pref.xml", "x");
         TestPhone other;
-        EXPECT_NE(other->FileRoot(), folder);
+        EXPECT_FALSE(other->Files().Exists(path));
     }
-    EXPECT_FALSE(std::filesystem::exists(folder));
+    phone->WriteFile("power_off_record", std::nullopt);
+    EXPECT_FALSE(phone->Files().Exists(path));
 }
 
 }  // namespace

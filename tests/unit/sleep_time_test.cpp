@@ -1,10 +1,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <sstream>
 
 #include "are.h"
+#include "file_service.h"
 #include "sleep_shared_pref.h"
 #include "test_phone.h"
 #include "time_provider_ext.h"
@@ -78,10 +78,11 @@ TEST_F(SleepPreferences, AFlagIsInTheFileAndNowhereElse) {
                 Are({"info Get Bool Settings: 0", "info Get Bool Settings: 1", "info Get Bool Settings: 1",
                      "info Get Bool Settings: 0", "info Get Bool Settings: 0"}));
 
-    ASSERT_TRUE(std::filesystem::remove(phone->FileRoot() + kPath)) << "written before anybody asks again";
+    ASSERT_TRUE(phone->Files().Exists(kPath)) << "written before anybody asks again";
+    phone->Files().Remove(kPath);
     EXPECT_TRUE(Get(true)) << "what was read before is not kept";
     Put(false);
-    ASSERT_TRUE(std::filesystem::remove(phone->FileRoot() + kPath));
+    phone->Files().Remove(kPath);
     EXPECT_TRUE(Get(true)) << "nor what was written";
 }
 

@@ -20,13 +20,13 @@ struct PhonePorts;
 /// A phone in memory under virtual time: every platform service answers from facts, every operation is
 /// shown to the observer, and any of them can be made to fail.
 ///
-/// Its two service files live in a private folder that is removed with the phone. Everything except the
-/// posting of work belongs on the thread that runs the virtual time.
+/// Everything except the posting of work belongs on the thread that runs the virtual time.
 class SimulatedPhone : public Device {
 public:
-    /// `startMs` is the wall clock and `bootNs` the boot clock at the beginning. The observer outlives the
-    /// phone. Throws std::runtime_error when the private folder or the settings database cannot be made.
-    SimulatedPhone(int64_t startMs, int64_t bootNs, PhoneObserver& observer);
+    /// `startMs` is the wall clock and `bootNs` the boot clock at the beginning. The observer and `files` outlive the
+    /// phone; without `files` they are in memory and go with it. Throws std::runtime_error when the settings database
+    /// cannot be made.
+    SimulatedPhone(int64_t startMs, int64_t bootNs, PhoneObserver& observer, FileUtil::FileService* files = nullptr);
     ~SimulatedPhone() override;
     SimulatedPhone(const SimulatedPhone&) = delete;
     SimulatedPhone& operator=(const SimulatedPhone&) = delete;
@@ -40,12 +40,11 @@ public:
     /// Another party publishes a system broadcast.
     void Broadcast(AAFwk::Want want);
 
-    /// Writes one of the service's files behind its back, or removes it.
+    /// Writes one of the service's files behind its back, or removes it. Throws std::runtime_error when it cannot.
     void WriteFile(const std::string& name, const std::optional<std::string>& text);
 
     void DropPending() override;
 
-    [[nodiscard]] const std::string& FileRoot() const noexcept override;
     [[nodiscard]] int32_t Fault(std::string_view operation) const noexcept override;
     [[nodiscard]] std::shared_ptr<AppExecFwk::EventHandler> CreateEventHandler() override;
     AccountSA::OsAccountManager& Accounts() override;
@@ -58,6 +57,7 @@ public:
     BrokerRegistration& Brokers() override;
     EventFwk::CommonEventService& CommonEvents() override;
     DataShare::DataShareService& Settings() override;
+    FileUtil::FileService& Files() override;
     LogService& Log() override;
     Telephony::CoreServiceClient& Modem() override;
     Msdp::MovementClient& Movement() override;
@@ -76,7 +76,7 @@ private:
     std::unique_ptr<PhonePorts> ports_;
 };
 
-/// The folder of the service's files, below a phone's file root.
+/// The folder of the service's files.
 inline constexpr char kServiceFolder[] = "/data/service/el1/public/device_standby";
 
 }  // namespace TARN::Simulated

@@ -1,6 +1,5 @@
 #include "preferences_ports.h"
 
-#include <filesystem>
 #include <sstream>
 #include <string_view>
 #include <utility>
@@ -8,7 +7,7 @@
 #include <pugixml.hpp>
 
 #include "device.h"
-#include "file_util.h"
+#include "file_service.h"
 
 namespace TARN::Simulated {
 
@@ -60,7 +59,7 @@ public:
         }
         std::ostringstream text;
         document_.save(text, "  ");
-        return FileUtil::ReplaceFile(path_, text.str()) ? 0 : kCannotWrite;
+        return Device::Current().Files().Replace(path_, text.str()) ? 0 : kCannotWrite;
     }
 
 private:
@@ -83,8 +82,8 @@ std::shared_ptr<NativePreferences::Preferences> PreferencesFiles::Open(const std
     auto& cached = cache_[path];
     if (cached == nullptr) {
         std::string text;
-        std::error_code ignored;
-        if (!FileUtil::LoadFile(path, text) && std::filesystem::exists(Device::Current().FileRoot() + path, ignored)) {
+        FileUtil::FileService& files = Device::Current().Files();
+        if (!files.Load(path, text) && files.Exists(path)) {
             errCode = kCannotOpen;
             cache_.erase(path);
             return nullptr;

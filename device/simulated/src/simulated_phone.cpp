@@ -1,14 +1,12 @@
 #include "simulated_phone.h"
 
-#include <filesystem>
-#include <fstream>
 #include <stdexcept>
 #include <utility>
 
 #include "common_event_support.h"
 #include "event_ports.h"
+#include "memory_files.h"
 #include "preferences_ports.h"
-#include "private_folder.h"
 #include "process_ports.h"
 #include "sensor_ports.h"
 #include "settings_ports.h"
@@ -21,10 +19,12 @@ using EventFwk::CommonEventSupport;
 
 /// Everything a phone is made of; the core first, since the others lean on it.
 struct PhonePorts {
-    PhonePorts(int64_t startMs, int64_t bootNs, PhoneObserver& observer) : core(startMs, bootNs, observer) {}
+    PhonePorts(int64_t startMs, int64_t bootNs, PhoneObserver& observer, FileUtil::FileService* keptFiles)
+        : core(startMs, bootNs, observer), files(keptFiles == nullptr ? memoryFiles : *keptFiles) {}
 
     PhoneCore core;
-    PrivateFolder folder;
+    MemoryFiles memoryFiles;
+    FileUtil::FileService& files;
     Accounts accounts{core};
     BackgroundTasks backgroundTasks{core};
     Battery battery{core};
@@ -71,8 +71,8 @@ bool ApplyFact(T& fact, const std::optional<T>& change) {
 
 }  // namespace
 
-SimulatedPhone::SimulatedPhone(int64_t startMs, int64_t bootNs, PhoneObserver& observer)
-    : ports_(std::make_unique<PhonePorts>(startMs, bootNs, observer)) {}
+SimulatedPhone::SimulatedPhone(int64_t startMs, int64_t bootNs, PhoneObserver& observer, FileUtil::FileService* files)
+    : ports_(std::make_unique<PhonePorts>(startMs, bootNs, observer, files)) {}
 
 SimulatedPhone::~SimulatedPhone() {
     DropPending();
@@ -126,15 +126,9 @@ void SimulatedPhone::Broadcast(AAFwk::Want want) {
 }
 
 void SimulatedPhone::WriteFile(const std::string& name, const std::optional<std::string>& text) {
-    const std::filesystem::path folder = FileRoot() + kServiceFolder;
-    std::filesystem::create_directories(folder);
-    if (!text) {
-        std::filesystem::remove_all(folder / name);
-        return;
-    }
-    std::ofstream file(folder / name, std::ios::binary | std::ios::trunc);
-    if (!(file << *text).flush()) {
-        throw std::runtime_error("cannot write " + (folder / name).string());
+    const std::string path = std::string(kServiceFolder) + "/" + name;
+    if (!(text ? Files().Replace(path, *text) : Files().Remove(path))) {
+        throw std::runtime_error("cannot write " + path);
     }
 }
 
@@ -148,10 +142,6 @@ void SimulatedPhone::DropPending() {
     ports_->netPolicy.ObserveDeviceIdlePolicy(nullptr);
     ports_->processes.ObserveStates(nullptr);
     ports_->backgroundTasks.DropObserver();
-}
-
-const std::string& SimulatedPhone::FileRoot() const noexcept {
-    return ports_->folder.Path();
 }
 
 int32_t SimulatedPhone::Fault(std::string_view operation) const noexcept {
@@ -200,6 +190,10 @@ EventFwk::CommonEventService& SimulatedPhone::CommonEvents() {
 
 DataShare::DataShareService& SimulatedPhone::Settings() {
     return ports_->settings;
+}
+
+FileUtil::FileService& SimulatedPhone::Files() {
+    return ports_->files;
 }
 
 LogService& SimulatedPhone::Log() {

@@ -29,6 +29,9 @@ class DataShareService;
 namespace EventFwk {
 class CommonEventService;
 }
+namespace FileUtil {
+class FileService;
+}
 namespace MiscServices {
 class TimeServiceClient;
 }
@@ -84,9 +87,6 @@ public:
     /// The installed device; having none is a programming error and aborts.
     [[nodiscard]] static Device& Current() noexcept;
 
-    /// The folder that stands for `/` in the paths of the service's own files: empty on a phone.
-    [[nodiscard]] virtual const std::string& FileRoot() const noexcept = 0;
-
     /// The non-zero code with which `operation` ("Class.Method") is being made to fail, else 0.
     /// A rehearsal device injects faults this way; a real one has none.
     [[nodiscard]] virtual int32_t Fault(std::string_view operation) const noexcept;
@@ -110,6 +110,7 @@ public:
     virtual BrokerRegistration& Brokers() = 0;
     virtual EventFwk::CommonEventService& CommonEvents() = 0;
     virtual DataShare::DataShareService& Settings() = 0;
+    virtual FileUtil::FileService& Files() = 0;
     virtual LogService& Log() = 0;
     virtual Telephony::CoreServiceClient& Modem() = 0;
     virtual Msdp::MovementClient& Movement() = 0;
