@@ -99,7 +99,7 @@ answers(1 "^$" "${noPlugin}" replay good.jsonl many --plugin ${WORK}/absent.so)
 file(WRITE ${WORK}/sooner.json "{\"policy\": {\"nap_after_s\": 60}}")
 file(WRITE ${WORK}/evening.jsonl "{\"trace\": 1, \"start\": \"2026-03-01T21:00:00\", \"end\": \"2026-03-02T02:00:00\"}\n"
   "{\"t\": \"2026-03-01T22:00:00\", \"broadcast\": {\"action\": \"COMMON_EVENT_SCREEN_OFF\"}}\n")
-answers(0 "^  A  the trace's own configuration\n  B  sooner.json\n\n2 nights, 1 different\n.*\nMost changed:\n  evening.jsonl: [^\n]*\n$" "^$"
+answers(0 "^  A  the traces' own configuration\n  B  sooner.json\n\n2 nights, 1 different\n.*\nMost changed:\n  evening.jsonl: [^\n]*\n$" "^$"
   compare evening.jsonl good.jsonl --config sooner.json)
 answers(2 "\n1 night, 1 different\n" "${badTrace}" compare evening.jsonl bad.jsonl --config sooner.json --config empty.json)
 answers(0 "^trace,start,apart,a_asleep_s,[^\n]*\nevening.jsonl,2026-03-01T21:00:00[+]00:00,2026-03-01T22:01:00[+]00:00,[^\n]*\n$" "^$"

@@ -137,7 +137,7 @@ TEST(RecordReader, RefusesWhatIsNoWholeRecord) {
              Case{R"({"t":5,"call":)" + std::string(100, '[') + std::string(100, ']') + "}\n",
                   "a:1: not a line of a record"},
              Case{call + "\n" + R"({"t":4,"call":{}})" + "\n", "a:2: t: 4 goes back; expected a time from 5"},
-             Case{std::string(20'000'000, ' '), "a:1: a line without an end"},
+             Case{std::string(20'000'000, ' '), "a:1: a line of more than 16 megabytes"},
          }) {
         try {
             Compare(one.text, Record("5 a"));

@@ -11,12 +11,14 @@
 #include "import.h"
 #include "json_fields.h"
 #include "log_time.h"
+#include "plain_text.h"
 #include "translation.h"
 
 namespace TARN::Authoring {
 
 namespace {
 
+using DevStandbyMgr::InputError;
 using DevStandbyMgr::Quote;
 using DevStandbyMgr::Refuse;
 
@@ -134,16 +136,12 @@ private:
 
     bool ReadLine() {
         ++number_;
-        line_.clear();
-        std::streambuf& input = *source_.input.rdbuf();
-        int c = input.sbumpc();
-        for (; c != std::char_traits<char>::eof() && c != '\n'; c = input.sbumpc()) {
-            line_ += static_cast<char>(c);
-            if (line_.size() > kMostBytes) {
-                Refuse(Where(), "a line of more than a megabyte", "a history of Android's battery statistics");
-            }
+        try {
+            return DevStandbyMgr::ReadLine(source_.input, line_, "a history of Android's battery statistics",
+                                           kMostBytes);
+        } catch (const InputError& error) {
+            throw InputError(Where() + ": " + error.what());
         }
-        return c == '\n' || !line_.empty();
     }
 
     /// Before the history and after it there may be anything.

@@ -54,9 +54,10 @@ constexpr int kTrouble = 2;
 class ScratchFile {
 public:
     ScratchFile() {
-        std::string name = std::filesystem::temp_directory_path() / "standby-XXXXXX";
-        const int opened = ::mkstemp(name.data());
-        if (opened >= 0) {
+        std::error_code error;
+        std::string name = std::filesystem::temp_directory_path(error) / "standby-XXXXXX";
+        errno = error.value();
+        if (const int opened = error ? -1 : ::mkstemp(name.data()); opened >= 0) {
             stream_.open(name, std::ios::in | std::ios::out | std::ios::binary);
             ::unlink(name.c_str());
             ::close(opened);
@@ -198,7 +199,7 @@ Sources Open(const SideNames& names) {
         sources.areRecords.push_back(IsRecord(input));
         if (!sources.areRecords.back()) {
             played.traces.push_back(name);
-            traces.push_back(Replay::ReadTrace(input.Stream(), input.Name()));
+            traces.push_back(ReadInput(input));
         }
     }
     if (!traces.empty()) {
@@ -269,7 +270,7 @@ int RunDiff(const DiffOptions& options, OutputFile& output) {
         return Compare(options, progress, output);
     } catch (const std::exception& error) {
         progress.Erase();
-        Complain(error.what());
+        Complain(FailureOf(error).text);
         return kTrouble;
     }
 }

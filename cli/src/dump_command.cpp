@@ -29,7 +29,18 @@ struct DumpOptions {
 };
 
 constexpr char kDumpFooter[] =
-    "A word that begins with a dash goes behind two dashes:\n"
+    "Words:\n"
+    "  DUMP_DETAIL_INFO DUMP_STRATGY_DETAIL  every detail of host and strategies; also without words\n"
+    "  step, force-idle [light|deep], unforce\n"
+    "                                        move an automatic host by hand\n"
+    "  . DUMP_POWEROFF_STRATEGY              switch Bluetooth off without asking whether that may be\n"
+    "  . --ctrlnetwork, . --restorectrlnetwork\n"
+    "                                        tell listeners that the network is limited, or no longer\n"
+    "  DUMP_SIMULATE_SENSOR DUMP_STRATGY_DETAIL -ST ...\n"
+    "    --CollectSleepData predict          take a reading of the sleep detector's sensors and decide by it\n"
+    "    --SendMessage start|stop            say that the user fell asleep, or woke\n"
+    "    --SetMode 1|0                       take no readings any more, or again\n"
+    "A dot is any word. A word that begins with a dash goes behind two dashes:\n"
     "  standby dump night.jsonl -- DUMP_SIMULATE_SENSOR DUMP_STRATGY_DETAIL -ST --SetMode 1\n";
 
 /// Throws when one of the words is rather another trace.

@@ -8,12 +8,14 @@
 #include "import.h"
 #include "inputs.h"
 #include "json_fields.h"
+#include "plain_text.h"
 #include "result_file.h"
 
 namespace TARN::Cli {
 
 namespace {
 
+using DevStandbyMgr::InputError;
 using DevStandbyMgr::Refuse;
 
 enum class LogKind : uint8_t { CSV, BATTERY_HISTORY };
@@ -42,15 +44,11 @@ constexpr char kImportFooter[] =
 std::string ReadMapping(const std::string& name) {
     constexpr size_t kMostBytes = size_t{1024} * 1024;
     Input input(name, "a mapping");
-    std::string text;
-    for (std::streambuf& source = *input.Stream().rdbuf(); text.size() <= kMostBytes;) {
-        const int c = source.sbumpc();
-        if (c == std::char_traits<char>::eof()) {
-            return text;
-        }
-        text += static_cast<char>(c);
+    try {
+        return DevStandbyMgr::ReadWhole(input.Stream(), "a mapping", kMostBytes);
+    } catch (const InputError& error) {
+        throw InputError(input.Name() + ": " + error.what());
     }
-    Refuse(name, "more than a megabyte", "a mapping");
 }
 
 Authoring::Imported Import(const ImportOptions& options, std::ostream& stream) {

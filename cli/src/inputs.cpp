@@ -10,6 +10,7 @@
 #include <system_error>
 
 #include "json_fields.h"
+#include "output_file.h"
 #include "standby_config.h"
 
 namespace TARN::Cli {
@@ -28,6 +29,7 @@ constexpr size_t kMostLookedAt = size_t{1024} * 1024;
 Input::Input(const std::string& name, const std::string& expected) : name_(name), stream_(this) {
     if (name == kStandardInput) {
         name_ = "standard input";
+        RequireStandardInput();
         file_.reset(::gzdopen(::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0), "rb"));
     } else {
         if (std::error_code error; std::filesystem::is_directory(name, error)) {
@@ -89,8 +91,12 @@ std::string_view Input::FirstLine() {
 
 Replay::Trace ReadInput(const std::string& name) {
     Input input(name, "a trace");
+    return ReadInput(input);
+}
+
+Replay::Trace ReadInput(Input& input, Replay::TraceLines* lines) {
     try {
-        Replay::Trace trace = Replay::ReadTrace(input.Stream(), input.Name());
+        Replay::Trace trace = Replay::ReadTrace(input.Stream(), input.Name(), lines);
         input.Check();
         return trace;
     } catch (const InputError&) {

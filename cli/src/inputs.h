@@ -49,6 +49,9 @@ private:
     std::istream stream_;
 };
 
+/// Reads the trace that an input is, and its lines if they are asked for. Throws InputError.
+[[nodiscard]] Replay::Trace ReadInput(Input& input, Replay::TraceLines* lines = nullptr);
+
 /// Reads one trace, "-" being standard input. Throws InputError.
 [[nodiscard]] Replay::Trace ReadInput(const std::string& name);
 

@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "exit_status.h"
+#include "json_fields.h"
 
 namespace TARN::Cli {
 
@@ -20,9 +21,15 @@ constexpr size_t kPieceBytes = size_t{256} * 1024;
 void KeepStandardStreams() {
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
         if (::fcntl(stream, F_GETFD) == -1) {
-            // The lowest free number is this one. Read-only makes a write to it fail, as it should.
-            [[maybe_unused]] const int taken = ::open("/dev/null", stream == STDERR_FILENO ? O_WRONLY : O_RDONLY);
+            // The lowest free number is this one. Input that cannot be read and output that cannot be written stay so.
+            [[maybe_unused]] const int taken = ::open("/dev/null", stream == STDOUT_FILENO ? O_RDONLY : O_WRONLY);
         }
+    }
+}
+
+void RequireStandardInput() {
+    if ((::fcntl(STDIN_FILENO, F_GETFL) & O_ACCMODE) == O_WRONLY) {
+        throw DevStandbyMgr::InputError("standard input is closed; expected something to read there");
     }
 }
 

@@ -9,8 +9,11 @@
 namespace TARN::Cli {
 
 /// Opens what the caller closed of the three standard streams, so that no file of ours takes its number. A
-/// standard output that was closed stays one that refuses every byte.
+/// standard output that was closed stays one that refuses every byte, and a standard input one that cannot be read.
 void KeepStandardStreams();
+
+/// Throws InputError when standard input was closed.
+void RequireStandardInput();
 
 /// Standard output, written in large pieces and checked. Nothing leaves before a piece is full or Finish.
 class OutputFile : private std::streambuf {

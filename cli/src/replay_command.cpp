@@ -11,6 +11,7 @@
 #include "color.h"
 #include "exit_status.h"
 #include "inputs.h"
+#include "json_fields.h"
 #include "jsonl_writer.h"
 #include "night_reader.h"
 #include "night_row.h"
@@ -35,7 +36,8 @@ enum class Format : uint8_t { TEXT, JSONL, SUMMARY, CSV };
 constexpr std::array kFormats = {Word<Format>{"text", Format::TEXT}, Word<Format>{"jsonl", Format::JSONL},
                                  Word<Format>{"summary", Format::SUMMARY}, Word<Format>{"csv", Format::CSV}};
 constexpr std::array kLevels = {Word<LogLevel>{"debug", LogLevel::DEBUG}, Word<LogLevel>{"info", LogLevel::INFO},
-                                Word<LogLevel>{"warn", LogLevel::WARN}, Word<LogLevel>{"error", LogLevel::ERROR}};
+                                Word<LogLevel>{"warn", LogLevel::WARN}, Word<LogLevel>{"warning", LogLevel::WARN},
+                                Word<LogLevel>{"error", LogLevel::ERROR}};
 
 struct ReplayOptions {
     ManyTraces many;
@@ -45,6 +47,7 @@ struct ReplayOptions {
     std::optional<LogLevel> log;  ///< the least level of the plugin's log shown in the timeline
     bool isUnfolded = false;
     std::string report;       ///< the file for the page that shows the night, or two; empty: none is asked for
+    std::string phoneFiles;   ///< the folder for the phone's own files; empty: in memory
     std::string traceEvents;  ///< the file for the one trace's night as trace events; empty: none is asked for
     bool hasReasons = false;  ///< the full record has the host's own reasons too
     bool isNamed = false;     ///< each line of the record says of which trace it is
@@ -61,15 +64,15 @@ constexpr char kReplayFooter[] =
 using Report = std::function<void(double fraction)>;
 using ConfigFile = std::optional<DevStandbyMgr::StandbyConfigFile>;
 
-/// The configuration that is laid over all traces, if there is one.
-ConfigFile ReadConfig(const ReplayOptions& options, SlipWatch& slips) {
-    if (options.Config().empty()) {
+/// A configuration that is laid over traces, if the name is one.
+ConfigFile ReadConfig(const std::string& name, SlipWatch& slips) {
+    if (name.empty()) {
         return std::nullopt;
     }
-    ConfigFile config(options.Config());
+    ConfigFile config(name);
     DevStandbyMgr::StandbyConfig alone;
     config->LayOver(alone);
-    slips.Look(alone, options.Config());
+    slips.Look(alone, name);
     return config;
 }
 
@@ -86,7 +89,7 @@ Replay::Trace ReadLaidOver(const std::string& name, const ConfigFile& config, Sl
 /// Plays one trace and tells it on a stream.
 void PlayOne(const Replay::Trace& trace, const ReplayOptions& options, const Story::TimelineOptions& style,
              std::ostream& output, const Report& progress = nullptr) {
-    const Replay::PlayOptions player{options.names.plugins.front(), progress};
+    const Replay::PlayOptions player{options.names.plugins.front(), progress, options.phoneFiles};
     if (options.format == Format::JSONL) {
         Replay::JsonlWriter writer(output, options.hasReasons, options.isNamed ? trace.name : "");
         Replay::Play(trace, player, writer);
@@ -106,7 +109,7 @@ void PlayOne(const Replay::Trace& trace, const ReplayOptions& options, const Sto
 
 /// Plays one trace and writes its trace events.
 int RunTraceEvents(const ReplayOptions& options, SlipWatch& slips, Progress& progress) {
-    const Replay::Trace trace = ReadLaidOver(options.many.names.front(), ReadConfig(options, slips), slips);
+    const Replay::Trace trace = ReadLaidOver(options.many.names.front(), ReadConfig(options.Config(), slips), slips);
     ResultFile file(options.traceEvents);
     Story::NightReader reader({.leastLog = options.log});
     Replay::Play(trace, {options.names.plugins.front(), [&](double fraction) { progress.Show("playing", fraction); }},
@@ -118,6 +121,9 @@ int RunTraceEvents(const ReplayOptions& options, SlipWatch& slips, Progress& pro
 
 /// Plays one side or both and writes the page that shows them.
 int RunReport(const ReplayOptions& options, SlipWatch& slips, Progress& progress) {
+    for (const std::string& name : options.names.configs) {
+        (void)ReadConfig(name, slips);
+    }
     const std::vector<Side> sides =
         ReadSides({options.many.names, options.names.configs, options.names.plugins}, slips);
     ResultFile file(options.report);
@@ -152,10 +158,13 @@ int RunReplay(ReplayOptions options, OutputFile& output) {
         return RunTraceEvents(options, slips, progress);
     }
     TraceNames names(options.many.names, options.many.list);
+    if (!options.phoneFiles.empty() && names.AreMany()) {
+        throw DevStandbyMgr::InputError("--phone-files takes one trace");
+    }
     const Story::TimelineOptions style{
         .isColored = IsColored(options.color, output), .isUnfolded = options.isUnfolded, .columns = output.Columns()};
     output.BeforeWriting([&progress] { progress.Erase(); });
-    const ConfigFile config = ReadConfig(options, slips);
+    const ConfigFile config = ReadConfig(options.Config(), slips);
     if (options.format == Format::CSV) {
         output.Stream() << Story::CsvHead() << '\n';
     }
@@ -208,6 +217,9 @@ void Check(const ReplayOptions& options) {
     if (isForFile && (options.format != Format::TEXT || options.report.empty() == options.traceEvents.empty())) {
         throw CLI::ValidationError("--report, --trace-events and --format each need a run of their own");
     }
+    if (isForFile && !options.phoneFiles.empty()) {
+        throw CLI::ValidationError("--phone-files does not go with --report or --trace-events");
+    }
     if (!options.traceEvents.empty() && options.many.names.size() > 1) {
         throw CLI::ValidationError("--trace-events takes one trace");
     }
@@ -239,6 +251,10 @@ void AddReplay(CLI::App& app, Action& action) {
         .add_option("--trace-events", options.traceEvents,
                     "Write the night as trace events, for a viewer such as Perfetto's, instead of telling it")
         ->type_name("FILE");
+    command
+        .add_option("--phone-files", options.phoneFiles,
+                    "Keep the phone's own files below this folder instead of in memory, and begin with those in it")
+        ->type_name("DIR");
     command.add_flag("--reasons", options.hasReasons, "With --format jsonl: the host's own reasons too");
     AddStrict(command, options.isStrict);
     AddSideOptions(command, options.names, options.isProgressHidden);

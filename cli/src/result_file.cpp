@@ -3,7 +3,10 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
+#include <climits>
+#include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
@@ -14,6 +17,46 @@
 namespace TARN::Cli {
 
 namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::array kEndings = {SIGINT, SIGTERM, SIGHUP, SIGPIPE};
+
+std::array<struct sigaction, kEndings.size()> before;
+std::array<char, PATH_MAX> unfinished{};  ///< empty: none is being written
+
+void RemoveAndEnd(int signal) {
+    ::unlink(unfinished.data());
+    ::raise(signal);
+}
+
+}  // namespace
+
+UnfinishedFile::UnfinishedFile(const std::string& path) {
+    if (path.size() >= unfinished.size()) {
+        return;  // nor can it be opened
+    }
+    path.copy(unfinished.data(), path.size());
+    unfinished[path.size()] = '\0';
+    struct sigaction action {};
+    action.sa_handler = RemoveAndEnd;
+    action.sa_flags = static_cast<int>(SA_RESETHAND | SA_NODEFER);
+    for (size_t i = 0; i < kEndings.size(); ++i) {
+        ::sigaction(kEndings[i], nullptr, &before[i]);
+        if (before[i].sa_handler == SIG_DFL) {
+            ::sigaction(kEndings[i], &action, nullptr);
+        }
+    }
+}
+
+UnfinishedFile::~UnfinishedFile() {
+    if (unfinished.front() != '\0') {
+        for (size_t i = 0; i < kEndings.size(); ++i) {
+            ::sigaction(kEndings[i], &before[i], nullptr);
+        }
+        unfinished.front() = '\0';
+    }
+}
 
 ResultFile::ResultFile(const std::string& name) : name_(name), target_(name == "-" ? "/dev/stdout" : name) {
     constexpr mode_t kAsAnyFile = 0666;
@@ -28,6 +71,7 @@ ResultFile::ResultFile(const std::string& name) : name_(name), target_(name == "
     errno = 0;
     if (!fs::exists(status) || fs::is_regular_file(status)) {
         std::string beside = target_ + ".part-" + std::to_string(::getpid());
+        unfinished_.emplace(beside);
         const int file = ::open(beside.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, kAsAnyFile);
         if (file < 0) {
             Fail(errno);
@@ -57,6 +101,7 @@ void ResultFile::Finish() {
         Fail(errno);
     }
     beside_.clear();
+    unfinished_.reset();
 }
 
 }  // namespace TARN::Cli

@@ -2,10 +2,20 @@
 #define CLI_RESULT_FILE_H
 
 #include <fstream>
+#include <optional>
 #include <ostream>
 #include <string>
 
 namespace TARN::Cli {
+
+/// The file that is being written goes with the program when a signal ends it. One at a time in a process.
+class UnfinishedFile {
+public:
+    explicit UnfinishedFile(const std::string& path);
+    ~UnfinishedFile();
+    UnfinishedFile(const UnfinishedFile&) = delete;
+    UnfinishedFile& operator=(const UnfinishedFile&) = delete;
+};
 
 /// A file that a run is to leave behind. It takes the place of what is there only when it is whole: until then the
 /// bytes are in a file beside it. A device or a pipe is written to directly; "-" is standard output.
@@ -28,6 +38,7 @@ private:
     std::string name_;    ///< as the user gave it
     std::string target_;  ///< the file itself
     std::string beside_;  ///< where the bytes are meanwhile; empty: in the target, or it is finished
+    std::optional<UnfinishedFile> unfinished_;
     std::ofstream stream_;
 };
 

@@ -17,6 +17,7 @@
 #include "line_editor.h"
 #include "options.h"
 #include "ordinary_phone.h"
+#include "plain_text.h"
 #include "player.h"
 #include "shell.h"
 #include "standby_config.h"
@@ -62,7 +63,7 @@ Start ReadStart(const ShellOptions& options) {
         DevStandbyMgr::Refuse("-", "standard input is where the commands come from", "a trace in a file");
     } else {
         Input input(options.trace, "a trace");
-        start.trace = Replay::ReadTrace(input.Stream(), input.Name(), &start.lines);
+        start.trace = ReadInput(input, &start.lines);
     }
     if (!options.config.empty()) {
         DevStandbyMgr::StandbyConfigFile(options.config).LayOver(start.trace.host);
@@ -122,7 +123,8 @@ int Obey(Shell::Shell& shell, OutputFile& output) {
     int status = kDone;
     std::string line;
     bool goesOn = true;
-    for (size_t number = 1; goesOn && !output.IsBroken() && std::getline(std::cin, line); ++number) {
+    for (size_t number = 1; goesOn && !output.IsBroken() && DevStandbyMgr::ReadLine(std::cin, line, "a command");
+         ++number) {
         try {
             goesOn = shell.Do(line);
         } catch (const InputError& error) {
@@ -140,6 +142,9 @@ int Obey(Shell::Shell& shell, OutputFile& output) {
 int RunShell(const ShellOptions& options, OutputFile& output) {
     const bool isConversation = ::isatty(STDIN_FILENO) == 1 && output.IsTerminal();
     try {
+        if (!isConversation) {
+            RequireStandardInput();
+        }
         const Start start = ReadStart(options);
         Shell::Shell shell(start.trace, start.lines,
                            {.pluginPath = options.plugin,
@@ -148,13 +153,9 @@ int RunShell(const ShellOptions& options, OutputFile& output) {
                             .witness = nullptr},
                            output.Stream());
         return isConversation ? Converse(shell, output) : Obey(shell, output);
-    } catch (const InputError& error) {
-        Complain(error.what());
-        return kInputWrong;
-    } catch (const Replay::RunError& error) {
-        output.Stream().flush();
-        Complain(error.what());
-        return kRunFailed;
+    } catch (const std::exception&) {
+        output.Stream().flush();  // what was said before stands before the complaint
+        throw;
     }
 }
 

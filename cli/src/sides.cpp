@@ -40,7 +40,7 @@ std::string LabelOf(const SideNames& names, size_t side) {
         }
     };
     add(names.traces, "");
-    add(names.configs, "the trace's own configuration");
+    add(names.configs, names.traces.size() == 1 ? "the trace's own configuration" : "the traces' own configuration");
     add(names.plugins, "");
     return !label.empty() ? label : side == 0 ? "first" : "second";
 }

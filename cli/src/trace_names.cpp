@@ -8,6 +8,8 @@
 #include <system_error>
 
 #include "json_fields.h"
+#include "output_file.h"
+#include "plain_text.h"
 
 namespace TARN::Cli {
 
@@ -19,6 +21,8 @@ using DevStandbyMgr::InputError;
 using DevStandbyMgr::Refuse;
 
 constexpr char kStandardInput[] = "-";
+constexpr char kExpectedList[] = "a file with the name of a trace on each line";
+constexpr size_t kLongestName = size_t{1024} * 1024;
 
 bool IsTrace(const fs::directory_entry& entry) {
     std::error_code ignored;
@@ -29,18 +33,19 @@ bool IsTrace(const fs::directory_entry& entry) {
 }  // namespace
 
 TraceNames::TraceNames(const std::vector<std::string>& names, const std::string& list)
-    : named_(names.begin(), names.end()) {
+    : named_(names.begin(), names.end()), listName_(list == kStandardInput ? "standard input" : list) {
     const auto readers = std::count(names.begin(), names.end(), kStandardInput) + (list == kStandardInput ? 1 : 0);
     if (readers > 1) {
         throw InputError("- stands for standard input, which can be read once only");
     }
     if (list == kStandardInput) {
+        RequireStandardInput();
         list_ = &std::cin;
     } else if (!list.empty()) {
         errno = 0;
         file_.open(list);
         if (!file_.is_open()) {
-            Refuse(list, std::strerror(errno), "a file with the name of a trace on each line");
+            Refuse(list, std::strerror(errno), kExpectedList);
         }
         list_ = &file_;
     }
@@ -71,10 +76,15 @@ std::optional<std::string> TraceNames::NextNamed() {
         named_.pop_front();
         return name;
     }
-    while (list_ != nullptr && std::getline(*list_, name)) {
-        if (!name.empty()) {
-            return name;
+    try {
+        while (list_ != nullptr && DevStandbyMgr::ReadLine(*list_, name, kExpectedList, kLongestName)) {
+            if (!name.empty()) {
+                return name;
+            }
         }
+    } catch (const InputError& error) {
+        list_ = nullptr;  // there is nothing behind it
+        throw InputError(listName_ + ": " + error.what());
     }
     return std::nullopt;
 }

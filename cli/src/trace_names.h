@@ -36,6 +36,7 @@ private:
 
     std::deque<std::string> named_;   ///< files and folders
     std::deque<std::string> folder_;  ///< the traces of the folder that is being read
+    std::string listName_;
     std::ifstream file_;
     std::istream* list_ = nullptr;
     bool areMany_;

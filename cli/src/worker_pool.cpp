@@ -33,8 +33,8 @@ constexpr size_t kMostHeldBytes = size_t{4} * 1024 * 1024;
 constexpr size_t kMostAhead = 16;
 constexpr size_t kPieceBytes = size_t{64} * 1024;
 
-/// What a worker says: a kind, a number, and bytes that follow. Of a piece and a note the number is 0, of the end it is the
-/// exit status and the bytes are the complaint.
+/// What a worker says: a kind, a number, and bytes that follow. Of a piece and a note the number is 0, of the end it is
+/// the exit status and the bytes are the complaint.
 struct Head {
     enum Kind : uint32_t { PIECE, NOTE, END };
     Kind kind;
@@ -329,20 +329,17 @@ void WorkerPool::Live(int line) {
     while (const auto name = ReadName(line)) {
         PieceBuffer buffer(line);
         std::ostream stream(&buffer);
-        int status = kDone;
-        std::string complaint;
+        Failure failure{kDone, {}};
         try {
             work_(*name, stream, [line](const std::string& note) { (void)Say(line, Head::NOTE, 0, note); });
-        } catch (const InputError& error) {
-            status = kInputWrong;
-            complaint = error.what();
         } catch (const std::exception& error) {
-            buffer.Discard();
-            status = kRunFailed;
-            complaint = error.what();
+            failure = FailureOf(error);
+            if (failure.status == kRunFailed) {
+                buffer.Discard();
+            }
         }
         stream.flush();
-        if (!stream || !Say(line, Head::END, status, complaint)) {
+        if (!stream || !Say(line, Head::END, failure.status, failure.text)) {
             break;
         }
     }

@@ -36,7 +36,6 @@ private:
     std::istream& input_;
     std::string name_;
     bool hasReasons_;
-    std::vector<char> piece_;
     uint64_t number_ = 0;          ///< of the line
     std::optional<int64_t> last_;  ///< time of the line before within the run; nothing between two runs
 };

@@ -8,6 +8,7 @@
 #include <nlohmann/json.hpp>
 
 #include "json_fields.h"
+#include "plain_text.h"
 
 namespace TARN::Replay {
 
@@ -16,9 +17,6 @@ namespace {
 using DevStandbyMgr::Refuse;
 using Json = nlohmann::json;
 
-constexpr size_t kPieceBytes = size_t{64} * 1024;
-/// No run writes a longer line; a file without line ends is not read into memory whole.
-constexpr size_t kLongestLine = size_t{16} * 1024 * 1024;
 /// No run nests deeper; what writes a value out again goes down as many calls.
 constexpr size_t kDeepest = 64;
 constexpr std::string_view kSummary = "summary";
@@ -101,34 +99,25 @@ bool IsRecordLine(std::string_view text) {
 }
 
 RecordReader::RecordReader(std::istream& input, std::string name, bool hasReasons)
-    : input_(input), name_(std::move(name)), hasReasons_(hasReasons), piece_(kPieceBytes) {}
+    : input_(input), name_(std::move(name)), hasReasons_(hasReasons) {}
 
 void RecordReader::Fail(const std::string& what, const std::string& expected) const {
     Refuse(name_ + ":" + std::to_string(number_), what, expected);
 }
 
 bool RecordReader::ReadText(std::string& text) {
-    text.clear();
     ++number_;
-    for (;;) {
-        input_.getline(piece_.data(), static_cast<std::streamsize>(piece_.size()));
-        const auto read = static_cast<size_t>(input_.gcount());
-        if (input_.eof()) {
-            if (text.empty() && read == 0) {
-                return false;
-            }
-            Fail("the record ends in the middle of a line", kWholeRecord);
+    try {
+        if (!DevStandbyMgr::ReadLine(input_, text, kWholeRecord)) {
+            return false;
         }
-        const bool isWhole = !input_.fail();
-        text.append(piece_.data(), isWhole ? read - 1 : read);
-        if (isWhole) {
-            return true;
-        }
-        if (text.size() > kLongestLine) {
-            Fail("a line without an end", kWholeRecord);
-        }
-        input_.clear();
+    } catch (const DevStandbyMgr::InputError& error) {
+        throw DevStandbyMgr::InputError(name_ + ":" + std::to_string(number_) + ": " + error.what());
     }
+    if (input_.eof()) {
+        Fail("the record ends in the middle of a line", kWholeRecord);
+    }
+    return true;
 }
 
 std::optional<RecordLine> RecordReader::Next() {

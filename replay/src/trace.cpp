@@ -9,6 +9,7 @@
 #include "facts_reader.h"
 #include "json_fields.h"
 #include "json_text.h"
+#include "plain_text.h"
 #include "step_reader.h"
 #include "time_reader.h"
 
@@ -47,8 +48,8 @@ bool ReadHeader(const Json& object, Trace& trace) {
         trace.host.Merge(value, where, /*withPolicy=*/false);
     });
     fields.Optional("device", [&](const Json& value, const std::string& where) {
-        trace.device = ReadFacts(value, where,
-                                 {trace.host.mode == HostMode::AUTOMATIC, trace.start, Simulated::PhoneFacts().accounts});
+        trace.device = ReadFacts(
+            value, where, {trace.host.mode == HostMode::AUTOMATIC, trace.start, Simulated::PhoneFacts().accounts});
     });
     fields.Finish();
     return end != nullptr;
@@ -140,15 +141,20 @@ Trace ReadTrace(std::istream& input, const std::string& name, TraceLines* lines)
     Simulated::PhoneFacts facts;
     std::string line;
     size_t number = 0;
+    size_t skippedBytes = 0;  ///< since the last line that says something
     try {
-        while (std::getline(input, line)) {
-            ++number;
+        for (number = 1; ReadLine(input, line, "a trace, one JSON object a line"); ++number) {
             if (number == 1 && line.starts_with(kByteOrderMark)) {
                 line.erase(0, kByteOrderMark.size());
             }
             if (IsSkipped(line)) {
+                skippedBytes += line.size() + 1;
+                if (skippedBytes > kLongestLine) {
+                    Refuse("", "blank lines and comments for 16 megabytes", "a trace, one JSON object a line");
+                }
                 continue;
             }
+            skippedBytes = 0;
             const Json object = ParseLine(line, input.eof());
             if (!hasHeader) {
                 hasEnd = ReadHeader(object, trace);
@@ -175,6 +181,7 @@ Trace ReadTrace(std::istream& input, const std::string& name, TraceLines* lines)
                 }
             }
         }
+        --number;  // there is no such line
         if (input.bad()) {
             Refuse("", "cannot be read", "a trace");
         }

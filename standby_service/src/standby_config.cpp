@@ -4,11 +4,11 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <system_error>
 
 #include "json_fields.h"
 #include "json_text.h"
+#include "plain_text.h"
 
 namespace TARN::DevStandbyMgr {
 
@@ -130,26 +130,27 @@ void StandbyConfig::Merge(const Json& object, const std::string& name, bool with
 
 namespace {
 
-std::string ReadWhole(const std::string& path) {
+std::string ReadFile(const std::string& path) {
     constexpr char kExpected[] = "a JSON file";
     if (std::error_code error; std::filesystem::is_directory(path, error)) {
         Refuse(path, "is a directory", kExpected);
     }
     errno = 0;
-    const std::ifstream file(path);
+    std::ifstream file(path);
     if (!file.is_open()) {
         Refuse(path, std::strerror(errno), kExpected);
     }
-    std::ostringstream text;
-    text << file.rdbuf();
-    return text.str();
+    try {
+        return ReadWhole(file, kExpected);
+    } catch (const InputError& error) {
+        throw InputError(path + ": " + error.what());
+    }
 }
 
 }  // namespace
 
-StandbyConfigFile::StandbyConfigFile(const std::string& path)
-    : path_(path), object_(std::make_unique<Json>()) {
-    const std::string text = ReadWhole(path);
+StandbyConfigFile::StandbyConfigFile(const std::string& path) : path_(path), object_(std::make_unique<Json>()) {
+    const std::string text = ReadFile(path);
     try {
         *object_ = ParseJson(text, "one object", JsonComments::SKIPPED);
     } catch (const InputError& error) {

@@ -137,12 +137,12 @@ bool HasNights(const Comparison& comparison) {
     return comparison.nights[0] != nullptr && comparison.nights[1] != nullptr;
 }
 
-Json LocalTime(int64_t t) {
+Json TimeJson(int64_t t) {
     return {{"t", t}, {"local", TimeZone::Format(t, "%FT%H:%M:%S%z")}};
 }
 
 Json ToJson(const RecordParting& parting) {
-    Json json = LocalTime(parting.t);
+    Json json = TimeJson(parting.t);
     json["before"] = Json::array();
     for (const RecordLine& line : parting.before) {
         json["before"].push_back(Json::parse(line.text));
@@ -173,7 +173,7 @@ Json FiguresJson(const Nights& nights) {
                            {"a", figure.values[0]},
                            {"b", figure.values[1]},
                            {"difference", figure.values[1] - figure.values[0]},
-                           {"apart", figure.apart ? LocalTime(*figure.apart) : Json()}});
+                           {"apart", figure.apart ? TimeJson(*figure.apart) : Json()}});
     }
     return figures;
 }
@@ -215,7 +215,7 @@ Json ToJson(const Comparison& comparison) {
     json["killed"] = {{kOnly[0], killed[0]}, {kOnly[1], killed[1]}};
     json["states_part"] = nullptr;
     if (const auto apart = FindStatesApart(nights)) {
-        json["states_part"] = LocalTime(apart->t);
+        json["states_part"] = TimeJson(apart->t);
         json["states_part"]["a"] = apart->states[0];
         json["states_part"]["b"] = apart->states[1];
     }

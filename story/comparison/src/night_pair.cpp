@@ -9,7 +9,6 @@
 #include "csv.h"
 #include "night_comparison.h"
 #include "phrases.h"
-#include "time_zone.h"
 
 namespace TARN::Story {
 
@@ -21,11 +20,6 @@ constexpr size_t kMostNamed = 5;
 constexpr size_t kFiguresNamed = 2;
 constexpr double kMsPerSecond = 1000.0;
 constexpr std::array<const char*, kSides> kKeys = {"a", "b"};
-
-std::string LocalTime(int64_t t) {
-    std::string text = Replay::TimeZone::Format(t, "%FT%T%z");
-    return text.insert(text.size() - 2, ":");
-}
 
 /// "bluetooth off" as a program names it: "bluetooth_off_s".
 std::string KeyOf(const std::string& name, bool isDuration) {

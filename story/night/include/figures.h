@@ -20,6 +20,7 @@ struct Figures {
     int64_t frozenMs = 0;  ///< any native
     int64_t mostFrozen = 0;
     int64_t locksMs = 0;  ///< running locks of any process proxied
+    int64_t mostProxied = 0;
     int64_t stretchedMs = 0;
     int64_t stretchedLongMs = 0;  ///< ... to the length of the sleeping user
     int64_t kills = 0;

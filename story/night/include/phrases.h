@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "plain_text.h"
+
 namespace TARN::Story {
 
 /// "1 app", "12 apps".
@@ -26,8 +28,11 @@ namespace TARN::Story {
 /// Local time of day, "06:45".
 [[nodiscard]] std::string Clock(int64_t t);
 
-/// Text that a terminal shows and does not obey: names come from traces.
-[[nodiscard]] std::string Tame(std::string_view text);
+/// Local time with its offset: "2026-03-01T21:00:00+01:00".
+[[nodiscard]] std::string LocalTime(int64_t t);
+
+/// Text that a terminal shows and does not obey.
+using DevStandbyMgr::Tame;
 
 /// "sentence: reason", or the sentence alone where no reason is known.
 [[nodiscard]] std::string Because(std::string sentence, std::string_view reason);

@@ -9,6 +9,15 @@ namespace {
 
 constexpr int64_t kLongStretchS = 600;
 
+/// The most that a lane counted at a time.
+int64_t Most(const Night& night, LaneId lane) {
+    int64_t most = 0;
+    for (const Interval& interval : night.At(lane).Intervals()) {
+        most = std::max(most, interval.number);
+    }
+    return most;
+}
+
 }  // namespace
 
 bool Counts(LaneId lane, const Interval& interval) noexcept {
@@ -64,9 +73,8 @@ Figures Measure(const Night& night) {
     figures.frozenMs = total(LaneId::FROZEN);
     figures.locksMs = total(LaneId::LOCKS);
     figures.stretchedMs = total(LaneId::TIMERS);
-    for (const Interval& interval : night.At(LaneId::FROZEN).Intervals()) {
-        figures.mostFrozen = std::max(figures.mostFrozen, interval.number);
-    }
+    figures.mostFrozen = Most(night, LaneId::FROZEN);
+    figures.mostProxied = Most(night, LaneId::LOCKS);
     for (const Interval& interval : night.At(LaneId::TIMERS).Intervals()) {
         figures.stretchedLongMs += interval.number == kLongStretchS ? interval.to - interval.from : 0;
     }

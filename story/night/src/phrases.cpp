@@ -60,11 +60,9 @@ std::string Clock(int64_t t) {
     return Replay::TimeZone::Format(t, "%H:%M");
 }
 
-std::string Tame(std::string_view text) {
-    std::string tame(text);
-    std::replace_if(
-        tame.begin(), tame.end(), [](char c) { return (static_cast<unsigned char>(c) < ' ') || c == '\x7f'; }, '?');
-    return tame;
+std::string LocalTime(int64_t t) {
+    std::string text = Replay::TimeZone::Format(t, "%FT%T%z");
+    return text.insert(text.size() - 2, ":");
 }
 
 std::string Because(std::string sentence, std::string_view reason) {

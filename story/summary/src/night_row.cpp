@@ -1,11 +1,10 @@
 #include "night_row.h"
 
-#include <algorithm>
 #include <nlohmann/json.hpp>
 
 #include "csv.h"
 #include "figures.h"
-#include "time_zone.h"
+#include "phrases.h"
 
 namespace TARN::Story {
 
@@ -17,20 +16,6 @@ constexpr double kMsPerSecond = 1000.0;
 
 double Seconds(int64_t ms) {
     return static_cast<double>(ms) / kMsPerSecond;
-}
-
-/// Local time with its offset: "2026-03-01T21:00:00+01:00".
-std::string LocalTime(int64_t t) {
-    std::string text = Replay::TimeZone::Format(t, "%FT%T%z");
-    return text.insert(text.size() - 2, ":");
-}
-
-int64_t MostOf(const Night& night, LaneId lane) {
-    int64_t most = 0;
-    for (const Interval& interval : night.At(lane).Intervals()) {
-        most = std::max(most, interval.number);
-    }
-    return most;
 }
 
 Json ToJson(const Cell& cell) {
@@ -61,9 +46,9 @@ std::vector<Cell> RowOf(const Night& night) {
     lane(LaneId::MODEM, "modem_off_s", "modem_off_times");
     lane(LaneId::FIREWALL, "firewall_on_s", "firewall_on_times");
     lane(LaneId::FROZEN, "frozen_s", "frozen_times");
-    row.push_back({"most_frozen_natives", MostOf(night, LaneId::FROZEN)});
+    row.push_back({"most_frozen_natives", figures.mostFrozen});
     lane(LaneId::LOCKS, "locks_proxied_s", "locks_proxied_times");
-    row.push_back({"most_proxied_processes", MostOf(night, LaneId::LOCKS)});
+    row.push_back({"most_proxied_processes", figures.mostProxied});
     lane(LaneId::TIMERS, "timers_stretched_s", "timers_stretched_times");
     row.push_back({"timers_stretched_to_600_s", Seconds(figures.stretchedLongMs)});
     row.push_back({"kills", figures.kills});

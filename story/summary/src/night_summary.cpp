@@ -156,22 +156,16 @@ std::vector<SummaryLine> Asleep(const Night& whole) {
     return lines;
 }
 
-/// The most that a lane counted at a time: "at most 11 native processes".
-std::string AtMost(const Night& night, LaneId lane, std::string_view noun) {
-    int64_t most = 0;
-    for (const Interval& interval : night.At(lane).Intervals()) {
-        most = std::max(most, interval.number);
-    }
+/// "at most 11 native processes".
+std::string AtMost(int64_t most, std::string_view noun) {
     return "at most " + Count(most, noun);
 }
 
-std::string Timers(const Night& night) {
-    const int64_t longMs = Measure(night).stretchedLongMs;
+std::string Timers(const Night& night, int64_t longMs) {
     return Tell(night, LaneId::TIMERS, longMs == 0 ? "" : Duration(longMs) + " of it to 600 s");
 }
 
-std::string Killed(const Night& night) {
-    const Figures figures = Measure(night);
+std::string Killed(const Figures& figures) {
     const auto apps = static_cast<int64_t>(figures.killed.size());
     return figures.kills == 0
                ? kNothing
@@ -198,15 +192,16 @@ std::vector<SummaryLine> Again(const Night& night) {
 }  // namespace
 
 std::vector<SummaryLine> Summarise(const Night& night) {
+    const Figures figures = Measure(night);
     std::vector<SummaryLine> lines = Asleep(night);
     lines.push_back({"bluetooth off", Tell(night, LaneId::BLUETOOTH)});
     lines.push_back({"wifi off", Tell(night, LaneId::WIFI)});
     lines.push_back({"modem off", Tell(night, LaneId::MODEM)});
     lines.push_back({"firewall on", Tell(night, LaneId::FIREWALL)});
-    lines.push_back({"frozen", Tell(night, LaneId::FROZEN, AtMost(night, LaneId::FROZEN, "native process"))});
-    lines.push_back({"locks proxied", Tell(night, LaneId::LOCKS, AtMost(night, LaneId::LOCKS, "process"))});
-    lines.push_back({"timers stretched", Timers(night)});
-    lines.push_back({"killed", Killed(night)});
+    lines.push_back({"frozen", Tell(night, LaneId::FROZEN, AtMost(figures.mostFrozen, "native process"))});
+    lines.push_back({"locks proxied", Tell(night, LaneId::LOCKS, AtMost(figures.mostProxied, "process"))});
+    lines.push_back({"timers stretched", Timers(night, figures.stretchedLongMs)});
+    lines.push_back({"killed", Killed(figures)});
     for (SummaryLine& line : Again(night)) {
         lines.push_back(std::move(line));
     }

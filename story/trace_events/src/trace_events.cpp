@@ -96,7 +96,7 @@ constexpr std::array kLastingAspects = {
     LastingAspect{Aspect::STRETCHING, "exempt", "timers exempt from stretching"},
 };
 
-std::string LocalTime(int64_t t) {
+std::string DayAndTime(int64_t t) {
     return TimeZone::Format(t, "%a %-d %b %H:%M:%S");
 }
 
@@ -184,7 +184,7 @@ private:
     [[nodiscard]] bool IsCrowded(size_t i) const { return places_[i].us - Us(night_.events[i].t) == kUsPerMs - 1; }
 
     [[nodiscard]] Json Args(int64_t t, const Event& event) const {
-        Json args = {{"time", LocalTime(t)}, {"told", Because(event.text, event.reason)}};
+        Json args = {{"time", DayAndTime(t)}, {"told", Because(event.text, event.reason)}};
         args["outcome"] = NameOf(event.outcome);
         if (!event.reason.empty()) {
             args["reason"] = event.reason;
@@ -197,7 +197,7 @@ private:
         }
         if (event.cause < night_.events.size()) {
             const Event& cause = night_.events[event.cause];
-            args["because"] = LocalTime(cause.t) + " " + std::string(NameOf(cause.subject)) + " " + cause.text;
+            args["because"] = DayAndTime(cause.t) + " " + std::string(NameOf(cause.subject)) + " " + cause.text;
         }
         return args;
     }
@@ -213,8 +213,8 @@ private:
                 }
                 const int64_t endUs = &interval == &intervals.back() ? EndUs() : Us(interval.to);
                 Json args = interval.event < night_.events.size() ? Args(interval.from, night_.events[interval.event])
-                                                                  : Json{{"time", LocalTime(interval.from)}};
-                args["until"] = LocalTime(interval.to);
+                                                                  : Json{{"time", DayAndTime(interval.from)}};
+                args["until"] = DayAndTime(interval.to);
                 if (!NumberName(lane).empty()) {
                     args[NumberName(lane)] = interval.number;
                 }
@@ -290,7 +290,7 @@ private:
             if (event.aspect == Aspect::CLEAN && event.value != "killed") {
                 out_.Instant(NamedTrackOf(Subject::CLEAN), Us(event.t),
                              Because(event.value + " " + TitleOf(night_.apps[event.app]), event.reason),
-                             NameOf(event.aspect), {{"time", LocalTime(event.t)}, {"reason", event.reason}});
+                             NameOf(event.aspect), {{"time", DayAndTime(event.t)}, {"reason", event.reason}});
             }
         }
     }
@@ -311,7 +311,7 @@ private:
             isOpen[event.app] = begins;
             const std::string title = TitleOf(night_.apps[event.app]);
             if (begins) {
-                Json args = {{"time", LocalTime(event.t)}};
+                Json args = {{"time", DayAndTime(event.t)}};
                 if (!event.reason.empty()) {
                     args["reason"] = event.reason;
                 }
