@@ -3,7 +3,7 @@
 
 #include <ostream>
 #include <string>
-#include <utility>
+#include <string_view>
 
 #include "record_sink.h"
 
@@ -13,8 +13,7 @@ namespace TARN::Replay {
 class JsonlWriter : public RecordSink {
 public:
     /// `hasReasons`: the host's own reasons are written too. `trace`: what each line names as its trace; empty: none.
-    explicit JsonlWriter(std::ostream& output, bool hasReasons = false, std::string trace = {})
-        : output_(output), hasReasons_(hasReasons), trace_(std::move(trace)) {}
+    explicit JsonlWriter(std::ostream& output, bool hasReasons = false, const std::string& trace = {});
 
     [[nodiscard]] bool WantsLog(LogLevel /*level*/) const noexcept override { return true; }
     void OnBegin(const Trace& /*trace*/) override {}
@@ -29,11 +28,18 @@ public:
     void OnEnd(int64_t t, const Summary& summary) override;
 
 private:
-    void Write(int64_t t, const char* key, nlohmann::ordered_json value);
+    // A line is put together as text; only what is rare or of any shape becomes a JSON value first.
+    void Begin(int64_t t, std::string_view kind);
+    void End();
+    void Append(std::string_view json);
+    void AppendNumber(int64_t number);
+    void AppendText(std::string_view text);
+    void AppendJson(const nlohmann::ordered_json& value);
 
     std::ostream& output_;
     bool hasReasons_;
-    std::string trace_;
+    std::string trace_;  ///< the member that ends each line; empty: none
+    std::string line_;
 };
 
 }  // namespace TARN::Replay

@@ -1,9 +1,11 @@
 #include "facts_reader.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
-#include <regex>
+#include <string_view>
 
+#include "digits.h"
 #include "json_fields.h"
 #include "operations.h"
 #include "time_reader.h"
@@ -86,14 +88,23 @@ FactsChange::Members<int32_t> ReadFaults(const Json& object, const std::string& 
     return faults;
 }
 
+bool IsTable(std::string_view name) {
+    constexpr std::string_view kOfAccount = "USER_SETTINGSDATA_SECURE_";
+    if (!name.starts_with(kOfAccount)) {
+        return name == kGlobalTable;
+    }
+    name.remove_prefix(kOfAccount.size());
+    name.remove_prefix(name.starts_with('-') ? 1 : 0);
+    return !name.empty() && std::all_of(name.begin(), name.end(), IsDigit);
+}
+
 FactsChange::Members<FactsChange::Members<std::string>> ReadSettings(const Json& object, const std::string& where) {
-    static const std::regex kTable("SETTINGSDATA|USER_SETTINGSDATA_SECURE_-?[0-9]+");
     auto tables = ReadMembers<FactsChange::Members<std::string>>(
         object, where, [](const Json& rows, const std::string& rowsWhere) {
             return ReadMembers<std::string>(rows, rowsWhere, ReadString);
         });
     for (const auto& [table, rows] : tables) {
-        if (!std::regex_match(table, kTable)) {
+        if (!IsTable(table)) {
             Refuse(where, "unknown table " + Quote(table), "SETTINGSDATA or USER_SETTINGSDATA_SECURE_<account id>");
         }
     }
@@ -140,9 +151,8 @@ Movement ReadMovement(const Json& object, const std::string& name, int64_t now) 
     JsonFields fields(object, name);
     Movement movement;
     movement.value = ReadInt32(fields.Require("value", "a movement value"), fields.Where("value"));
-    fields.Optional("at", [&](const Json& value, const std::string& where) {
-        movement.atMs = ReadTimeBefore(value, where, now);
-    });
+    fields.Optional(
+        "at", [&](const Json& value, const std::string& where) { movement.atMs = ReadTimeBefore(value, where, now); });
     fields.Finish();
     return movement;
 }
@@ -195,9 +205,9 @@ void PutSetting(FactsChange& change, const std::string& where, const std::string
 /// What people mean and the phone keeps in settings tables.
 void ReadSettingFacts(JsonFields& fields, FactsChange& change, const FactsContext& context) {
     fields.Optional("alarm", [&](const Json& value, const std::string& where) {
-        PutSetting(change, where, kGlobalTable, kAlarmKeyword,
-                   value.is_null() ? std::nullopt
-                                   : std::optional(std::to_string(ReadTimeAfter(value, where, context.t))));
+        PutSetting(
+            change, where, kGlobalTable, kAlarmKeyword,
+            value.is_null() ? std::nullopt : std::optional(std::to_string(ReadTimeAfter(value, where, context.t))));
     });
     fields.Optional("airplane", [&](const Json& value, const std::string& where) {
         PutSetting(change, where, kGlobalTable, "settings.telephony.airplanemode", ReadBool(value, where) ? "1" : "0");
@@ -252,9 +262,8 @@ SetStep ReadFacts(const Json& object, const std::string& name, const FactsContex
     fact("sensors", phone.sensors, readInts);
     fact("light", phone.light, ReadReading);
     fact("proximity", phone.proximity, ReadReading);
-    fact("movement", phone.movement, [&context](const Json& value, const std::string& where) {
-        return ReadMovement(value, where, context.t);
-    });
+    fact("movement", phone.movement,
+         [&context](const Json& value, const std::string& where) { return ReadMovement(value, where, context.t); });
     fact("processes", phone.processes,
          [](const Json& value, const std::string& where) { return ReadArray(value, where, ReadProcess); });
     fact("continuous_tasks", phone.continuousTasks,

@@ -1,5 +1,8 @@
 #include "jsonl_writer.h"
 
+#include <algorithm>
+#include <array>
+#include <charconv>
 #include <utility>
 #include <variant>
 
@@ -67,49 +70,109 @@ Json ToJson(const RunningLockReason& reason) {
 
 }  // namespace
 
-void JsonlWriter::Write(int64_t t, const char* key, Json value) {
-    Json line;
-    line["t"] = t;
-    line[key] = std::move(value);
-    if (!trace_.empty()) {
-        line["trace"] = trace_;
+JsonlWriter::JsonlWriter(std::ostream& output, bool hasReasons, const std::string& trace)
+    : output_(output), hasReasons_(hasReasons) {
+    if (!trace.empty()) {
+        Append(",\"trace\":");
+        AppendText(trace);
+        trace_ = std::exchange(line_, {});
     }
-    output_ << line.dump(-1, ' ', false, Json::error_handler_t::replace) << '\n';
+}
+
+void JsonlWriter::Begin(int64_t t, std::string_view kind) {
+    line_ = "{\"t\":";
+    AppendNumber(t);
+    Append(",\"");
+    Append(kind);
+    Append("\":");
+}
+
+void JsonlWriter::End() {
+    Append(trace_);
+    Append("}\n");
+    output_.write(line_.data(), static_cast<std::streamsize>(line_.size()));
+}
+
+void JsonlWriter::Append(std::string_view json) {
+    line_.append(json);
+}
+
+void JsonlWriter::AppendNumber(int64_t number) {
+    std::array<char, 24> digits;
+    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
+    line_.append(digits.data(), end);
+}
+
+void JsonlWriter::AppendText(std::string_view text) {
+    const auto isPlain = [](char c) { return c >= ' ' && c < '\x7f' && c != '"' && c != '\\'; };
+    if (!std::all_of(text.begin(), text.end(), isPlain)) {
+        AppendJson(text);
+        return;
+    }
+    line_.append(1, '"').append(text).append(1, '"');
+}
+
+void JsonlWriter::AppendJson(const Json& value) {
+    Append(value.dump(-1, ' ', false, Json::error_handler_t::replace));
 }
 
 void JsonlWriter::OnLog(int64_t t, const LogLine& line) {
-    Write(t, "log",
-          {{"level", LevelName(line.level)},
-           {"file", SourceName(line.file)},
-           {"function", line.function},
-           {"text", line.text}});
+    Begin(t, "log");
+    Append("{\"level\":");
+    AppendText(LevelName(line.level));
+    Append(",\"file\":");
+    AppendText(SourceName(line.file));
+    Append(",\"function\":");
+    AppendText(line.function);
+    Append(",\"text\":");
+    AppendText(line.text);
+    Append("}");
+    End();
 }
 
 void JsonlWriter::OnCall(int64_t t, std::string_view operation, const Json& arguments, const Json& result) {
-    Write(t, "call", {{"operation", operation}, {"arguments", arguments}, {"result", result}});
+    Begin(t, "call");
+    Append("{\"operation\":");
+    AppendText(operation);
+    Append(",\"arguments\":");
+    AppendJson(arguments);
+    Append(",\"result\":");
+    AppendJson(result);
+    Append("}");
+    End();
 }
 
 void JsonlWriter::OnDeliver(int64_t t, const DevStandbyMgr::StandbyMessage& message) {
-    Write(t, "deliver",
-          {{"eventId", message.eventId},
-           {"action", message.action},
-           {"want", message.want ? Simulated::ToJson(*message.want) : Json()}});
+    Begin(t, "deliver");
+    Append("{\"eventId\":");
+    AppendNumber(message.eventId);
+    Append(",\"action\":");
+    AppendText(message.action);
+    Append(",\"want\":");
+    AppendJson(message.want ? Simulated::ToJson(*message.want) : Json());
+    Append("}");
+    End();
 }
 
 void JsonlWriter::OnReason(int64_t t, const DevStandbyMgr::HostReason& reason) {
-    Write(t, "reason", std::visit([](const auto& one) { return ToJson(one); }, reason));
+    Begin(t, "reason");
+    AppendJson(std::visit([](const auto& one) { return ToJson(one); }, reason));
+    End();
 }
 
 void JsonlWriter::OnDump(int64_t t, const std::string& text) {
-    Write(t, "dump", text);
+    Begin(t, "dump");
+    AppendText(text);
+    End();
 }
 
 void JsonlWriter::OnEnd(int64_t t, const Summary& summary) {
-    Write(t, "summary",
-          {{"messages", summary.messages},
-           {"calls", summary.calls},
-           {"logs", summary.logs},
-           {"virtual_ms", summary.virtualMs}});
+    Begin(t, "summary");
+    AppendJson({{"messages", summary.messages},
+                {"calls", summary.calls},
+                {"logs", summary.logs},
+                {"virtual_ms", summary.virtualMs}});
+    End();
 }
 
 }  // namespace TARN::Replay

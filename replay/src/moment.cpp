@@ -1,8 +1,11 @@
 #include "moment.h"
 
+#include <algorithm>
+#include <array>
 #include <charconv>
-#include <regex>
+#include <string_view>
 
+#include "digits.h"
 #include "time_zone.h"
 
 namespace TARN::Replay {
@@ -18,10 +21,6 @@ std::optional<int64_t> Milliseconds(const std::string& text) {
     int64_t ms = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), ms);
     return error == std::errc() && end == text.data() + text.size() ? std::optional(ms) : std::nullopt;
-}
-
-int64_t Number(const std::ssub_match& digits) {
-    return digits.matched ? std::stoll(digits.str()) : 0;
 }
 
 int64_t TimeOfDayMs(int64_t t) {
@@ -49,34 +48,55 @@ std::optional<int64_t> FirstShown(int64_t wanted, int64_t from) {
 }
 
 std::optional<int64_t> TimeOfDay(const std::string& text, int64_t from) {
-    static const std::regex kTime(R"(([01]\d|2[0-3]|\d):([0-5]\d)(?::([0-5]\d))?)");
-    std::smatch parts;
-    if (!std::regex_match(text, parts, kTime)) {
+    const std::string_view hour = std::string_view(text).substr(0, text.find(':'));
+    const std::string_view rest = std::string_view(text).substr(hour.size());
+    const bool hasSeconds = Looks(rest, ":dd:dd");
+    if ((!Looks(hour, "d") && !Looks(hour, "dd")) || (!hasSeconds && !Looks(rest, ":dd"))) {
         return std::nullopt;
     }
-    return FirstShown(Number(parts[1]) * kHourMs + Number(parts[2]) * kMinuteMs + Number(parts[3]) * kSecondMs, from);
+    const int64_t minutes = NumberOf(rest.substr(1, 2));
+    const int64_t seconds = hasSeconds ? NumberOf(rest.substr(4, 2)) : 0;
+    if (NumberOf(hour) > 23 || minutes > 59 || seconds > 59) {
+        return std::nullopt;
+    }
+    return FirstShown(NumberOf(hour) * kHourMs + minutes * kMinuteMs + seconds * kSecondMs, from);
 }
 
 std::optional<int64_t> LocalTime(const std::string& text) {
-    static const std::regex kLocal(R"((\d{4}-\d\d-\d\d)[T ](\d\d:\d\d)((?::\d\d)?)((?:\.\d{3})?))");
-    std::smatch parts;
-    if (!std::regex_match(text, parts, kLocal) || (parts[3].length() == 0 && parts[4].length() != 0)) {
+    constexpr size_t kBetween = std::string_view("dddd-dd-dd").size();
+    if (text.size() <= kBetween || (text[kBetween] != 'T' && text[kBetween] != ' ')) {
         return std::nullopt;
     }
-    const std::string seconds = parts[3].length() == 0 ? ":00" : parts[3].str();
-    return TimeZone::ParseLocal(parts[1].str() + "T" + parts[2].str() + seconds + parts[4].str());
+    std::string whole = text;
+    whole[kBetween] = 'T';
+    if (Looks(whole, "dddd-dd-ddTdd:dd")) {
+        whole += ":00";
+    }
+    return Looks(whole, "dddd-dd-ddTdd:dd:dd") || Looks(whole, "dddd-dd-ddTdd:dd:dd.ddd")
+               ? std::optional(TimeZone::ParseLocal(whole))
+               : std::nullopt;
 }
 
 }  // namespace
 
 std::optional<int64_t> ReadStretch(const std::string& text) {
-    static const std::regex kStretch(R"((?:(\d{1,5})d)?(?:(\d{1,6})h)?(?:(\d{1,8})m)?(?:(\d{1,10})s)?)");
-    std::smatch parts;
-    if (text.empty() || !std::regex_match(text, parts, kStretch)) {
-        return std::nullopt;
+    struct Unit {
+        char letter;
+        size_t mostDigits;
+        int64_t ms;
+    };
+    constexpr std::array kUnits = {Unit{'d', 5, kDayMs}, Unit{'h', 6, kHourMs}, Unit{'m', 8, kMinuteMs},
+                                   Unit{'s', 10, kSecondMs}};
+    std::string_view left = text;
+    int64_t ms = 0;
+    for (const Unit& unit : kUnits) {
+        const auto end = static_cast<size_t>(std::find_if_not(left.begin(), left.end(), IsDigit) - left.begin());
+        if (end > 0 && end <= unit.mostDigits && end < left.size() && left[end] == unit.letter) {
+            ms += NumberOf(left.substr(0, end)) * unit.ms;
+            left.remove_prefix(end + 1);
+        }
     }
-    return Number(parts[1]) * kDayMs + Number(parts[2]) * kHourMs + Number(parts[3]) * kMinuteMs +
-           Number(parts[4]) * kSecondMs;
+    return text.empty() || !left.empty() ? std::nullopt : std::optional(ms);
 }
 
 std::optional<int64_t> ReadMoment(const std::string& text, int64_t from) {

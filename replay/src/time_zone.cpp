@@ -7,6 +7,7 @@
 #include <regex>
 #include <string_view>
 
+#include "digits.h"
 #include "json_fields.h"
 
 namespace TARN::Replay {
@@ -22,9 +23,14 @@ constexpr int kBaseYear = 1900;
 constexpr size_t kLongestName = 100;
 
 bool IsInDatabase(const std::string& name) {
-    static const std::regex kName("[A-Za-z0-9_+-]+(/[A-Za-z0-9_+-]+)*");
-    if (!std::regex_match(name, kName)) {
-        return false;
+    const auto isPart = [](char c) {
+        return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || IsDigit(c) || c == '_' || c == '+' || c == '-';
+    };
+    for (size_t i = 0; i <= name.size(); ++i) {
+        const bool endsPart = i == name.size() || name[i] == '/';
+        if (endsPart ? i == 0 || name[i - 1] == '/' : !isPart(name[i])) {
+            return false;
+        }
     }
     constexpr std::string_view kMagic = "TZif";
     std::ifstream file("/usr/share/zoneinfo/" + name, std::ios::binary);
@@ -95,24 +101,26 @@ void TimeZone::Use() const {
 }
 
 int64_t TimeZone::ParseLocal(const std::string& text) {
-    static const std::regex kLocal(R"((\d{4})-(\d\d)-(\d\d)T(\d\d):(\d\d):(\d\d)(?:\.(\d{3}))?)");
     constexpr const char* kExpected = "a local time such as \"2026-03-01T22:30:00\"";
-    std::smatch parts;
-    if (!std::regex_match(text, parts, kLocal)) {
+    const bool hasMs = Looks(text, "dddd-dd-ddTdd:dd:dd.ddd");
+    if (!hasMs && !Looks(text, "dddd-dd-ddTdd:dd:dd")) {
         Refuse("", DevStandbyMgr::Quote(text), kExpected);
     }
+    const auto number = [&text](size_t at, size_t digits) {
+        return static_cast<int>(NumberOf(std::string_view(text).substr(at, digits)));
+    };
     std::tm local{};
-    local.tm_year = std::stoi(parts[1]) - kBaseYear;
-    local.tm_mon = std::stoi(parts[2]) - 1;
-    local.tm_mday = std::stoi(parts[3]);
-    local.tm_hour = std::stoi(parts[4]);
-    local.tm_min = std::stoi(parts[5]);
-    local.tm_sec = std::stoi(parts[6]);
+    local.tm_year = number(0, 4) - kBaseYear;
+    local.tm_mon = number(5, 2) - 1;
+    local.tm_mday = number(8, 2);
+    local.tm_hour = number(11, 2);
+    local.tm_min = number(14, 2);
+    local.tm_sec = number(17, 2);
     const std::optional<std::time_t> first = EpochOf(local);
     if (!first) {
         Refuse("", DevStandbyMgr::Quote(text) + " does not exist in this time zone", "a local time that does");
     }
-    return static_cast<int64_t>(*first) * kMsPerSecond + (parts[7].matched ? std::stoi(parts[7]) : 0);
+    return static_cast<int64_t>(*first) * kMsPerSecond + (hasMs ? number(20, 3) : 0);
 }
 
 std::string TimeZone::Format(int64_t wallMs, const char* format) {
