@@ -359,7 +359,7 @@ TEST(Import, OfVeryManyKindsOfLossTheCountStaysRight) {
         losses.Add("x=" + std::to_string(i));
         losses.Add("x=7");
     }
-    EXPECT_EQ(losses.Tell(1), "20001 of x=7 and 19999 of more than 9999 other kinds");
+    EXPECT_EQ(losses.Tell(1), "20001 of x=7 and 19999 more, of over 9999 other kinds");
 }
 
 constexpr char kHistory[] =
@@ -393,7 +393,7 @@ TEST(BatteryHistoryImport, FlagsBecomeStepsAndEverythingElseIsNamed) {
     EXPECT_EQ(told.imported.losses.Tell(9),
               "2 of volt=..., 1 of +running, 1 of +wake_lock, 1 of -wake_lock, 1 of \"clocks set\", "
               "1 of \"lines of details\", 1 of status=...");
-    EXPECT_EQ(told.imported.losses.Tell(2), "2 of volt=..., 1 of +running and 5 of 5 other kinds");
+    EXPECT_EQ(told.imported.losses.Tell(2), "2 of volt=..., 1 of +running and 5 more, of 5 other kinds");
     EXPECT_THAT(PlayText(told.text).Deliveries({10}), Are({HasSubstr("true"), HasSubstr("false")})) << "the call";
 }
 

@@ -58,6 +58,12 @@ TEST(Slips, WhatNobodyKnowsByThatNameIsToldWithTheNearestOne) {
         {R"("message": {"eventId": 3, "want": {"CURRENT_STAT": 4}})",
          R"(message 3: nobody asks for the member "CURRENT_STAT"; perhaps CURRENT_STATE)"},
         {R"("message": {"eventId": 7})", "message 7: nobody handles it"},
+        {R"("dump": ["DUMP_DETAIL_INFO", "DUMP_STRATEGY_DETAIL"])",
+         R"(dump: nobody knows the word "DUMP_STRATEGY_DETAIL"; perhaps DUMP_STRATGY_DETAIL)"},
+        {R"("set": {"parameters": {"const.global.local": "zh-Hans-CN"}})",
+         R"(set.parameters: nobody reads "const.global.local"; perhaps const.global.locale)"},
+        {R"("message": {"eventId": 10, "want": {"DEVICE_STATE_TYPE": 9}})",
+         "message 10.DEVICE_STATE_TYPE: 9 means nothing; 0 to 1 does"},
         {R"("message": {"eventId": 1, "action": "COMMON_EVENT_CHARGED"})",
          R"(message 1: no strategy matches the action "COMMON_EVENT_CHARGED"; perhaps COMMON_EVENT_CHARGING)"},
         {R"("message": {"eventId": 1, "action": "COMMON_EVENT_TIME_CHANGED"})",
@@ -68,22 +74,22 @@ TEST(Slips, WhatNobodyKnowsByThatNameIsToldWithTheNearestOne) {
          R"(broadcast "COMMON_EVENT_DEVICE_IDLE_CTRL_NETWORK": nobody listens to it)"},
         {R"("set": {"settings": {"SETTINGSDATA": {"nextAlarmingTime": "5"}}})",
          R"(set.settings.SETTINGSDATA: nobody asks for "nextAlarmingTime"; perhaps nearestAlarmingTime)"},
-        {R"("set": {"device_state": {"2": true}})",
-         "set.device_state: nobody asks for the type 2; the types are 0, 1"},
+        {R"("set": {"device_state": {"2": true}})", "set.device_state: nobody asks for the type 2; the types are 0, 1"},
     };
     for (const auto& [step, slip] : cases) {
         EXPECT_THAT(SlipsOf(step), ElementsAre("2: " + slip)) << step;
     }
-    EXPECT_THAT(Slips(R"({"trace": 1, "start": 0, "host": {"strategies": ["freeze", "PUHS", "NONE"], )"
-                      R"("params": {"recover_netlimit": 5}, "half_hour_switches": {"powerof": true}, )"
-                      R"("persist_allow": {"FREEZ": {}, "FREEZE": {"3": ["a"]}}, "res_ctrl": {"TIMER": []}}})"),
-                ElementsAre(R"(1: host.strategies: "freeze" is no strategy; perhaps FREEZE)",
-                            R"(1: host.strategies: "PUHS" is no strategy; perhaps PUSH)",
-                            R"(1: host.half_hour_switches: nobody asks for "powerof"; perhaps poweroff)",
-                            R"(1: host.params: nobody asks for "recover_netlimit"; perhaps recover_netlimit_time)",
-                            R"(1: host.persist_allow: nobody asks for "FREEZ"; perhaps FREEZE)",
-                            R"(1: host.res_ctrl: nobody asks for "TIMER"; perhaps TIMER_ADJUST)",
-                            R"(1: host.persist_allow.FREEZE: the condition "3" never holds; "1" is day, "2" is night)"));
+    EXPECT_THAT(
+        Slips(R"({"trace": 1, "start": 0, "host": {"strategies": ["freeze", "PUHS", "NONE"], )"
+              R"("params": {"recover_netlimit": 5}, "half_hour_switches": {"powerof": true}, )"
+              R"("persist_allow": {"FREEZ": {}, "FREEZE": {"3": ["a"]}}, "res_ctrl": {"TIMER": []}}})"),
+        ElementsAre(R"(1: host.strategies: "freeze" is no strategy; perhaps FREEZE)",
+                    R"(1: host.strategies: "PUHS" is no strategy; perhaps PUSH)",
+                    R"(1: host.half_hour_switches: nobody asks for "powerof"; perhaps poweroff)",
+                    R"(1: host.params: nobody asks for "recover_netlimit"; perhaps recover_netlimit_time)",
+                    R"(1: host.persist_allow: nobody asks for "FREEZ"; perhaps FREEZE)",
+                    R"(1: host.res_ctrl: nobody asks for "TIMER"; perhaps TIMER_ADJUST)",
+                    R"(1: host.persist_allow.FREEZE: the condition "3" never holds; "1" is day, "2" is night)"));
 }
 
 TEST(Slips, ValuesThatMeanNothing) {
@@ -114,6 +120,22 @@ TEST(Slips, ValuesThatMeanNothing) {
     }
     EXPECT_THAT(SlipsOf(R"("set": {"condition": 3})", "scripted"),
                 ElementsAre("2: set.condition: 3 means nothing; 1 to 2 does"));
+    const std::string seconds = R"("device": {"settings": {"SETTINGSDATA": {"nearestAlarmingTime": "1772429400"}}}})";
+    EXPECT_THAT(
+        Slips(R"({"trace": 1, "start": "2026-03-01T22:00:00", )" + seconds),
+        ElementsAre("1: device.settings.SETTINGSDATA.nearestAlarmingTime: \"1772429400\" is in 1970; it is read as "
+                    "milliseconds, not as seconds"));
+    EXPECT_THAT(Slips(R"({"trace": 1, "start": 5, )" + seconds), IsEmpty());
+}
+
+TEST(Slips, ATimeOfDayThatGoesBackIsTheNextDay) {
+    const std::string header = R"({"trace": 1, "start": "2026-03-01T22:00:00"})"
+                               "\n";
+    const auto step = [](const std::string& t) { return R"({"t": ")" + t + "\", \"screen\": \"off\"}\n"; };
+    EXPECT_THAT(Slips(header + step("22:30") + step("22:29") + step("22:28")),
+                ElementsAre(HasSubstr("3: t: the time of day is that of Mon 2 Mar, more than half a day after"),
+                            HasSubstr("4: t: the time of day is that of Tue 3 Mar")));
+    EXPECT_THAT(Slips(header + step("22:30") + step("10:30") + step("2026-03-03T09:00:00") + step("+40h")), IsEmpty());
 }
 
 TEST(Slips, InScriptedModeOnlyThePluginsOwnListenerHears) {
@@ -129,10 +151,15 @@ TEST(Slips, InScriptedModeOnlyThePluginsOwnListenerHears) {
 TEST(Slips, TheChargerAndFullPowerSaveAreToldOf) {
     const std::string header = "{\"trace\": 1, \"start\": 0, \"end\": 999999}\n";
     EXPECT_THAT(Slips(header + R"({"t": 1, "set": {"plugged": 1}})"
-                               "\n" R"({"t": 200000, "broadcast": {"action": "COMMON_EVENT_CHARGING"}})"
-                               "\n" R"({"t": 400000, "broadcast": {"action": "COMMON_EVENT_DISCHARGING"}})"
-                               "\n" R"({"t": 600000, "set": {"device_mode": 603}})"
-                               "\n" R"({"t": 800000, "set": {"plugged": 0}})" "\n"),
+                               "\n"
+                               R"({"t": 200000, "broadcast": {"action": "COMMON_EVENT_CHARGING"}})"
+                               "\n"
+                               R"({"t": 400000, "broadcast": {"action": "COMMON_EVENT_DISCHARGING"}})"
+                               "\n"
+                               R"({"t": 600000, "set": {"device_mode": 603}})"
+                               "\n"
+                               R"({"t": 800000, "set": {"plugged": 0}})"
+                               "\n"),
                 ElementsAre(R"(2: set.plugged: nobody is told, for no COMMON_EVENT_CHARGING goes with it; the step )"
                             R"("charger" does both)",
                             R"(4: broadcast "COMMON_EVENT_DISCHARGING": the fact "plugged" says otherwise; the step )"
@@ -142,20 +169,29 @@ TEST(Slips, TheChargerAndFullPowerSaveAreToldOf) {
                             R"(6: set.plugged: nobody is told, for no COMMON_EVENT_DISCHARGING goes with it; the step )"
                             R"("charger" does both)"));
     const char* modes = R"({"t": 30, "set": {"device_mode": 603}})"
-                        "\n" R"({"t": 60000, "broadcast": {"action": "COMMON_EVENT_POWER_SAVE_MODE_CHANGED"}})"
-                        "\n" R"({"t": 60000, "set": {"device_mode": 602, "plugged": 0}})" "\n";
-    EXPECT_THAT(Slips(header + "{\"t\": 1, \"charger\": \"plugged\"}\n{\"t\": 2, \"charger\": \"unplugged\"}\n" + modes),
-                IsEmpty());
+                        "\n"
+                        R"({"t": 60000, "broadcast": {"action": "COMMON_EVENT_POWER_SAVE_MODE_CHANGED"}})"
+                        "\n"
+                        R"({"t": 60000, "set": {"device_mode": 602, "plugged": 0}})"
+                        "\n";
+    EXPECT_THAT(
+        Slips(header + "{\"t\": 1, \"charger\": \"plugged\"}\n{\"t\": 2, \"charger\": \"unplugged\"}\n" + modes),
+        IsEmpty());
     EXPECT_THAT(Slips(header + R"({"t": 5, "broadcast": {"action": "COMMON_EVENT_CHARGING"}})"
-                               "\n" R"({"t": 60005, "set": {"plugged": 2}})" "\n"),
+                               "\n"
+                               R"({"t": 60005, "set": {"plugged": 2}})"
+                               "\n"),
                 IsEmpty())
         << "within a minute it is one event";
 }
 
 TEST(Slips, EachKindIsToldOnceAndNotTooMany) {
-    std::string night = R"({"trace": 1, "start": 0})" "\n";
+    std::string night = R"({"trace": 1, "start": 0})"
+                        "\n";
     for (int i = 1; i <= 3; ++i) {
-        night += "{\"t\": " + std::to_string(i) + R"(, "broadcast": {"action": "A"}})" "\n";
+        night += "{\"t\": " + std::to_string(i) +
+                 R"(, "broadcast": {"action": "A"}})"
+                 "\n";
     }
     EXPECT_THAT(Slips(night), ElementsAre(R"(2: broadcast "A": nobody listens to it x3)"));
     for (int i = 100; i < 130; ++i) {
@@ -250,7 +286,18 @@ TEST(Vocabulary, NamesAreThoseThatTheSourcesAskFor) {
     EXPECT_EQ(configurations, named);
     EXPECT_EQ(SetOf(Checks::kParams), InSources(R"re(kRecoverTimeParam\[\] = "(\w+)")re"));
     EXPECT_EQ(SetOf(Checks::kHalfHourSwitches), InSources(R"re(kPowerOffSwitch\[\] = "(\w+)")re"));
-    for (const std::string_view keyword : {Checks::kPhoneSettings[0], Checks::kPhoneSettings[1], Checks::kAccountSettings[0]}) {
+    EXPECT_EQ(SetOf(Checks::kParameters), InSources(R"re(Get(?:String|Bool)Parameter\("([\w.]+)")re"));
+    std::set<std::string> words = InSources(R"re(Words\{"([\w-]+)")re");
+    words.merge(InSources(R"re(Words\{"[\w-]+", "([\w-]+)"\})re"));
+    words.merge(InSources(R"re("(-ST|--\w+)")re"));
+    words.merge(InSources(R"re(isTest\("--\w+", "([a-z]+)"\))re"));
+    for (const std::string_view word : {DevStandbyMgr::DUMP_DETAIL_INFO, DevStandbyMgr::DUMP_STRATGY_DETAIL,
+                                        DevStandbyMgr::DUMP_SIMULATE_SENSOR, DevStandbyMgr::DUMP_POWEROFF_STRATEGY}) {
+        words.emplace(word);
+    }
+    EXPECT_EQ(SetOf(Checks::kDumpWords), words);
+    for (const std::string_view keyword :
+         {Checks::kPhoneSettings[0], Checks::kPhoneSettings[1], Checks::kAccountSettings[0]}) {
         EXPECT_THAT(InSources("\"(" + std::string(keyword) + ")\""), ElementsAre(std::string(keyword)));
     }
 }

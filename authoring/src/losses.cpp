@@ -46,7 +46,7 @@ std::string Losses::Tell(size_t most) const {
     }
     if (rest > 0) {
         const size_t kinds = sorted.size() - std::min(most, sorted.size());
-        text += " and " + std::to_string(rest) + " of " + (others_ > 0 ? "more than " : "") + std::to_string(kinds) +
+        text += " and " + std::to_string(rest) + " more, of " + (others_ > 0 ? "over " : "") + std::to_string(kinds) +
                 " other kind" + (kinds == 1 ? "" : "s");
     }
     return text;

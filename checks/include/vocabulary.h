@@ -45,6 +45,29 @@ inline constexpr std::string_view kHalfHourSwitches[] = {"poweroff"};
 inline constexpr std::string_view kPersistAllow[] = {"FREEZE"};
 inline constexpr std::string_view kResCtrl[] = {"TIMER_ADJUST", "SLEEP_CLEAN", "POWER_SAVE_CLEAN"};
 
+/// The system parameters that the plugin reads.
+inline constexpr std::string_view kParameters[] = {"const.global.locale", "persist.sys.standby_ext_debug_on"};
+
+/// The words of a dump that host or plugin compare with, but for digits.
+inline constexpr std::string_view kDumpWords[] = {"DUMP_DETAIL_INFO",
+                                                  "DUMP_STRATGY_DETAIL",
+                                                  "DUMP_SIMULATE_SENSOR",
+                                                  "DUMP_POWEROFF_STRATEGY",
+                                                  "--restorectrlnetwork",
+                                                  "--ctrlnetwork",
+                                                  "-ST",
+                                                  "--CollectSleepData",
+                                                  "predict",
+                                                  "--SendMessage",
+                                                  "start",
+                                                  "stop",
+                                                  "--SetMode",
+                                                  "step",
+                                                  "force-idle",
+                                                  "light",
+                                                  "deep",
+                                                  "unforce"};
+
 /// Keywords in the settings tables, of the phone and of an account.
 inline constexpr std::string_view kPhoneSettings[] = {"nearestAlarmingTime", "settings.telephony.airplanemode"};
 inline constexpr std::string_view kAccountSettings[] = {"user_setup_complete"};

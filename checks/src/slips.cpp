@@ -44,10 +44,9 @@ std::string PerhapsAction(Names known, std::string_view action) {
     for (const std::string_view one : known) {
         names.push_back(one.substr(kPrefix.size()));
     }
-    const bool hasPrefix = action.size() > kPrefix.size() && std::equal(kPrefix.begin(), kPrefix.end(), action.begin(),
-                                                                        [](unsigned char a, unsigned char b) {
-                                                                            return a == std::toupper(b);
-                                                                        });
+    const bool hasPrefix = action.size() > kPrefix.size() &&
+                           std::equal(kPrefix.begin(), kPrefix.end(), action.begin(),
+                                      [](unsigned char a, unsigned char b) { return a == std::toupper(b); });
     const std::string_view nearest = NearestName(names, hasPrefix ? action.substr(kPrefix.size()) : action);
     return nearest.empty() ? "" : "; perhaps " + std::string(kPrefix) + std::string(nearest);
 }
@@ -123,7 +122,9 @@ void CheckHost(Slips& slips, size_t line, const std::string& where, const Standb
 
 class FactChecks {
 public:
-    FactChecks(Slips& slips, size_t line, const char* where) : slips_(slips), line_(line), where_(where) {}
+    /// `t`: the time from which the facts hold.
+    FactChecks(Slips& slips, size_t line, const char* where, int64_t t)
+        : slips_(slips), line_(line), where_(where), t_(t) {}
 
     void Check(const Replay::SetStep& step) {
         const Simulated::FactsChange& phone = step.phone;
@@ -148,6 +149,13 @@ public:
         Keys("restrict_set", step.host.restrictSet, kAllowTypes);
         CheckProcesses(phone);
         CheckSettings(phone);
+        for (const auto& [name, value] : phone.parameters) {
+            // a phone has many that nobody here reads
+            if (const std::string nearest = Perhaps(kParameters, name);
+                !IsAmong(kParameters, name) && !nearest.empty()) {
+                Add("parameters", "nobody reads " + Cut(name) + nearest);
+            }
+        }
     }
 
 private:
@@ -202,16 +210,20 @@ private:
     }
 
     void CheckAlarm(const std::string& row, const std::string& value) {
+        constexpr int64_t kSecondsMs = 20'000'000'000;  // what present seconds are as milliseconds is less
         int64_t ms = 0;
         const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), ms);
         if (error != std::errc() || end != value.data() + value.size()) {
             Add("settings." + row, Cut(value) + " is no number of milliseconds; the fact \"alarm\" takes a time");
+        } else if (ms > 0 && ms < kSecondsMs && t_ > kSecondsMs) {
+            Add("settings." + row, Cut(value) + " is in 1970; it is read as milliseconds, not as seconds");
         }
     }
 
     Slips& slips_;
     size_t line_;
     std::string where_;
+    int64_t t_;
 };
 
 // ---- messages and broadcasts
@@ -268,6 +280,15 @@ void CheckMessage(Slips& slips, size_t line, const StandbyMessage& message) {
         }
     }
     CheckWant(slips, line, where, message.Params(), members);
+}
+
+void CheckDump(Slips& slips, size_t line, const Replay::DumpStep& dump) {
+    for (const std::string& word : dump.words) {
+        // any word may stand where only its place counts
+        if (const std::string nearest = Perhaps(kDumpWords, word); !IsAmong(kDumpWords, word) && !nearest.empty()) {
+            slips.Add(line, "dump: nobody knows the word " + Cut(word) + nearest);
+        }
+    }
 }
 
 void CheckBroadcast(Slips& slips, size_t line, const AAFwk::Want& want, HostMode mode) {
@@ -340,8 +361,9 @@ private:
         constexpr int64_t kNearMs = 60'000;
         const auto first = std::lower_bound(others.begin(), others.end(), one.t - kNearMs,
                                             [](const Told& other, int64_t t) { return other.t < t; });
-        return std::any_of(first, std::find_if(first, others.end(), [&](const Told& other) { return other.t > one.t + kNearMs; }),
-                           [&](const Told& other) { return other.isOn == one.isOn; });
+        return std::any_of(
+            first, std::find_if(first, others.end(), [&](const Told& other) { return other.t > one.t + kNearMs; }),
+            [&](const Told& other) { return other.isOn == one.isOn; });
     }
 
     bool isOn_;
@@ -375,21 +397,22 @@ public:
 
     void Tell(Slips& slips) const {
         charger_.ForUntold([&](const Told& fact) {
-            const auto action = fact.isOn ? CommonEventSupport::COMMON_EVENT_CHARGING
-                                          : CommonEventSupport::COMMON_EVENT_DISCHARGING;
+            const auto action =
+                fact.isOn ? CommonEventSupport::COMMON_EVENT_CHARGING : CommonEventSupport::COMMON_EVENT_DISCHARGING;
             slips.Add(fact.line, "set.plugged: nobody is told, for no " + std::string(action) +
                                      " goes with it; the step \"charger\" does both");
         });
         charger_.ForUntrue([&](const Told& broadcast) {
             const auto action = broadcast.isOn ? CommonEventSupport::COMMON_EVENT_CHARGING
                                                : CommonEventSupport::COMMON_EVENT_DISCHARGING;
-            slips.Add(broadcast.line, "broadcast " + Cut(action) + ": the fact \"plugged\" says otherwise; the step "
-                                      "\"charger\" does both");
+            slips.Add(broadcast.line, "broadcast " + Cut(action) +
+                                          ": the fact \"plugged\" says otherwise; the step "
+                                          "\"charger\" does both");
         });
         fullSave_.ForUntold([&](const Told& fact) {
-            slips.Add(fact.line,
-                      "set.device_mode: nobody is told, for no " +
-                          std::string(CommonEventSupport::COMMON_EVENT_POWER_SAVE_MODE_CHANGED) + " goes with it");
+            slips.Add(fact.line, "set.device_mode: nobody is told, for no " +
+                                     std::string(CommonEventSupport::COMMON_EVENT_POWER_SAVE_MODE_CHANGED) +
+                                     " goes with it");
         });
     }
 
@@ -415,16 +438,25 @@ private:
 std::vector<Slip> FindSlips(const Replay::Trace& trace) {
     Slips slips;
     CheckHost(slips, trace.headerLine, "host.", trace.host);
-    FactChecks(slips, trace.headerLine, "device").Check(trace.device);
+    FactChecks(slips, trace.headerLine, "device", trace.start).Check(trace.device);
     Pairs pairs(trace.device.phone);
+    int64_t before = trace.start;
     for (const Replay::Step& step : trace.steps) {
+        constexpr int64_t kHalfDayMs = 12L * 3600 * 1000;
+        if (step.isTimeOfDay && step.t - before > kHalfDayMs) {
+            slips.Add(step.line, "t: the time of day is that of " + Replay::TimeZone::Format(step.t, "%a %-d %b") +
+                                     ", more than half a day after what is before it; a date says which day is meant");
+        }
+        before = step.t;
         pairs.Note(step);
         if (const auto* set = std::get_if<Replay::SetStep>(&step.what)) {
-            FactChecks(slips, step.line, "set").Check(*set);
+            FactChecks(slips, step.line, "set", step.t).Check(*set);
         } else if (const auto* message = std::get_if<Replay::MessageStep>(&step.what)) {
             CheckMessage(slips, step.line, message->message);
         } else if (const auto* broadcast = std::get_if<Replay::BroadcastStep>(&step.what)) {
             CheckBroadcast(slips, step.line, broadcast->want, trace.host.mode);
+        } else if (const auto* dump = std::get_if<Replay::DumpStep>(&step.what)) {
+            CheckDump(slips, step.line, *dump);
         }
     }
     if (trace.host.mode == HostMode::AUTOMATIC) {

@@ -29,7 +29,7 @@ constexpr std::array kConditions = {kCondition};
 constexpr std::array kAllowLists = {Member{"allowType", MemberType::INTEGER}, Member{"name", MemberType::STRING},
                                     Member{"added", MemberType::BOOL}};
 constexpr std::array kHalfHours = {Member{SCR_OFF_HALF_HOUR_STATUS, MemberType::BOOL}};
-constexpr std::array kDeviceStates = {Member{DEVICE_STATE_TYPE, MemberType::INTEGER},
+constexpr std::array kDeviceStates = {Member{DEVICE_STATE_TYPE, MemberType::INTEGER, 0, 1},
                                       Member{DEVICE_STATE, MemberType::BOOL}};
 constexpr std::array kSleep = {Member{"isSleep", MemberType::BOOL}, Member{"wakeupTime", MemberType::INTEGER}};
 constexpr std::array kIdlePolicies = {Member{NET_IDLE_POLICY_STATUS, MemberType::BOOL}};
@@ -38,12 +38,15 @@ constexpr std::array kResources = {Member{BG_TASK_TYPE, MemberType::INTEGER},
                                    Member{BG_TASK_BUNDLE_NAME, MemberType::STRING}};
 constexpr std::array kNatIntervals = {Member{MESSAGE_ENABLE, MemberType::BOOL},
                                       Member{MESSAGE_INTERVAL, MemberType::INTEGER}};
-constexpr std::array kSleepRecords = {
-    Member{"mUserStationaryDuration", MemberType::INTEGER}, Member{"mLightDarkDuration", MemberType::INTEGER},
-    Member{"mScrOffDuration", MemberType::INTEGER},         Member{"mScrOnCount", MemberType::INTEGER},
-    Member{"mLight", MemberType::FLOAT},                    Member{"mProximity", MemberType::FLOAT},
-    Member{"mUnlockTimestamp", MemberType::INTEGER},        Member{"mTimestamp", MemberType::INTEGER},
-    Member{"mNextAlarmClockTriggerTime", MemberType::INTEGER}};
+constexpr std::array kSleepRecords = {Member{"mUserStationaryDuration", MemberType::INTEGER},
+                                      Member{"mLightDarkDuration", MemberType::INTEGER},
+                                      Member{"mScrOffDuration", MemberType::INTEGER},
+                                      Member{"mScrOnCount", MemberType::INTEGER},
+                                      Member{"mLight", MemberType::FLOAT},
+                                      Member{"mProximity", MemberType::FLOAT},
+                                      Member{"mUnlockTimestamp", MemberType::INTEGER},
+                                      Member{"mTimestamp", MemberType::INTEGER},
+                                      Member{"mNextAlarmClockTriggerTime", MemberType::INTEGER}};
 constexpr std::array kTasks = {Member{"typeId", MemberType::INTEGER}, Member{"started", MemberType::BOOL},
                                Member{"uid", MemberType::INTEGER}};
 constexpr std::array kPowerModes = {Member{"current_power_mode", MemberType::BOOL}};

@@ -30,7 +30,9 @@ constexpr char kAbout[] =
 constexpr char kExitStatuses[] =
     "Exit status:\n"
     "  0  done\n"
-    "  1  the run failed: the plugin does not load, the output cannot be written\n"
+    "  1  the run failed: the plugin does not load, the output cannot be written, the plugin crashed on one of "
+    "several\n"
+    "     traces. On a single one the crash is the command's own, for a debugger to look at\n"
     "  2  the input is wrong: a trace, the configuration, the command line\n"
     "diff answers as diff does: 0 the same, 1 different, 2 trouble\n";
 

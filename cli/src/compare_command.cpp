@@ -7,21 +7,20 @@
 #include <optional>
 #include <utility>
 
+#include "exit_status.h"
 #include "inputs.h"
-#include "json_fields.h"
 #include "night_pair.h"
 #include "night_reader.h"
 #include "player.h"
 #include "progress.h"
 #include "sides.h"
-#include "standby_config.h"
+#include "slip_watch.h"
 #include "worker_pool.h"
 
 namespace TARN::Cli {
 
 namespace {
 
-using DevStandbyMgr::StandbyConfigFile;
 using Story::kSides;
 
 enum class PairFormat : uint8_t { TEXT, JSONL, CSV };
@@ -34,6 +33,7 @@ struct CompareOptions {
     ManyTraces many;
     SideNames names;  ///< two configurations, two plugins, or both; no traces
     PairFormat format = PairFormat::TEXT;
+    bool isStrict = false;  ///< a slip is an error
     bool isProgressHidden = false;
 };
 
@@ -44,32 +44,33 @@ constexpr char kCompareFooter[] =
     "  standby compare --plugin OTHER.so nights/              the plugin built with this program, and another\n"
     "  standby compare --config try.json --format csv nights/ > nights.csv\n";
 
-std::vector<std::optional<StandbyConfigFile>> ReadConfigs(const std::vector<std::string>& names) {
-    std::vector<std::optional<StandbyConfigFile>> configs(kSides);
-    for (size_t side = 0; side < names.size(); ++side) {
-        if (!names[side].empty()) {
-            configs[side].emplace(names[side]);
-        }
-    }
-    return configs;
-}
+constexpr std::array<const char*, kSides> kSideNames = {"A", "B"};
 
 int RunCompare(const CompareOptions& options, OutputFile& output) {
     Progress progress(!options.isProgressHidden);
     TraceNames traces(options.many.names, options.many.list);
-    const auto configs = ReadConfigs(options.names.configs);
+    SlipWatch slips(options.isStrict, [&progress](const std::string& line) {
+        progress.Erase();
+        Complain(line);
+    });
+    std::vector<ConfigFile> configs(kSides);
+    for (size_t side = 0; side < options.names.configs.size(); ++side) {
+        configs[side] = ReadConfig(options.names.configs[side], slips);
+    }
     const std::array<std::string, kSides> labels = {LabelOf(options.names, 0), LabelOf(options.names, 1)};
     output.BeforeWriting([&progress] { progress.Erase(); });
 
-    const auto work = [&](const std::string& name, std::ostream& result, const WorkerPool::Note& /*note*/) {
+    const auto work = [&](const std::string& name, std::ostream& result, const WorkerPool::Note& note) {
         const Replay::Trace read = ReadInput(name);
+        SlipWatch(options.isStrict, note).Look(read);
         std::deque<Story::NightReader> readers;
         for (size_t side = 0; side < kSides; ++side) {
             Replay::Trace trace = read;
             if (configs[side]) {
                 configs[side]->LayOver(trace.host);
             }
-            Replay::Play(trace, {options.names.plugins[side], nullptr}, readers.emplace_back());
+            Replay::Play(trace, {options.names.plugins[side], nullptr, {}, std::string(kSideNames[side])},
+                         readers.emplace_back());
         }
         result << Pack(Story::ComparePair({&readers[0].Result(), &readers[1].Result()}));
     };
@@ -141,6 +142,7 @@ void AddCompare(CLI::App& app, Action& action) {
     AddManyTraces(command, options.many);
     AddChoice(command, "--format", "FORMAT", kPairFormats, options.format,
               "text, a table for people (default); jsonl or csv, a line a trace");
+    AddStrict(command, options.isStrict);
     AddSideOptions(command, options.names, options.isProgressHidden);
     command.callback([shared, &action] {
         CheckNamed(shared->many);

@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "player.h"
+#include "session.h"
 
 namespace TARN::Cli {
 
@@ -66,6 +66,10 @@ void Tell(int signal, siginfo_t* info, void* /*context*/) {
         Line line;
         line.Add("standby: ");
         line.Add(running->trace);
+        if (*running->side != '\0') {
+            line.Add(", ");
+            line.Add(running->side);
+        }
         line.Add(": crashed at ");
         line.AddMoment(running->sinceStartMs);
         line.Write();

@@ -54,14 +54,15 @@ constexpr int kTrouble = 2;
 class ScratchFile {
 public:
     ScratchFile() {
-        std::error_code error;
-        std::string name = std::filesystem::temp_directory_path(error) / "standby-XXXXXX";
-        errno = error.value();
-        if (const int opened = error ? -1 : ::mkstemp(name.data()); opened >= 0) {
-            stream_.open(name, std::ios::in | std::ios::out | std::ios::binary);
-            ::unlink(name.c_str());
-            ::close(opened);
+        const char* folder = std::getenv("TMPDIR");
+        std::string name = std::string(folder != nullptr && *folder != '\0' ? folder : "/tmp") + "/standby-XXXXXX";
+        const int opened = ::mkstemp(name.data());
+        if (opened < 0) {
+            throw Replay::RunError("cannot make a temporary file " + name + ": " + std::strerror(errno));
         }
+        stream_.open(name, std::ios::in | std::ios::out | std::ios::binary);
+        ::unlink(name.c_str());
+        ::close(opened);
         Check();
     }
 
@@ -77,7 +78,7 @@ public:
 private:
     void Check() const {
         if (!stream_) {
-            throw Replay::RunError(std::string("cannot write a temporary file: ") + std::strerror(errno));
+            throw Replay::RunError("cannot write a temporary file; is its folder full?");
         }
     }
 
@@ -187,7 +188,7 @@ struct Sources {
     std::vector<Side> runs;  ///< those of the traces, in order
 };
 
-Sources Open(const SideNames& names) {
+Sources Open(const SideNames& names, SlipWatch& slips) {
     Sources sources;
     SideNames played{{}, names.configs, names.plugins};
     std::vector<Replay::Trace> traces;
@@ -203,7 +204,7 @@ Sources Open(const SideNames& names) {
         }
     }
     if (!traces.empty()) {
-        sources.runs = MakeSides(played, traces);
+        sources.runs = MakeSides(played, traces, slips);
     }
     return sources;
 }
@@ -222,7 +223,11 @@ void Check(const Sources& sources, const SideNames& named) {
 }
 
 int Compare(const DiffOptions& options, Progress& progress, OutputFile& output) {
-    Sources sources = Open(options.names);
+    SlipWatch slips(/*isStrict=*/false, [&progress](const std::string& line) {
+        progress.Erase();
+        Complain(line);
+    });
+    Sources sources = Open(options.names, slips);
     Check(sources, options.names);
     std::deque<PlayedRun> played;
     std::array<Told, Story::kSides> told;

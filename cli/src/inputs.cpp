@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
+#include <new>
 #include <system_error>
 
 #include "json_fields.h"
@@ -102,6 +103,8 @@ Replay::Trace ReadInput(Input& input, Replay::TraceLines* lines) {
     } catch (const InputError&) {
         input.Check();  // what was cut off on the way is not the trace's fault
         throw;
+    } catch (const std::bad_alloc&) {
+        Refuse(input.Name(), "out of memory", "a trace that it has room for");
     }
 }
 

@@ -56,8 +56,7 @@ CLI::Option& AddAt(CLI::App& command, std::string& at, const std::string& otherw
 
 void AddTraceNames(CLI::App& command, ManyTraces& traces, const std::string& about) {
     command
-        .add_option("TRACE", traces.names,
-                    about + ", packed by gzip or not, folders of traces, - for standard input")
+        .add_option("TRACE", traces.names, about + ", packed by gzip or not, folders of traces, - for standard input")
         ->type_name("");
     command
         .add_option("--files-from", traces.list,
@@ -71,9 +70,9 @@ void AddManyTraces(CLI::App& command, ManyTraces& traces) {
     AddTraceNames(command, traces, "Traces to play");
     command
         .add_option("--jobs", traces.jobs,
-                    "How many traces to play at a time (default: as many as there are processors)")
+                    "How many traces to play at a time, up to 1024 (default: as many as there are processors)")
         ->type_name("N")
-        ->check(CLI::Range(1, kMostJobs));
+        ->check(CLI::Range(1, kMostJobs).description(""));
 }
 
 void CheckNamed(const ManyTraces& traces) {

@@ -21,7 +21,6 @@
 #include "result_file.h"
 #include "sides.h"
 #include "slip_watch.h"
-#include "standby_config.h"
 #include "timeline.h"
 #include "trace_events.h"
 #include "trace_names.h"
@@ -62,19 +61,6 @@ constexpr char kReplayFooter[] =
     "what it names replaces what the traces say.\n";
 
 using Report = std::function<void(double fraction)>;
-using ConfigFile = std::optional<DevStandbyMgr::StandbyConfigFile>;
-
-/// A configuration that is laid over traces, if the name is one.
-ConfigFile ReadConfig(const std::string& name, SlipWatch& slips) {
-    if (name.empty()) {
-        return std::nullopt;
-    }
-    ConfigFile config(name);
-    DevStandbyMgr::StandbyConfig alone;
-    config->LayOver(alone);
-    slips.Look(alone, name);
-    return config;
-}
 
 /// Reads a trace; its slips are its own, whatever is laid over it.
 Replay::Trace ReadLaidOver(const std::string& name, const ConfigFile& config, SlipWatch& slips) {
@@ -121,9 +107,6 @@ int RunTraceEvents(const ReplayOptions& options, SlipWatch& slips, Progress& pro
 
 /// Plays one side or both and writes the page that shows them.
 int RunReport(const ReplayOptions& options, SlipWatch& slips, Progress& progress) {
-    for (const std::string& name : options.names.configs) {
-        (void)ReadConfig(name, slips);
-    }
     const std::vector<Side> sides =
         ReadSides({options.many.names, options.names.configs, options.names.plugins}, slips);
     ResultFile file(options.report);
@@ -210,6 +193,9 @@ void Check(const ReplayOptions& options) {
     const bool isTold = options.format == Format::TEXT && !isForFile;
     if (options.isUnfolded && !isTold) {
         throw CLI::ValidationError("--unfold goes with a timeline, --format text");
+    }
+    if (options.color != ColorChoice::AUTO && !isTold) {
+        throw CLI::ValidationError("--color goes with a timeline, --format text");
     }
     if (options.log && options.format != Format::TEXT) {
         throw CLI::ValidationError("--log goes with --format text, --report or --trace-events");

@@ -2,12 +2,10 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <optional>
 #include <utility>
 
 #include "inputs.h"
 #include "json_fields.h"
-#include "standby_config.h"
 
 namespace TARN::Cli {
 
@@ -45,14 +43,15 @@ std::string LabelOf(const SideNames& names, size_t side) {
     return !label.empty() ? label : side == 0 ? "first" : "second";
 }
 
-std::vector<Side> MakeSides(const SideNames& names, const std::vector<Replay::Trace>& traces) {
+std::vector<Side> MakeSides(const SideNames& names, const std::vector<Replay::Trace>& traces, SlipWatch& slips) {
+    std::for_each(traces.begin(), traces.end(), [&slips](const Replay::Trace& trace) { slips.Look(trace); });
     const size_t sides = std::max({names.traces.size(), names.configs.size(), names.plugins.size()});
     if (sides > kMostSides) {
         throw DevStandbyMgr::InputError("at most two traces, configurations or plugins are held against each other");
     }
-    std::vector<std::optional<DevStandbyMgr::StandbyConfigFile>> configs;
+    std::vector<ConfigFile> configs;
     for (const std::string& name : names.configs) {
-        configs.push_back(name.empty() ? std::nullopt : std::optional(DevStandbyMgr::StandbyConfigFile(name)));
+        configs.push_back(ReadConfig(name, slips));
     }
     std::vector<Side> result;
     for (size_t side = 0; side < sides; ++side) {
@@ -72,9 +71,8 @@ std::vector<Side> ReadSides(const SideNames& names, SlipWatch& slips) {
     std::vector<Replay::Trace> traces;
     for (const std::string& name : names.traces) {
         traces.push_back(ReadInput(name));
-        slips.Look(traces.back());
     }
-    return MakeSides(names, traces);
+    return MakeSides(names, traces, slips);
 }
 
 }  // namespace TARN::Cli

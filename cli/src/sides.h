@@ -31,7 +31,8 @@ struct Side {
 [[nodiscard]] std::vector<Side> ReadSides(const SideNames& names, SlipWatch& slips);
 
 /// The same with traces that are read already, as many as their names.
-[[nodiscard]] std::vector<Side> MakeSides(const SideNames& names, const std::vector<Replay::Trace>& traces);
+[[nodiscard]] std::vector<Side> MakeSides(const SideNames& names, const std::vector<Replay::Trace>& traces,
+                                          SlipWatch& slips);
 
 }  // namespace TARN::Cli
 

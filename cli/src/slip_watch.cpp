@@ -28,4 +28,15 @@ void SlipWatch::Tell(const std::vector<Checks::Slip>& slips, const std::string& 
     }
 }
 
+ConfigFile ReadConfig(const std::string& name, SlipWatch& slips) {
+    if (name.empty()) {
+        return std::nullopt;
+    }
+    ConfigFile config(name);
+    DevStandbyMgr::StandbyConfig alone;
+    config->LayOver(alone);
+    slips.Look(alone, name);
+    return config;
+}
+
 }  // namespace TARN::Cli

@@ -3,10 +3,12 @@
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "slips.h"
+#include "standby_config.h"
 
 namespace TARN::Cli {
 
@@ -16,8 +18,8 @@ public:
     /// `tell` takes the lines.
     SlipWatch(bool isStrict, std::function<void(const std::string& line)> tell);
 
-    /// Looks through a trace, or through a configuration by itself, from the file `name`. Throws InputError for one with
-    /// a slip where that is an error.
+    /// Looks through a trace, or through a configuration by itself, from the file `name`. Throws InputError for one
+    /// with a slip where that is an error.
     void Look(const Replay::Trace& trace);
     void Look(const DevStandbyMgr::StandbyConfig& config, const std::string& name);
 
@@ -31,6 +33,11 @@ private:
     std::function<void(const std::string& line)> tell_;
     size_t count_ = 0;
 };
+
+using ConfigFile = std::optional<DevStandbyMgr::StandbyConfigFile>;
+
+/// The configuration of a file, looked through for slips; nothing where the name is empty. Throws InputError.
+[[nodiscard]] ConfigFile ReadConfig(const std::string& name, SlipWatch& slips);
 
 }  // namespace TARN::Cli
 

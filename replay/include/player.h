@@ -1,9 +1,7 @@
 #ifndef REPLAY_PLAYER_H
 #define REPLAY_PLAYER_H
 
-#include <cstdint>
 #include <functional>
-#include <optional>
 #include <stdexcept>
 #include <string>
 
@@ -24,22 +22,14 @@ struct PlayOptions {
     std::function<void(double)> progress;
     /// The folder below which the phone's files are and stay; empty: in memory.
     std::string filesFolder = {};
+    /// What tells the run from another of the same trace where it crashes, "A"; empty: there is none.
+    std::string side = {};
 };
 
 /// Plays a trace through host and plugin on a simulated phone in virtual time; the same trace tells the sink
 /// the same every time. One run at a time in a process. Throws RunError when the plugin does not load, or the
 /// phone's files cannot be written below their folder.
 void Play(const Trace& trace, const PlayOptions& options, RecordSink& sink);
-
-/// The run that Play is busy with.
-struct Running {
-    const char* trace;     ///< its name
-    int64_t sinceStartMs;  ///< how much of the trace's time is over
-};
-
-/// What is being played just now; nothing between runs. For a handler of a crash, which may ask at any
-/// instant.
-[[nodiscard]] std::optional<Running> WhatRuns() noexcept;
 
 }  // namespace TARN::Replay
 

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "record_sink.h"
@@ -17,6 +18,16 @@ class SimulatedPhone;
 
 namespace TARN::Replay {
 
+/// The session of this process.
+struct Running {
+    const char* trace;     ///< its name
+    const char* side;      ///< what tells it from another of the same trace; empty: nothing has to
+    int64_t sinceStartMs;  ///< how much of the trace's time is over
+};
+
+/// What is being played just now; nothing between sessions. For a handler of a crash, which may ask at any instant.
+[[nodiscard]] std::optional<Running> WhatRuns() noexcept;
+
 /// A simulated phone with its service and plugin, moved on by hand: by the steps of a trace, or by a person at a
 /// prompt. One at a time in a process. Times are wall clock milliseconds.
 class Session {
@@ -24,8 +35,10 @@ public:
     /// Installs the phone as the trace's header tells, loads the plugin and starts the service at trace.start. The
     /// trace's steps are not played and the trace is not kept; the sink outlives the session. The phone's files are
     /// below `filesFolder`, those that are there already among them; empty: in memory, none to begin with. Throws
-    /// RunError when the plugin does not load, or there is no such folder.
-    Session(const Trace& trace, std::string pluginPath, RecordSink& sink, const std::string& filesFolder = "");
+    /// RunError when the plugin does not load, or there is no such folder. `side` tells it from another
+    /// session of the same trace.
+    Session(const Trace& trace, std::string pluginPath, RecordSink& sink, const std::string& filesFolder = "",
+            std::string side = "");
     ~Session();
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
@@ -60,7 +73,23 @@ private:
     void Apply(const FileStep& step);
     void Apply(const HostFactsChange& change);
 
+    /// Makes the session known for as long as anything of it is there.
+    class Registration {
+    public:
+        explicit Registration(const Session& session) noexcept { running_ = &session; }
+        ~Registration() { running_ = nullptr; }
+        Registration(const Registration&) = delete;
+        Registration& operator=(const Registration&) = delete;
+    };
+    friend std::optional<Running> WhatRuns() noexcept;
+    static inline const Session* running_ = nullptr;
+
+    std::string name_;
+    std::string side_;
     int64_t start_;
+    int64_t sinceStartMs_ = 0;  ///< before the phone is there and after it
+    bool isPhoneThere_ = false;
+    Registration registration_{*this};
     std::string pluginPath_;
     RecordSink& sink_;
     std::unique_ptr<Parts> parts_;

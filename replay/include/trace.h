@@ -60,7 +60,8 @@ struct FileStep {
 struct Step {
     int64_t t;  ///< wall clock, milliseconds
     std::variant<SetStep, MessageStep, BroadcastStep, DumpStep, RestartStep, FileStep> what;
-    size_t line = 0;  ///< where the trace says so; several steps may stand in one line
+    size_t line = 0;           ///< where the trace says so; several steps may stand in one line
+    bool isTimeOfDay = false;  ///< the trace names no day for it
 };
 
 /// One phone over one stretch of time.

@@ -119,10 +119,12 @@ struct Session::Parts {
     std::shared_ptr<StandbyServiceImpl> service;
 };
 
-Session::Session(const Trace& trace, std::string pluginPath, RecordSink& sink, const std::string& filesFolder)
-    : start_(trace.start), pluginPath_(std::move(pluginPath)), sink_(sink) {
+Session::Session(const Trace& trace, std::string pluginPath, RecordSink& sink, const std::string& filesFolder,
+                 std::string side)
+    : name_(trace.name), side_(std::move(side)), start_(trace.start), pluginPath_(std::move(pluginPath)), sink_(sink) {
     trace.timezone.Use();
     parts_ = std::make_unique<Parts>(trace, sink, filesFolder);
+    isPhoneThere_ = true;
     Phone().Apply(trace.device.phone);
     parts_->service = StandbyServiceImpl::Create(trace.host);
     Service().ObserveDelivery([this](const auto& message) { parts_->recorder.OnDeliver(message); });
@@ -134,7 +136,20 @@ Session::Session(const Trace& trace, std::string pluginPath, RecordSink& sink, c
     LoadAndInit();
 }
 
-Session::~Session() = default;
+Session::~Session() {
+    sinceStartMs_ = NowMs() - start_;
+    isPhoneThere_ = false;
+    parts_.reset();
+}
+
+std::optional<Running> WhatRuns() noexcept {
+    const Session* session = Session::running_;
+    if (session == nullptr) {
+        return std::nullopt;
+    }
+    const int64_t sinceStart = session->isPhoneThere_ ? session->NowMs() - session->start_ : session->sinceStartMs_;
+    return Running{session->name_.c_str(), session->side_.c_str(), sinceStart};
+}
 
 SimulatedPhone& Session::Phone() {
     return *parts_->installed;

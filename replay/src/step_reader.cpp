@@ -207,6 +207,9 @@ std::vector<WrittenStep> ReadSteps(const Json& object, const std::string* line, 
             }
         });
     }
+    for (WrittenStep& written : steps) {
+        written.step.isTimeOfDay = IsTimeOfDay(time);
+    }
     fields.Finish();
     if (count != 1) {
         Refuse("", std::to_string(count) + " kinds of step",

@@ -93,4 +93,8 @@ bool IsAbsolute(const Json& time) {
     return !time.is_string() || IsLocalTime(time.get<std::string>());
 }
 
+bool IsTimeOfDay(const Json& time) {
+    return !IsAbsolute(time) && !time.get_ref<const std::string&>().starts_with('+');
+}
+
 }  // namespace TARN::Replay

@@ -26,6 +26,9 @@ namespace TARN::Replay {
 /// Whether a text is a local time or a time of day, and would be a small number to who takes it for milliseconds.
 [[nodiscard]] bool IsWrittenTime(const std::string& text);
 
+/// Whether it names no day: the first one that fits is meant.
+[[nodiscard]] bool IsTimeOfDay(const nlohmann::json& time);
+
 /// Whether it means the same wherever it stands.
 [[nodiscard]] bool IsAbsolute(const nlohmann::json& time);
 

@@ -165,12 +165,13 @@ void PairTally::Tell(const std::array<std::string, kSides>& names, std::ostream&
     constexpr size_t kNameColumn = 18;
     constexpr size_t kValueColumn = 14;
     constexpr size_t kSpreadColumn = 32;
-    output << "  A  " << Tame(names[0]) << "\n  B  " << Tame(names[1]) << "\n\n"
-           << Count(nights_, "night") << ", " << (differing_ == 0 ? "none" : std::to_string(differing_))
-           << " different\n";
+    output << "  A  " << Tame(names[0]) << "\n  B  " << Tame(names[1]) << "\n\n";
     if (nights_ == 0) {
+        output << "no night could be compared\n";
         return;
     }
+    output << Count(nights_, "night") << ", " << (differing_ == 0 ? "none" : std::to_string(differing_))
+           << " different\n";
     output << '\n'
            << Padded("each night", kNameColumn) << Padded("A, mean", kValueColumn) << Padded("B, mean", kValueColumn)
            << Padded("B − A, median", kValueColumn) << Padded("  half of them within", kSpreadColumn) << "nights\n";

@@ -5,8 +5,9 @@
 
 namespace TARN::Story {
 
-/// A field of a line of CSV as RFC 4180 has it: in quotes where it has to be.
-[[nodiscard]] std::string CsvField(const std::string& text);
+/// A field of a line of CSV as RFC 4180 has it, in quotes where it has to be. Control characters become "?", so that a
+/// row is a line and steers no terminal.
+[[nodiscard]] std::string CsvField(const std::string& name);
 
 }  // namespace TARN::Story
 

@@ -1,9 +1,12 @@
 #include "csv.h"
 
+#include "plain_text.h"
+
 namespace TARN::Story {
 
-std::string CsvField(const std::string& text) {
-    if (text.find_first_of(",\"\r\n") == std::string::npos) {
+std::string CsvField(const std::string& name) {
+    const std::string text = DevStandbyMgr::Tame(name);
+    if (text.find_first_of(",\"") == std::string::npos) {
         return text;
     }
     std::string quoted = "\"";
