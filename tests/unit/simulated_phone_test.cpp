@@ -137,6 +137,27 @@ TEST(SimulatedSensors, ARefusedSubscriptionReportsNothingAndCannotBeUndone) {
     EXPECT_THAT(g_readings, IsEmpty());
 }
 
+TEST(SimulatedSensors, ARefusalLeavesAnEarlierSubscriptionAsItIs) {
+    TestPhone phone;
+    g_readings.clear();
+    SensorUser user{};
+    user.callback = NoteReading;
+    const auto refuse = [&] {
+        phone.Fail("SensorAgent.SubscribeSensor", 14500101);
+        EXPECT_EQ(SubscribeSensor(SENSOR_TYPE_ID_AMBIENT_LIGHT, &user), 14500101);
+        phone.Heal("SensorAgent.SubscribeSensor");
+    };
+    EXPECT_EQ(SubscribeSensor(SENSOR_TYPE_ID_AMBIENT_LIGHT, &user), 0);
+    ActivateSensor(SENSOR_TYPE_ID_AMBIENT_LIGHT, &user);
+    refuse();
+    phone.Change([](auto& change) { change.light = std::optional<float>(3.0F); });
+    EXPECT_EQ(g_readings.size(), 1U);
+    EXPECT_EQ(UnsubscribeSensor(SENSOR_TYPE_ID_AMBIENT_LIGHT, &user), 0);
+    refuse();
+    EXPECT_EQ(SubscribeSensor(SENSOR_TYPE_ID_AMBIENT_LIGHT, &user), 0);
+    EXPECT_EQ(UnsubscribeSensor(SENSOR_TYPE_ID_AMBIENT_LIGHT, &user), 0) << "a refusal is made up for";
+}
+
 TEST(SimulatedSensors, TheListIsTheFactsOwn) {
     TestPhone phone;
     phone.Change([](auto& change) { change.sensors = std::vector<int32_t>{12}; });

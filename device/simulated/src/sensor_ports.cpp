@@ -30,10 +30,12 @@ int32_t SensorHub::GetAll(SensorInfo** sensorInfos, int32_t* count) {
 
 int32_t SensorHub::Subscribe(int32_t sensorTypeId, const SensorUser* user) {
     const int32_t code = Show("SensorAgent.SubscribeSensor", sensorTypeId);
-    Subscription& subscription = subscriptions_[sensorTypeId];
-    subscription.refusal = code;
+    const auto [subscription, isFirst] = subscriptions_.try_emplace(sensorTypeId);
     if (code == 0) {
-        subscription.callback = user->callback;  // one that is still active stays so
+        subscription->second.callback = user->callback;  // one that is still active stays so
+        subscription->second.refusal = 0;
+    } else if (isFirst || subscription->second.refusal != 0) {
+        subscription->second.refusal = code;  // an earlier subscription stays as it is
     }
     return code;
 }
