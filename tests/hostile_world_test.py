@@ -3,6 +3,7 @@
 Each time there is one clear line and the right exit status, in bounded time, and nothing stays behind. A second argument
 is the folder to work in; a third, "--limits", also takes memory away.
 """
+import gzip
 import os
 import resource
 import shutil
@@ -67,6 +68,13 @@ def endless_input():
         source.wait()
 
 
+def torn_archive():
+    rows = "time,event\n" + "".join(f"2026-03-01T22:{m:02}:00,screen {'on' if m % 2 else 'off'}\n" for m in range(60))
+    with open(os.path.join(WORK, "torn.csv.gz"), "wb") as file:
+        file.write(gzip.compress(rows.encode())[:-30])
+    expect_line(run("import", "--from", "csv", "torn.csv.gz"), 2, "torn.csv.gz: damaged: it ends too early")
+
+
 def closed_streams():
     for words in (["replay", "-"], ["check", "--files-from", "-"], ["shell"], ["diff", "-", "night.jsonl"],
                   ["import", "--from", "csv", "-"]):
@@ -87,7 +95,8 @@ def names_that_steer():
 
 def listing():
     folders = ("/dev/shm", WORK, os.path.join(WORK, "tmp"))
-    return {os.path.join(folder, name) for folder in folders for name in os.listdir(folder)}
+    return {os.path.join(folder, name) for folder in folders for name in os.listdir(folder)
+            if folder != "/dev/shm" or name.startswith("standby")}
 
 
 def left_since(before):
@@ -170,6 +179,7 @@ write("dumped.jsonl", POWER_OFF + '{"t": 1, "dump": ["", "DUMP_POWEROFF_STRATEGY
 write("on.jsonl", POWER_OFF)
 write("long.jsonl", '{"trace": 1, "start": 0, "end": 3000000000000}\n')
 endless_input()
+torn_archive()
 closed_streams()
 names_that_steer()
 no_temporary_folder()

@@ -136,6 +136,10 @@ TEST(Slips, ATimeOfDayThatGoesBackIsTheNextDay) {
                 ElementsAre(HasSubstr("3: t: the time of day is that of Mon 2 Mar, more than half a day after"),
                             HasSubstr("4: t: the time of day is that of Tue 3 Mar")));
     EXPECT_THAT(Slips(header + step("22:30") + step("10:30") + step("2026-03-03T09:00:00") + step("+40h")), IsEmpty());
+    const std::string morning = R"({"trace": 1, "start": "2026-03-01T08:00:00"})"
+                                "\n";
+    EXPECT_THAT(Slips(morning + step("22:30")), IsEmpty()) << "the same day";
+    EXPECT_THAT(SlipsOf(R"("dump": ["test", "DUMP_POWEROFF_STRATEGY", "sleep", "stat", "."])"), IsEmpty());
 }
 
 TEST(Slips, InScriptedModeOnlyThePluginsOwnListenerHears) {

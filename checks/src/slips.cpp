@@ -285,7 +285,9 @@ void CheckMessage(Slips& slips, size_t line, const StandbyMessage& message) {
 void CheckDump(Slips& slips, size_t line, const Replay::DumpStep& dump) {
     for (const std::string& word : dump.words) {
         // any word may stand where only its place counts
-        if (const std::string nearest = Perhaps(kDumpWords, word); !IsAmong(kDumpWords, word) && !nearest.empty()) {
+        const bool isMeant = word.starts_with("--") || word.starts_with("DUMP_");
+        if (const std::string nearest = Perhaps(kDumpWords, word);
+            isMeant && !IsAmong(kDumpWords, word) && !nearest.empty()) {
             slips.Add(line, "dump: nobody knows the word " + Cut(word) + nearest);
         }
     }
@@ -443,7 +445,8 @@ std::vector<Slip> FindSlips(const Replay::Trace& trace) {
     int64_t before = trace.start;
     for (const Replay::Step& step : trace.steps) {
         constexpr int64_t kHalfDayMs = 12L * 3600 * 1000;
-        if (step.isTimeOfDay && step.t - before > kHalfDayMs) {
+        const auto day = [](int64_t t) { return Replay::TimeZone::Format(t, "%F"); };
+        if (step.isTimeOfDay && step.t - before > kHalfDayMs && day(step.t) != day(before)) {
             slips.Add(step.line, "t: the time of day is that of " + Replay::TimeZone::Format(step.t, "%a %-d %b") +
                                      ", more than half a day after what is before it; a date says which day is meant");
         }

@@ -51,8 +51,7 @@ std::string ReadMapping(const std::string& name) {
     }
 }
 
-Authoring::Imported Import(const ImportOptions& options, std::ostream& stream) {
-    Input input(options.log, "a log");
+Authoring::Imported Import(const ImportOptions& options, Input& input, std::ostream& stream) {
     const Authoring::Source source{input.Stream(), input.Name(), options.timezone, options.isBare};
     if (const std::string_view first = input.FirstLine();
         first.starts_with("\xFF\xFE") || first.starts_with("\xFE\xFF")) {
@@ -64,6 +63,18 @@ Authoring::Imported Import(const ImportOptions& options, std::ostream& stream) {
     }
     const auto start = options.start.empty() ? std::nullopt : std::optional(options.start);
     return Authoring::ImportBatteryHistory(source, start, stream);
+}
+
+Authoring::Imported Import(const ImportOptions& options, std::ostream& stream) {
+    Input input(options.log, "a log");
+    try {
+        auto imported = Import(options, input, stream);
+        input.Check();
+        return imported;
+    } catch (const InputError&) {
+        input.Check();  // what was cut off on the way is not the log's fault
+        throw;
+    }
 }
 
 int RunImport(const ImportOptions& options, OutputFile& output) {

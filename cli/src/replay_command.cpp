@@ -194,8 +194,8 @@ void Check(const ReplayOptions& options) {
     if (options.isUnfolded && !isTold) {
         throw CLI::ValidationError("--unfold goes with a timeline, --format text");
     }
-    if (options.color != ColorChoice::AUTO && !isTold) {
-        throw CLI::ValidationError("--color goes with a timeline, --format text");
+    if (options.color == ColorChoice::ALWAYS && !isTold) {
+        throw CLI::ValidationError("--color always goes with a timeline, --format text");
     }
     if (options.log && options.format != Format::TEXT) {
         throw CLI::ValidationError("--log goes with --format text, --report or --trace-events");
