@@ -5,6 +5,7 @@
 
 #include "json_fields.h"
 #include "jsonl_writer.h"
+#include "moment.h"
 #include "night_reader.h"
 #include "night_script.h"
 #include "player.h"
@@ -108,7 +109,8 @@ TEST(BadTrace, AStepThatIsNone) {
           {R"({"t": 1000, "set": {"airplane": true, "settings": {"SETTINGSDATA": null}}})",
            "set.airplane: settings.SETTINGSDATA is named too"},
           {R"({"t": 1000, "set": {"settings": {"SETTINGSDATA": {"nearestAlarmingTime": "2026-03-02T06:30:00"}}}})",
-           "set.settings.SETTINGSDATA.nearestAlarmingTime: \"2026-03-02T06:30:00\"; expected milliseconds, or the fact"},
+           "set.settings.SETTINGSDATA.nearestAlarmingTime: \"2026-03-02T06:30:00\"; expected milliseconds, or the "
+           "fact"},
           {R"({"t": 1000, "set": {"settings": {"SETTINGSDATA": {"nearestAlarmingTime": "06:30"}}}})", "\"06:30\""},
           {R"({"t": 1000, "set": {"airplane": 1}})", "set.airplane: 1"},
           {R"({"t": 1000, "set": {"user_setup_complete": null}})", "set.user_setup_complete: null"},
@@ -172,11 +174,19 @@ TEST(BadTrace, TextThatIsNoJsonSaysWhereAndWhy) {
 TEST(BadTrace, AKeyThatStandsTwiceWouldLoseOneOfTheTwo) {
     const auto twice = [](const std::string& key) { return "the key \"" + key + "\" stands twice in one object"; };
     const std::string header = kHeader;
-    ExpectRefused(header + R"({"t": 1000, "t": 1001, "dump": []})" "\n", 2, twice("t"));
-    ExpectRefused(header + R"({"t": 1000, "set": {"light": 1, "wifi": {}, "light": 2}})" "\n", 2, twice("light"));
-    ExpectRefused(header + R"({"t": 1000, "set": {"light": 1}, "set": {"light": 1}})" "\n", 2, twice("set"));
+    ExpectRefused(header + R"({"t": 1000, "t": 1001, "dump": []})"
+                           "\n",
+                  2, twice("t"));
+    ExpectRefused(header + R"({"t": 1000, "set": {"light": 1, "wifi": {}, "light": 2}})"
+                           "\n",
+                  2, twice("light"));
+    ExpectRefused(header + R"({"t": 1000, "set": {"light": 1}, "set": {"light": 1}})"
+                           "\n",
+                  2, twice("set"));
     ExpectRefused(R"({"trace": 1, "start": 0, "host": {"params": {"a\"": 1, "b": 2, "a\"": 3}}})", 1, twice("a\\\""));
-    EXPECT_EQ(Refusal(header + R"({"t": 1000, "broadcast": {"action": ": \": {", "want": {":": "::"}}})" "\n"), "accepted")
+    EXPECT_EQ(Refusal(header + R"({"t": 1000, "broadcast": {"action": ": \": {", "want": {":": "::"}}})"
+                               "\n"),
+              "accepted")
         << "colons within strings are no members";
 }
 
@@ -250,8 +260,38 @@ TEST(BadTrace, ALocalTimeThatDoesNotExist) {
         EXPECT_THAT(StartAt(zone, local), HasSubstr("does not exist in this time zone")) << zone << " " << local;
     }
     for (const char* local :
-         {"22:30", "+1h", "2026", "2026-03-01T22", "2026-03-01T22:30:00Z", "2026-03-01T22:30:00.5", "now", ""}) {
+         {"22:30", "+1h", "2026", "2026-03-01T22", "2026-03-01T22:30:00Z", "2026-03-01T22:30:00.5", "now", "",
+          "2026-3-01T22:30:00", "2026-03-01X22:30:00", "2026-03-01T22:30:0x", "2026-03-01T22:30:00.1234"}) {
         EXPECT_THAT(StartAt("UTC", local), HasSubstr("expected a local time such as")) << local;
+    }
+}
+
+TEST(Moments, AreWhatTheyLookLikeOrNothing) {
+    constexpr int64_t kHour = 3'600'000;
+    constexpr int64_t kMidnight = 1'772'323'200'000;  // 2026-03-01, UTC
+    const Replay::TimeZone utc("UTC");
+    utc.Use();
+    for (const auto& [text, expected] : {std::pair{"7:05", kMidnight + 7 * kHour + 5 * kHour / 60},
+                                         {"00:00", kMidnight},
+                                         {"23:59:59", kMidnight + 24 * kHour - 1000},
+                                         {"+1d2h", kMidnight + 26 * kHour},
+                                         {"+99999d", kMidnight + 99'999 * 24 * kHour},
+                                         {"+90m30s", kMidnight + 90 * 60'000 + 30'000},
+                                         {"2026-03-02 01:00", kMidnight + 25 * kHour},
+                                         {"-5", int64_t{-5}}}) {
+        EXPECT_EQ(Replay::ReadMoment(text, kMidnight), expected) << text;
+    }
+    for (const char* text : {"7:5",        "007:05",
+                             "24:00",      "22:60",
+                             "22:30:60",   "22:30:5",
+                             "22:30:",     "22-30",
+                             "+",          "+5",
+                             "+1h1d",      "+1h1h",
+                             "+100000d",   "+1.5h",
+                             "+1h ",       "+-1h",
+                             "2026-03-02", "2026-03-02_01:00",
+                             "12e3",       "9223372036854775808"}) {
+        EXPECT_EQ(Replay::ReadMoment(text, kMidnight), std::nullopt) << text;
     }
 }
 
@@ -324,7 +364,9 @@ TEST(ShortTrace, ATimeOfDayFollowsTheClockWhereItIsChanged) {
 {"t": "03:30", "set": {"movement": {"value": 1, "at": "03:30"}}}
 {"t": "03:30", "set": {"movement": {"value": 1, "at": "02:30"}}}
 )");
-    const auto at = [&trace](size_t step) { return std::get<Replay::SetStep>(trace.steps[step].what).phone.movement->atMs; };
+    const auto at = [&trace](size_t step) {
+        return std::get<Replay::SetStep>(trace.steps[step].what).phone.movement->atMs;
+    };
     constexpr int64_t kMinute = 60'000;
     EXPECT_EQ(trace.steps[1].t - trace.steps[0].t, 210 * kMinute) << "an hour is left out";
     EXPECT_EQ(trace.end - trace.start, 660 * kMinute);

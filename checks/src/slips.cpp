@@ -151,8 +151,8 @@ public:
         CheckSettings(phone);
         for (const auto& [name, value] : phone.parameters) {
             // a phone has many that nobody here reads
-            if (const std::string nearest = Perhaps(kParameters, name);
-                !IsAmong(kParameters, name) && !nearest.empty()) {
+            const std::string nearest = IsAmong(kParameters, name) ? "" : Perhaps(kParameters, name);
+            if (!nearest.empty()) {
                 Add("parameters", "nobody reads " + Cut(name) + nearest);
             }
         }
@@ -210,7 +210,8 @@ private:
     }
 
     void CheckAlarm(const std::string& row, const std::string& value) {
-        constexpr int64_t kSecondsMs = 20'000'000'000;  // what present seconds are as milliseconds is less
+        constexpr int64_t kSecondsMs =
+            20'000'000'000;  // today's time in seconds, taken for milliseconds, is below this
         int64_t ms = 0;
         const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), ms);
         if (error != std::errc() || end != value.data() + value.size()) {
@@ -286,8 +287,8 @@ void CheckDump(Slips& slips, size_t line, const Replay::DumpStep& dump) {
     for (const std::string& word : dump.words) {
         // any word may stand where only its place counts
         const bool isMeant = word.starts_with("--") || word.starts_with("DUMP_");
-        if (const std::string nearest = Perhaps(kDumpWords, word);
-            isMeant && !IsAmong(kDumpWords, word) && !nearest.empty()) {
+        const std::string nearest = isMeant && !IsAmong(kDumpWords, word) ? Perhaps(kDumpWords, word) : "";
+        if (!nearest.empty()) {
             slips.Add(line, "dump: nobody knows the word " + Cut(word) + nearest);
         }
     }

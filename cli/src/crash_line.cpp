@@ -8,6 +8,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include "plain_text.h"
+#include "result_file.h"
 #include "session.h"
 
 namespace TARN::Cli {
@@ -21,12 +23,11 @@ std::array<struct sigaction, kCrashes.size()> before;
 class Line {
 public:
     void Add(std::string_view text) noexcept {
-        for (const char one : text) {
+        for (size_t i = 0; i < text.size() && length_ < text_.size() - 1; ++i) {
             // a name must not steer the terminal
-            const bool isPlain = static_cast<unsigned char>(one) >= ' ' && one != '\x7f';
-            if (length_ < text_.size() - 1) {
-                text_[length_++] = isPlain ? one : '?';
-            }
+            const size_t control = DevStandbyMgr::ControlAt(text.substr(i));
+            text_[length_++] = control > 0 ? '?' : text[i];
+            i += control > 1 ? control - 1 : 0;
         }
     }
     void Add(int64_t number, size_t digits) noexcept {
@@ -62,6 +63,7 @@ void Tell(int signal, siginfo_t* info, void* /*context*/) {
     for (size_t i = 0; i < kCrashes.size(); ++i) {
         ::sigaction(kCrashes[i], &before[i], nullptr);
     }
+    RemoveUnfinished();
     if (const auto running = Replay::WhatRuns()) {
         Line line;
         line.Add("standby: ");

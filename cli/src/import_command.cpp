@@ -44,11 +44,9 @@ constexpr char kImportFooter[] =
 std::string ReadMapping(const std::string& name) {
     constexpr size_t kMostBytes = size_t{1024} * 1024;
     Input input(name, "a mapping");
-    try {
-        return DevStandbyMgr::ReadWhole(input.Stream(), "a mapping", kMostBytes);
-    } catch (const InputError& error) {
-        throw InputError(input.Name() + ": " + error.what());
-    }
+    std::string text = DevStandbyMgr::ReadWhole(input.Stream(), input.Name(), "a mapping", kMostBytes);
+    input.Check();
+    return text;
 }
 
 Authoring::Imported Import(const ImportOptions& options, Input& input, std::ostream& stream) {

@@ -20,17 +20,23 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::array kEndings = {SIGINT, SIGTERM, SIGHUP, SIGPIPE};
+constexpr std::array kEndings = {SIGINT, SIGTERM, SIGHUP, SIGPIPE, SIGQUIT, SIGXCPU, SIGXFSZ};
 
 std::array<struct sigaction, kEndings.size()> before;
 std::array<char, PATH_MAX> unfinished{};  ///< empty: none is being written
 
 void RemoveAndEnd(int signal) {
-    ::unlink(unfinished.data());
+    RemoveUnfinished();
     ::raise(signal);
 }
 
 }  // namespace
+
+void RemoveUnfinished() noexcept {
+    if (unfinished.front() != '\0') {
+        ::unlink(unfinished.data());
+    }
+}
 
 UnfinishedFile::UnfinishedFile(const std::string& path) {
     if (path.size() >= unfinished.size()) {

@@ -17,6 +17,9 @@ public:
     UnfinishedFile& operator=(const UnfinishedFile&) = delete;
 };
 
+/// Takes that file away at once; for a handler of a signal.
+void RemoveUnfinished() noexcept;
+
 /// A file that a run is to leave behind. It takes the place of what is there only when it is whole: until then the
 /// bytes are in a file beside it. A device or a pipe is written to directly; "-" is standard output.
 class ResultFile {

@@ -82,6 +82,9 @@ std::optional<std::string> TraceNames::NextNamed() {
                 return name;
             }
         }
+        if (list_ != nullptr && list_->bad()) {
+            Refuse("", "cannot be read", kExpectedList);
+        }
     } catch (const InputError& error) {
         list_ = nullptr;  // there is nothing behind it
         throw InputError(listName_ + ": " + error.what());

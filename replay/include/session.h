@@ -89,10 +89,22 @@ private:
     int64_t start_;
     int64_t sinceStartMs_ = 0;  ///< before the phone is there and after it
     bool isPhoneThere_ = false;
+    /// Ends what is there of the phone, also where the session does not come about.
+    class PhoneEnd {
+    public:
+        explicit PhoneEnd(Session& session) noexcept : session_(session) {}
+        ~PhoneEnd();
+        PhoneEnd(const PhoneEnd&) = delete;
+        PhoneEnd& operator=(const PhoneEnd&) = delete;
+
+    private:
+        Session& session_;
+    };
     Registration registration_{*this};
     std::string pluginPath_;
     RecordSink& sink_;
     std::unique_ptr<Parts> parts_;
+    PhoneEnd phoneEnd_{*this};
 };
 
 }  // namespace TARN::Replay

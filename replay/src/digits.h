@@ -10,8 +10,8 @@ namespace TARN::Replay {
     return c >= '0' && c <= '9';
 }
 
-/// Whether a text looks as a picture of it does, in which `d` stands for a digit: "dd:dd".
-[[nodiscard]] inline bool Looks(std::string_view text, std::string_view picture) noexcept {
+/// Whether a text is as a picture of it, in which `d` stands for a digit: "dd:dd".
+[[nodiscard]] inline bool Matches(std::string_view text, std::string_view picture) noexcept {
     if (text.size() != picture.size()) {
         return false;
     }

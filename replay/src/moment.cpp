@@ -50,8 +50,8 @@ std::optional<int64_t> FirstShown(int64_t wanted, int64_t from) {
 std::optional<int64_t> TimeOfDay(const std::string& text, int64_t from) {
     const std::string_view hour = std::string_view(text).substr(0, text.find(':'));
     const std::string_view rest = std::string_view(text).substr(hour.size());
-    const bool hasSeconds = Looks(rest, ":dd:dd");
-    if ((!Looks(hour, "d") && !Looks(hour, "dd")) || (!hasSeconds && !Looks(rest, ":dd"))) {
+    const bool hasSeconds = Matches(rest, ":dd:dd");
+    if ((!Matches(hour, "d") && !Matches(hour, "dd")) || (!hasSeconds && !Matches(rest, ":dd"))) {
         return std::nullopt;
     }
     const int64_t minutes = NumberOf(rest.substr(1, 2));
@@ -69,10 +69,10 @@ std::optional<int64_t> LocalTime(const std::string& text) {
     }
     std::string whole = text;
     whole[kBetween] = 'T';
-    if (Looks(whole, "dddd-dd-ddTdd:dd")) {
+    if (Matches(whole, "dddd-dd-ddTdd:dd")) {
         whole += ":00";
     }
-    return Looks(whole, "dddd-dd-ddTdd:dd:dd") || Looks(whole, "dddd-dd-ddTdd:dd:dd.ddd")
+    return Matches(whole, "dddd-dd-ddTdd:dd:dd") || Matches(whole, "dddd-dd-ddTdd:dd:dd.ddd")
                ? std::optional(TimeZone::ParseLocal(whole))
                : std::nullopt;
 }

@@ -4,6 +4,8 @@
 #include <filesystem>
 #include <memory>
 #include <set>
+#include <stdexcept>
+#include <system_error>
 #include <utility>
 
 #include "condition_watch.h"
@@ -60,26 +62,32 @@ private:
 class KeptFiles : public FileUtil::FolderFiles {
 public:
     explicit KeptFiles(const std::string& folder) : FolderFiles(folder), folder_(folder) {
-        if (!std::filesystem::is_directory(folder)) {
-            throw RunError(folder + ": no folder to keep the phone's files in");
+        std::error_code error;
+        if (!std::filesystem::is_directory(folder, error)) {
+            throw RunError(folder + ": no folder to keep the phone's files in" + (error ? ": " + error.message() : ""));
         }
     }
 
     [[nodiscard]] bool Replace(const std::string& path, const std::string& content) override {
-        const bool isReplaced = FolderFiles::Replace(path, content);
-        isFull_ = isFull_ || !isReplaced;
-        return isReplaced;
+        return Note(FolderFiles::Replace(path, content));
     }
 
+    bool Remove(const std::string& path) override { return Note(FolderFiles::Remove(path)); }
+
     void CheckWritten() const {
-        if (isFull_) {
+        if (hasFailed_) {
             throw RunError("the phone's files cannot be written below " + folder_);
         }
     }
 
 private:
+    bool Note(bool isDone) noexcept {
+        hasFailed_ = hasFailed_ || !isDone;
+        return isDone;
+    }
+
     std::string folder_;
-    std::atomic<bool> isFull_ = false;
+    std::atomic<bool> hasFailed_ = false;
 };
 
 /// A phone that is the process's device for as long as it lives.
@@ -136,10 +144,13 @@ Session::Session(const Trace& trace, std::string pluginPath, RecordSink& sink, c
     LoadAndInit();
 }
 
-Session::~Session() {
-    sinceStartMs_ = NowMs() - start_;
-    isPhoneThere_ = false;
-    parts_.reset();
+Session::~Session() = default;
+
+Session::PhoneEnd::~PhoneEnd() {
+    if (session_.isPhoneThere_) {
+        session_.sinceStartMs_ = session_.NowMs() - session_.start_;
+        session_.isPhoneThere_ = false;
+    }
 }
 
 std::optional<Running> WhatRuns() noexcept {
@@ -232,7 +243,12 @@ void Session::Apply(const RestartStep& step) {
 }
 
 void Session::Apply(const FileStep& step) {
-    Phone().WriteFile(step.name, step.text);
+    try {
+        Phone().WriteFile(step.name, step.text);
+    } catch (const std::runtime_error&) {
+        CheckFiles();  // which names the folder on the machine
+        throw;
+    }
 }
 
 void Session::Apply(const HostFactsChange& change) {

@@ -102,8 +102,8 @@ void TimeZone::Use() const {
 
 int64_t TimeZone::ParseLocal(const std::string& text) {
     constexpr const char* kExpected = "a local time such as \"2026-03-01T22:30:00\"";
-    const bool hasMs = Looks(text, "dddd-dd-ddTdd:dd:dd.ddd");
-    if (!hasMs && !Looks(text, "dddd-dd-ddTdd:dd:dd")) {
+    const bool hasMs = Matches(text, "dddd-dd-ddTdd:dd:dd.ddd");
+    if (!hasMs && !Matches(text, "dddd-dd-ddTdd:dd:dd")) {
         Refuse("", DevStandbyMgr::Quote(text), kExpected);
     }
     const auto number = [&text](size_t at, size_t digits) {

@@ -140,11 +140,7 @@ std::string ReadFile(const std::string& path) {
     if (!file.is_open()) {
         Refuse(path, std::strerror(errno), kExpected);
     }
-    try {
-        return ReadWhole(file, kExpected);
-    } catch (const InputError& error) {
-        throw InputError(path + ": " + error.what());
-    }
+    return ReadWhole(file, path, kExpected);
 }
 
 }  // namespace

@@ -7,7 +7,7 @@ namespace TARN::Story {
 
 /// A field of a line of CSV as RFC 4180 has it, in quotes where it has to be. Control characters become "?", so that a
 /// row is a line and steers no terminal.
-[[nodiscard]] std::string CsvField(const std::string& name);
+[[nodiscard]] std::string CsvField(const std::string& field);
 
 }  // namespace TARN::Story
 

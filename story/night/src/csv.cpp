@@ -4,8 +4,8 @@
 
 namespace TARN::Story {
 
-std::string CsvField(const std::string& name) {
-    const std::string text = DevStandbyMgr::Tame(name);
+std::string CsvField(const std::string& field) {
+    const std::string text = DevStandbyMgr::Tame(field);
     if (text.find_first_of(",\"") == std::string::npos) {
         return text;
     }
