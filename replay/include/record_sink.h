@@ -37,6 +37,8 @@ public:
     /// Whether the host's own reasons are wanted; only then OnReason is called.
     [[nodiscard]] virtual bool WantsReasons() const noexcept { return false; }
     virtual void OnReason(int64_t /*t*/, const DevStandbyMgr::HostReason& /*reason*/) {}
+    /// One of the service's files holds other content now; no part of a record.
+    virtual void OnFile(int64_t /*t*/, const std::string& /*path*/) {}
     virtual void OnDump(int64_t t, const std::string& text) = 0;
     virtual void OnEnd(int64_t t, const Summary& summary) = 0;
 };

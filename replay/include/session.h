@@ -53,6 +53,14 @@ public:
     /// Goes to the step's time, which is not before now, and does it. What it queues has not run yet.
     void Do(const Step& step);
 
+    /// Kills the service where it is, be it in the middle of a call that the sink is told of: nothing that it still
+    /// does reaches the phone, its files or the sink.
+    void Kill();
+
+    /// Starts the service anew on the same phone after Kill; what the old one had in memory is lost. Not from within
+    /// the sink.
+    void StartAgain();
+
     /// Runs what is due up to and including `end`, stops the service and tells the sink of the end. The last call.
     void Finish(int64_t end);
 
@@ -63,6 +71,7 @@ public:
 private:
     struct Parts;
 
+    void CreateService();
     void LoadAndInit();
     void CheckFiles() const;
     void Apply(const SetStep& step);
@@ -72,6 +81,7 @@ private:
     void Apply(const RestartStep& step);
     void Apply(const FileStep& step);
     void Apply(const HostFactsChange& change);
+    void Tell(const HostFactsChange& change);
 
     /// Makes the session known for as long as anything of it is there.
     class Registration {

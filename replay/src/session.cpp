@@ -42,6 +42,8 @@ public:
         sink_.OnCall(Now(), operation, arguments, result);
     }
 
+    void OnFile(const std::string& path) override { sink_.OnFile(Now(), path); }
+
     void OnDeliver(const DevStandbyMgr::StandbyMessage& message) {
         ++summary_.messages;
         sink_.OnDeliver(Now(), message);
@@ -90,6 +92,13 @@ private:
     std::atomic<bool> hasFailed_ = false;
 };
 
+template <class Map>
+void Overlay(Map& map, const Map& change) {
+    for (const auto& [key, value] : change) {
+        map.insert_or_assign(key, value);
+    }
+}
+
 /// A phone that is the process's device for as long as it lives.
 class InstalledPhone {
 public:
@@ -119,11 +128,15 @@ struct Session::Parts {
     Parts(const Trace& trace, RecordSink& sink, const std::string& filesFolder)
         : recorder(sink),
           files(filesFolder.empty() ? nullptr : std::make_unique<KeptFiles>(filesFolder)),
-          installed(trace, recorder, files.get()) {}
+          installed(trace, recorder, files.get()),
+          config(trace.host),
+          hostFacts(trace.device.host) {}
 
     Recorder recorder;
     std::unique_ptr<KeptFiles> files;
     InstalledPhone installed;
+    DevStandbyMgr::StandbyConfig config;
+    HostFactsChange hostFacts;  ///< all that was changed so far; a service that starts again is told them anew
     std::shared_ptr<StandbyServiceImpl> service;
 };
 
@@ -134,12 +147,7 @@ Session::Session(const Trace& trace, std::string pluginPath, RecordSink& sink, c
     parts_ = std::make_unique<Parts>(trace, sink, filesFolder);
     isPhoneThere_ = true;
     Phone().Apply(trace.device.phone);
-    parts_->service = StandbyServiceImpl::Create(trace.host);
-    Service().ObserveDelivery([this](const auto& message) { parts_->recorder.OnDeliver(message); });
-    if (sink.WantsReasons()) {
-        Service().ObserveReasons([this](const auto& reason) { sink_.OnReason(NowMs(), reason); });
-    }
-    Apply(trace.device.host);
+    CreateService();
     sink_.OnBegin(trace);
     LoadAndInit();
 }
@@ -174,6 +182,15 @@ int64_t Session::NowMs() const {
     return parts_->installed->Clock().NowMs();
 }
 
+void Session::CreateService() {
+    parts_->service = StandbyServiceImpl::Create(parts_->config);
+    Service().ObserveDelivery([this](const auto& message) { parts_->recorder.OnDeliver(message); });
+    if (sink_.WantsReasons()) {
+        Service().ObserveReasons([this](const auto& reason) { sink_.OnReason(NowMs(), reason); });
+    }
+    Tell(parts_->hostFacts);
+}
+
 void Session::LoadAndInit() {
     std::string error;
     if (!Service().LoadPlugin(pluginPath_, error)) {
@@ -202,6 +219,18 @@ void Session::Do(const Step& step) {
     AdvanceTo(step.t);
     sink_.OnStep(step);
     std::visit([this](const auto& what) { Apply(what); }, step.what);
+}
+
+void Session::Kill() {
+    Phone().CutOff(true);
+}
+
+void Session::StartAgain() {
+    parts_->service.reset();
+    StandbyServiceImpl::Destroy();
+    Phone().CutOff(false);
+    CreateService();
+    LoadAndInit();
 }
 
 void Session::Finish(int64_t end) {
@@ -235,9 +264,12 @@ void Session::Apply(const DumpStep& step) {
 }
 
 void Session::Apply(const RestartStep& step) {
-    if (!step.isCrash) {
-        Service().UnInit();
+    if (step.isCrash) {
+        Kill();
+        StartAgain();
+        return;
     }
+    Service().UnInit();
     Service().UnloadPlugin();
     LoadAndInit();
 }
@@ -252,6 +284,15 @@ void Session::Apply(const FileStep& step) {
 }
 
 void Session::Apply(const HostFactsChange& change) {
+    HostFactsChange& all = parts_->hostFacts;
+    all.condition = change.condition ? change.condition : all.condition;
+    Overlay(all.deviceState, change.deviceState);
+    Overlay(all.allowList, change.allowList);
+    Overlay(all.restrictSet, change.restrictSet);
+    Tell(change);
+}
+
+void Session::Tell(const HostFactsChange& change) {
     if (change.condition) {
         Service().GetConditionWatch().Set(*change.condition);
     }

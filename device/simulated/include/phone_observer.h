@@ -1,6 +1,7 @@
 #ifndef DEVICE_SIMULATED_PHONE_OBSERVER_H
 #define DEVICE_SIMULATED_PHONE_OBSERVER_H
 
+#include <string>
 #include <string_view>
 
 #include <nlohmann/json.hpp>
@@ -23,6 +24,9 @@ public:
     /// An operation that changes something was called; `arguments` by name, sets sorted.
     virtual void OnCall(std::string_view operation, const nlohmann::ordered_json& arguments,
                         const nlohmann::ordered_json& result) = 0;
+
+    /// One of the service's files holds other content now.
+    virtual void OnFile(const std::string& /*path*/) {}
 };
 
 }  // namespace TARN::Simulated

@@ -43,6 +43,10 @@ public:
     /// Writes one of the service's files behind its back, or removes it. Throws std::runtime_error when it cannot.
     void WriteFile(const std::string& name, const std::optional<std::string>& text);
 
+    /// The service is dead, or another one lives. What a dead one still does, which has not heard of it yet, fails,
+    /// changes nothing and is not shown.
+    void CutOff(bool isCutOff) noexcept;
+
     void DropPending() override;
 
     [[nodiscard]] int32_t Fault(std::string_view operation) const noexcept override;

@@ -13,8 +13,7 @@ bool CommonEvents::Subscribe(const std::shared_ptr<EventFwk::CommonEventSubscrib
     if (isAccepted) {
         subscribers_.push_back(subscriber);
     }
-    core_.observer.OnCall(kOperation, {{"actions", subscriber->GetSubscribeInfo().GetMatchingSkills().GetEvents()}},
-                          isAccepted);
+    core_.Show(kOperation, {{"actions", subscriber->GetSubscribeInfo().GetMatchingSkills().GetEvents()}}, isAccepted);
     return isAccepted;
 }
 
@@ -25,18 +24,18 @@ bool CommonEvents::Unsubscribe(const std::shared_ptr<EventFwk::CommonEventSubscr
     if (isAccepted) {
         subscribers_.erase(found);
     }
-    core_.observer.OnCall(kOperation, nlohmann::ordered_json::object(), isAccepted);
+    core_.Show(kOperation, nlohmann::ordered_json::object(), isAccepted);
     return isAccepted;
 }
 
 bool CommonEvents::Publish(const EventFwk::CommonEventData& data, const EventFwk::CommonEventPublishInfo& info) {
     constexpr std::string_view kOperation = "CommonEventManager.PublishCommonEvent";
     const bool isAccepted = core_.Fault(kOperation) == 0;
-    core_.observer.OnCall(kOperation,
-                          {{"action", data.GetWant().GetAction()},
-                           {"want", ToJson(data.GetWant())},
-                           {"permissions", info.GetSubscriberPermissions()}},
-                          isAccepted);
+    core_.Show(kOperation,
+               {{"action", data.GetWant().GetAction()},
+                {"want", ToJson(data.GetWant())},
+                {"permissions", info.GetSubscriberPermissions()}},
+               isAccepted);
     if (isAccepted) {
         Post(data);
     }

@@ -22,6 +22,9 @@ public:
     /// The code with which an operation is being made to fail, else 0.
     [[nodiscard]] int32_t Fault(std::string_view operation) const noexcept {
         assert(IsKnownOperation(operation));
+        if (isCutOff) {
+            return kNobodyCalls;
+        }
         if (faults.empty()) {
             return 0;
         }
@@ -33,8 +36,16 @@ public:
     int32_t Call(std::string_view operation,
                  const nlohmann::ordered_json& arguments = nlohmann::ordered_json::object()) {
         const int32_t code = Fault(operation);
-        observer.OnCall(operation, arguments, code);
+        Show(operation, arguments, code);
         return code;
+    }
+
+    /// Shows an operation to the observer, with what it answers.
+    void Show(std::string_view operation, const nlohmann::ordered_json& arguments,
+              const nlohmann::ordered_json& result) {
+        if (!isCutOff) {
+            observer.OnCall(operation, arguments, result);
+        }
     }
 
     /// The boot clock at a wall-clock time; wraps far outside of any life of a phone.
@@ -48,9 +59,12 @@ public:
     PhoneFacts facts;
     std::map<std::string, int32_t, std::less<>> faults;
     bool isScreenOn = true;  ///< as the last screen broadcast said
+    bool isCutOff = false;   ///< the service is dead: what it still calls fails and changes nothing
     PhoneObserver& observer;
 
 private:
+    static constexpr int32_t kNobodyCalls = -1;
+
     int64_t startMs_;
     int64_t bootNs_;
 };

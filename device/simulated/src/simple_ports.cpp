@@ -199,7 +199,7 @@ std::vector<int32_t> Freezer::OperateNativeProcesses(const std::vector<SuspendMa
         }
     }
     std::vector<int32_t> results(processes.size(), code);
-    core_.observer.OnCall(kOperation, {{"processes", std::move(entries)}}, results);
+    core_.Show(kOperation, {{"processes", std::move(entries)}}, results);
     return results;
 }
 

@@ -72,7 +72,9 @@ private:
 class Logger : public LogService {
 public:
     explicit Logger(PhoneCore& core) : core_(core) {}
-    [[nodiscard]] bool IsLoggable(LogLevel level) const noexcept override { return core_.observer.WantsLog(level); }
+    [[nodiscard]] bool IsLoggable(LogLevel level) const noexcept override {
+        return !core_.isCutOff && core_.observer.WantsLog(level);
+    }
     void Write(const LogLine& line) override { core_.observer.OnLog(line); }
 
 private:

@@ -9,6 +9,7 @@
 #include "preferences_ports.h"
 #include "process_ports.h"
 #include "sensor_ports.h"
+#include "service_files.h"
 #include "settings_ports.h"
 #include "simple_ports.h"
 #include "time_ports.h"
@@ -20,11 +21,12 @@ using EventFwk::CommonEventSupport;
 /// Everything a phone is made of; the core first, since the others lean on it.
 struct PhonePorts {
     PhonePorts(int64_t startMs, int64_t bootNs, PhoneObserver& observer, FileUtil::FileService* keptFiles)
-        : core(startMs, bootNs, observer), files(keptFiles == nullptr ? memoryFiles : *keptFiles) {}
+        : core(startMs, bootNs, observer), storage(keptFiles == nullptr ? memoryFiles : *keptFiles) {}
 
     PhoneCore core;
     MemoryFiles memoryFiles;
-    FileUtil::FileService& files;
+    FileUtil::FileService& storage;
+    ServiceFiles files{core, storage};
     Accounts accounts{core};
     BackgroundTasks backgroundTasks{core};
     Battery battery{core};
@@ -127,9 +129,14 @@ void SimulatedPhone::Broadcast(AAFwk::Want want) {
 
 void SimulatedPhone::WriteFile(const std::string& name, const std::optional<std::string>& text) {
     const std::string path = std::string(kServiceFolder) + "/" + name;
-    if (!(text ? Files().Replace(path, *text) : Files().Remove(path))) {
+    FileUtil::FileService& files = ports_->storage;
+    if (!(text ? files.Replace(path, *text) : files.Remove(path))) {
         throw std::runtime_error("cannot write " + path);
     }
+}
+
+void SimulatedPhone::CutOff(bool isCutOff) noexcept {
+    ports_->core.isCutOff = isCutOff;
 }
 
 void SimulatedPhone::DropPending() {

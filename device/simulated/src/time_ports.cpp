@@ -28,18 +28,18 @@ uint64_t TimeService::CreateTimer(const MiscServices::TimerOptions& options, Cal
         id = ++lastId_;
         timers_[id] = {options, std::make_shared<Callback>(std::move(callback)), {}};
     }
-    core_.observer.OnCall(kOperation,
-                          {{"repeat", options.repeat},
-                           {"interval", options.intervalMs},
-                           {"exact", options.exact},
-                           {"idle", options.idle}},
-                          id);
+    core_.Show(kOperation,
+               {{"repeat", options.repeat},
+                {"interval", options.intervalMs},
+                {"exact", options.exact},
+                {"idle", options.idle}},
+               id);
     return id;
 }
 
 bool TimeService::Show(std::string_view operation, const nlohmann::ordered_json& arguments, bool isKnown) {
     const bool result = isKnown && core_.Fault(operation) == 0;
-    core_.observer.OnCall(operation, arguments, result);
+    core_.Show(operation, arguments, result);
     return result;
 }
 
