@@ -21,9 +21,10 @@ namespace fs = std::filesystem;
 /// joined.
 std::map<std::string, std::vector<std::string>> LoggedTexts(const std::string& levels) {
     std::map<std::string, std::vector<std::string>> texts;
-    const std::regex call("STANDBYSERVICE_LOG[" + levels + R"(]\(\s*((?:"(?:[^"\\]|\\.)*"\s*)+))");
+    const std::regex call("(?:STANDBYSERVICE|RADIO_LEDGER)_LOG[" + levels + R"(]\(\s*((?:"(?:[^"\\]|\\.)*"\s*)+))");
     const std::regex piece(R"re("((?:[^"\\]|\\.)*)")re");
-    for (const char* const room : {"standby_service", "strategy_adapter", "message_listener", "state_adapter"}) {
+    for (const char* const room :
+         {"standby_service", "strategy_adapter", "message_listener", "state_adapter", "device/ledger"}) {
         for (const auto& entry : fs::recursive_directory_iterator(fs::path(HOST_FOLDER).parent_path() / room)) {
             if (entry.path().extension() != ".cpp" && entry.path().extension() != ".h") {
                 continue;

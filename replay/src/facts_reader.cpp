@@ -172,6 +172,13 @@ int32_t ReadSlots(const Json& value, const std::string& where) {
     return static_cast<int32_t>(ReadInteger(value, where, std::numeric_limits<int32_t>::min(), kMostSimSlots));
 }
 
+std::set<int32_t> ReadSlotsOff(const Json& value, const std::string& where) {
+    const std::vector<int32_t> slots = ReadArray(value, where, [](const Json& slot, const std::string& slotWhere) {
+        return static_cast<int32_t>(ReadInteger(slot, slotWhere, 0, kMostSimSlots - 1));
+    });
+    return {slots.begin(), slots.end()};
+}
+
 void ReadRadios(JsonFields& fields, FactsChange& change) {
     const PhoneFacts shipped;
     fields.Optional("bluetooth", [&](const Json& object, const std::string& where) {
@@ -189,6 +196,7 @@ void ReadRadios(JsonFields& fields, FactsChange& change) {
     fields.Optional("modem", [&](const Json& object, const std::string& where) {
         JsonFields group(object, where);
         ReadMember(group, "slots", change.simSlots, shipped.simSlots, ReadSlots);
+        ReadMember(group, "off", change.slotsOff, shipped.slotsOff, ReadSlotsOff);
         group.Finish();
     });
 }

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <set>
 #include <stdexcept>
 #include <system_error>
@@ -11,6 +12,7 @@
 #include "condition_watch.h"
 #include "device_state_cache.h"
 #include "folder_files.h"
+#include "ledger_device.h"
 #include "player.h"
 #include "simulated_phone.h"
 #include "standby_service_impl.h"
@@ -105,10 +107,13 @@ public:
     InstalledPhone(const Trace& trace, Recorder& recorder, FileUtil::FileService* files)
         : phone_(trace.start, trace.bootNs, recorder, files) {
         recorder.Watch(phone_.Clock());
-        Device::Install(&phone_);
+        if (trace.host.mode == DevStandbyMgr::HostMode::AUTOMATIC && trace.host.policy.hasRadioLedger) {
+            ledger_.emplace(phone_, phone_);
+        }
+        Device::Install(&Outermost());
     }
     ~InstalledPhone() {
-        phone_.DropPending();
+        Outermost().DropPending();
         StandbyServiceImpl::Destroy();
         Device::Install(nullptr);
     }
@@ -119,7 +124,11 @@ public:
     SimulatedPhone* operator->() { return &phone_; }
 
 private:
+    /// What the service takes for the phone.
+    Device& Outermost() { return ledger_ ? static_cast<Device&>(*ledger_) : phone_; }
+
     SimulatedPhone phone_;
+    std::optional<Ledger::LedgerDevice> ledger_;
 };
 
 }  // namespace

@@ -27,6 +27,8 @@ struct StandbyPolicy {
     int32_t nightStartHour = 22;     ///< "night_start_hour": local hour at which condition 2 begins
     int32_t nightEndHour = 7;        ///< "night_end_hour": local hour at which condition 1 begins
     int64_t retryAfterSeconds = 60;  ///< "retry_after_s": until what the device refused is tried again
+    /// "radio_ledger": a ledger of the radios that were switched off lies between service and device
+    bool hasRadioLedger = false;
 };
 
 /// One entry of a resource-control configuration: names that are allowed, or not.

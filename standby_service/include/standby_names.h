@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace TARN::DevStandbyMgr {
 
@@ -11,6 +12,9 @@ namespace TARN::DevStandbyMgr {
 
 /// The same for a phase within SLEEP, "APP_RES_DEEP".
 [[nodiscard]] std::string PhaseName(int64_t phase);
+
+/// The name of a message by its identifier, "STATE_TRANSIT"; empty for one that has none.
+[[nodiscard]] std::string_view MessageName(int64_t eventId) noexcept;
 
 }  // namespace TARN::DevStandbyMgr
 

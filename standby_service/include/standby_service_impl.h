@@ -18,6 +18,7 @@
 #include "istate_manager_adapter.h"
 #include "istrategy_manager_adapter.h"
 #include "owned_tasks.h"
+#include "radio_watch.h"
 #include "running_applications.h"
 #include "standby_config.h"
 #include "standby_message.h"
@@ -146,6 +147,7 @@ private:
     std::shared_ptr<StandbyConfigManager> configManager_;
     std::shared_ptr<DeviceStateCache> deviceStateCache_;
     std::unique_ptr<ConditionWatch> conditionWatch_;
+    RadioWatch radioWatch_;
     RunningApplications applications_;
     std::atomic<bool> isRefreshQueued_ = false;
     bool isRefreshWaiting_ = false;  ///< for its time to come

@@ -3,22 +3,14 @@
 
 #include "log_format.h"
 
-/// One macro a level. The format is a literal with the marks `%{public}d`, `u`, `ld`, `lu`, `f`, `s`, checked
-/// against the arguments by the compiler; file, function and line of the prefix come from the macro. No
-/// argument is evaluated when the level is not wanted.
+/// One macro a level.
 #define STANDBYSERVICE_LOGD(...) STANDBYSERVICE_LOG(::TARN::LogLevel::DEBUG, __VA_ARGS__)
 #define STANDBYSERVICE_LOGI(...) STANDBYSERVICE_LOG(::TARN::LogLevel::INFO, __VA_ARGS__)
 #define STANDBYSERVICE_LOGW(...) STANDBYSERVICE_LOG(::TARN::LogLevel::WARN, __VA_ARGS__)
 #define STANDBYSERVICE_LOGE(...) STANDBYSERVICE_LOG(::TARN::LogLevel::ERROR, __VA_ARGS__)
 
-#define STANDBYSERVICE_LOG(level, ...)                                                                    \
-    do {                                                                                                  \
-        if (::TARN::Log::IsLoggable(level)) {                                                             \
-            ::TARN::Log::Print({level, ::TARN::DevStandbyMgr::kLogDomain, ::TARN::DevStandbyMgr::kLogTag, \
-                                __FILE_NAME__, static_cast<const char*>(__func__), __LINE__},             \
-                               __VA_ARGS__);                                                              \
-        }                                                                                                 \
-    } while (false)
+#define STANDBYSERVICE_LOG(level, ...) \
+    PLATFORM_LOG(level, ::TARN::DevStandbyMgr::kLogDomain, ::TARN::DevStandbyMgr::kLogTag, __VA_ARGS__)
 
 namespace TARN::DevStandbyMgr {
 

@@ -83,6 +83,9 @@ void MergePolicy(StandbyPolicy& policy, const Json& object, const std::string& p
     seconds("maintenance_s", policy.maintenanceSeconds);
     seconds("half_hour_s", policy.halfHourSeconds);
     seconds("retry_after_s", policy.retryAfterSeconds);
+    fields.Optional("radio_ledger", [&policy](const Json& value, const std::string& where) {
+        policy.hasRadioLedger = ReadBool(value, where);
+    });
     hour("night_start_hour", policy.nightStartHour);
     hour("night_end_hour", policy.nightEndHour);
     fields.Optional("maintenance_after_s", [&policy](const Json& value, const std::string& where) {

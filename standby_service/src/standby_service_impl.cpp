@@ -12,6 +12,7 @@
 #include "plugin_library.h"
 #include "standby_config_manager.h"
 #include "standby_constants.h"
+#include "standby_names.h"
 #include "standby_service_log.h"
 
 namespace TARN::DevStandbyMgr {
@@ -81,6 +82,7 @@ StandbyServiceImpl::StandbyServiceImpl(StandbyConfig config)
       configManager_(std::make_shared<StandbyConfigManager>(std::move(config))),
       deviceStateCache_(std::make_shared<DeviceStateCache>()),
       conditionWatch_(std::make_unique<ConditionWatch>(configManager_->Config(), handler_)),
+      radioWatch_(configManager_->Config(), handler_),
       applications_(IsAutomatic()) {
     STANDBT_MODE = configManager_->Config().standbyMode;
 }
@@ -108,6 +110,7 @@ void StandbyServiceImpl::UnloadPlugin() {
         Device::Current().DropPending();
         isRefreshQueued_ = false;
         isRefreshWaiting_ = false;
+        radioWatch_.OnUnload();
     }
     stateManager_.reset();
     strategyManager_.reset();
@@ -135,10 +138,12 @@ void StandbyServiceImpl::Init() {
     Report(stateManager_->Init(), "state manager");
     static_cast<void>(listenerManager_->StartListener());
     conditionWatch_->Start();
+    radioWatch_.Start();
 }
 
 void StandbyServiceImpl::UnInit() {
     conditionWatch_->Stop();
+    radioWatch_.Stop();
     static_cast<void>(listenerManager_->UnInit());
     static_cast<void>(strategyManager_->UnInit());
     static_cast<void>(stateManager_->UnInit());
@@ -191,15 +196,18 @@ void StandbyServiceImpl::Deliver(const StandbyMessage& message) {
     if (deliveryObserver_) {
         deliveryObserver_(message);
     }
+    const RadioWatch::Work work(radioWatch_, MessageName(message.eventId));
     strategyManager_->HandleEvent(message);
     listenerManager_->HandleEvent(message);
     stateManager_->HandleEvent(message);
+    radioWatch_.OnDelivered(message);
 }
 
 void StandbyServiceImpl::ShellDump(const std::vector<std::string>& args, std::string& result) {
     if (strategyManager_ == nullptr) {
         return;
     }
+    const RadioWatch::Work work(radioWatch_, "a dump");
     const bool isDetailed = IsDetailDump(args);
     const size_t length = result.size();
     if (IsAutomatic()) {

@@ -139,14 +139,16 @@ std::string Night::Text(const std::string& endTime) const {
 }
 
 Record Night::PlayUntil(const std::string& endTime) const {
-    return PlayText(Text(endTime));
+    return PlayText(Text(endTime), policy_);
 }
 
-Record PlayText(const std::string& trace) {
+Record PlayText(const std::string& trace, const DevStandbyMgr::StandbyPolicy& policy) {
     std::istringstream input(trace);
+    Replay::Trace night = Replay::ReadTrace(input, "test");
+    night.host.policy = policy;
     Record record;
     RecordingSink sink(record);
-    Replay::Play(Replay::ReadTrace(input, "test"), {PluginPath(), {}}, sink);
+    Replay::Play(night, {PluginPath(), {}}, sink);
     return record;
 }
 

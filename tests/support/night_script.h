@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "record.h"
+#include "standby_config.h"
 
 namespace TARN::Tests {
 
@@ -22,6 +23,10 @@ public:
     explicit Night(std::string zone = "UTC", const std::string& start = "2026-03-01T21:00:00");
 
     Night& Automatic() { return Host("mode", R"("automatic")"); }
+    Night& WithRadioLedger() {
+        policy_.hasRadioLedger = true;
+        return *this;
+    }
     Night& Strategies(std::string_view names) { return Host("strategies", names); }
 
     /// One key of the header's "host" or "device".
@@ -74,10 +79,11 @@ private:
     std::map<std::string, std::string> host_;
     std::map<std::string, std::string> device_;
     std::vector<std::string> steps_;
+    DevStandbyMgr::StandbyPolicy policy_;
 };
 
 /// Plays a trace given as text.
-[[nodiscard]] Record PlayText(const std::string& trace);
+[[nodiscard]] Record PlayText(const std::string& trace, const DevStandbyMgr::StandbyPolicy& policy = {});
 
 /// Where the plugin library lies.
 [[nodiscard]] const char* PluginPath();

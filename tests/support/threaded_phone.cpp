@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "common_event_service.h"
+#include "core_service_client.h"
 #include "event_handler.h"
 #include "sensor_service.h"
 #include "time_service_client.h"
@@ -405,6 +406,15 @@ class ThreadedWifi : public Wifi::WifiDevice {
 public:
     int32_t Enable() override { return 0; }
     int32_t Disable() override { return 0; }
+    std::optional<bool> IsEnabled() override { return std::nullopt; }
+};
+
+/// The same of the modem.
+class ThreadedModem : public Telephony::CoreServiceClient {
+public:
+    int32_t GetMaxSimCount() override { return 2; }
+    int32_t SetRadioState(int32_t /*slotId*/, bool /*isOn*/, const RadioCallback& /*callback*/) override { return 0; }
+    std::optional<bool> IsRadioOn(int32_t /*slotId*/) override { return std::nullopt; }
 };
 
 }  // namespace
@@ -415,7 +425,8 @@ ThreadedPhone::ThreadedPhone()
       timers_(std::make_unique<ThreadedTimers>(timerCallbacks)),
       sensors_(std::make_unique<ThreadedSensors>(readings)),
       broadcasts_(std::make_unique<ThreadedBroadcasts>(broadcasts)),
-      wifi_(std::make_shared<ThreadedWifi>()) {
+      wifi_(std::make_shared<ThreadedWifi>()),
+      modem_(std::make_unique<ThreadedModem>()) {
     Device::Install(this);
 }
 
@@ -457,6 +468,10 @@ Sensors::SensorService& ThreadedPhone::Sensors() {
 
 MiscServices::TimeServiceClient& ThreadedPhone::Time() {
     return *timers_;
+}
+
+Telephony::CoreServiceClient& ThreadedPhone::Modem() {
+    return *modem_;
 }
 
 std::shared_ptr<Wifi::WifiDevice> ThreadedPhone::Wifi(int32_t /*systemAbilityId*/, int32_t /*instance*/) {

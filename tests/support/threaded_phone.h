@@ -34,6 +34,7 @@ public:
     EventFwk::CommonEventService& CommonEvents() override;
     Sensors::SensorService& Sensors() override;
     MiscServices::TimeServiceClient& Time() override;
+    Telephony::CoreServiceClient& Modem() override;
     [[nodiscard]] std::shared_ptr<Wifi::WifiDevice> Wifi(int32_t systemAbilityId, int32_t instance) override;
     void DropPending() override;
 
@@ -53,6 +54,7 @@ private:
     std::unique_ptr<ThreadedSensors> sensors_;
     std::unique_ptr<ThreadedBroadcasts> broadcasts_;
     std::shared_ptr<Wifi::WifiDevice> wifi_;
+    std::unique_ptr<Telephony::CoreServiceClient> modem_;
 };
 
 }  // namespace TARN::Tests

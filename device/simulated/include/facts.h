@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -44,6 +45,7 @@ struct PhoneFacts {
     bool isWifiPresent = true;
     bool isWifiEnabled = true;
     int32_t simSlots = 2;
+    std::set<int32_t> slotsOff;  ///< whose radio is off
     std::vector<int32_t> sensors = {5, 12};
     std::optional<float> light;      ///< lux; nothing: the sensor reports nothing
     std::optional<float> proximity;  ///< distance; nothing: the sensor reports nothing
@@ -68,6 +70,7 @@ struct FactsChange {
     std::optional<bool> isWifiPresent;
     std::optional<bool> isWifiEnabled;
     std::optional<int32_t> simSlots;
+    std::optional<std::set<int32_t>> slotsOff;
     std::optional<std::vector<int32_t>> sensors;
     std::optional<std::optional<float>> light;
     std::optional<std::optional<float>> proximity;

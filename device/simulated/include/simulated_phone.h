@@ -10,6 +10,7 @@
 #include "device.h"
 #include "facts.h"
 #include "phone_observer.h"
+#include "radio_news.h"
 #include "virtual_time.h"
 #include "want.h"
 
@@ -21,7 +22,7 @@ struct PhonePorts;
 /// shown to the observer, and any of them can be made to fail.
 ///
 /// Everything except the posting of work belongs on the thread that runs the virtual time.
-class SimulatedPhone : public Device {
+class SimulatedPhone : public Device, public RadioNews {
 public:
     /// `startMs` is the wall clock and `bootNs` the boot clock at the beginning. The observer and `files` outlive the
     /// phone; without `files` they are in memory and go with it. Throws std::runtime_error when the settings database
@@ -34,7 +35,7 @@ public:
     [[nodiscard]] VirtualTime& Clock() noexcept;
     [[nodiscard]] const PhoneFacts& Facts() const noexcept;
 
-    /// Changes facts at once; whoever observes them hears of it as work of its own.
+    /// Changes facts at once; whoever observes them hears of it as work of its own, of a radio at once.
     void Apply(const FactsChange& change);
 
     /// Another party publishes a system broadcast.
@@ -46,6 +47,8 @@ public:
     /// The service is dead, or another one lives. What a dead one still does, which has not heard of it yet, fails,
     /// changes nothing and is not shown.
     void CutOff(bool isCutOff) noexcept;
+
+    void ObserveRadios(RadioObserver observer) override;
 
     void DropPending() override;
 

@@ -7,7 +7,7 @@ namespace TARN::Simulated {
 
 namespace {
 
-constexpr std::array<std::string_view, 71> kOperations = {
+constexpr std::array<std::string_view, 73> kOperations = {
     "AbilityManagerHelper.GetRunningSystemProcess",
     "AppMgrHelper.GetAllRunningProcesses",
     "AppMgrHelper.GetForegroundApplications",
@@ -22,6 +22,7 @@ constexpr std::array<std::string_view, 71> kOperations = {
     "CommonEventManager.SubscribeCommonEvent",
     "CommonEventManager.UnSubscribeCommonEvent",
     "CoreServiceClient.GetMaxSimCount",
+    "CoreServiceClient.IsRadioOn",
     "CoreServiceClient.SetRadioState",
     "DataShareHelper.Creator",
     "DataShareHelper.Query",
@@ -77,6 +78,7 @@ constexpr std::array<std::string_view, 71> kOperations = {
     "WifiDevice.Disable",
     "WifiDevice.Enable",
     "WifiDevice.GetInstance",
+    "WifiDevice.IsEnabled",
     "system.GetBoolParameter",
     "system.GetStringParameter",
 };

@@ -2,9 +2,11 @@
 #define DEVICE_SIMULATED_PHONE_CORE_H
 
 #include <cassert>
+#include <functional>
 #include <map>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "facts.h"
 #include "operations.h"
@@ -55,12 +57,24 @@ public:
                                     (static_cast<uint64_t>(wallMs) - static_cast<uint64_t>(startMs_)) * kNsPerMs);
     }
 
+    /// Changes the fact of a radio, and says so where that is news.
+    template <class State>
+    void SetRadio(State& fact, State state) {
+        if (fact != state) {
+            fact = std::move(state);
+            if (radioObserver) {
+                radioObserver();
+            }
+        }
+    }
+
     VirtualTime time;
     PhoneFacts facts;
     std::map<std::string, int32_t, std::less<>> faults;
     bool isScreenOn = true;  ///< as the last screen broadcast said
     bool isCutOff = false;   ///< the service is dead: what it still calls fails and changes nothing
     PhoneObserver& observer;
+    std::function<void()> radioObserver;
 
 private:
     static constexpr int32_t kNobodyCalls = -1;

@@ -57,7 +57,7 @@ int32_t BluetoothAdapter::GetBtConnectionState() {
 int32_t BluetoothAdapter::DisableBt() {
     const int32_t code = core_.Call("BluetoothHost.DisableBt");
     if (code == 0) {
-        core_.facts.bluetoothState = kBluetoothOff;
+        core_.SetRadio(core_.facts.bluetoothState, kBluetoothOff);
     }
     return code;
 }
@@ -65,7 +65,7 @@ int32_t BluetoothAdapter::DisableBt() {
 int32_t BluetoothAdapter::EnableBle() {
     const int32_t code = core_.Call("BluetoothHost.EnableBle");
     if (code == 0) {
-        core_.facts.bluetoothState = kBluetoothOn;
+        core_.SetRadio(core_.facts.bluetoothState, kBluetoothOn);
     }
     return code;
 }
@@ -84,10 +84,24 @@ int32_t Modem::GetMaxSimCount() {
 
 int32_t Modem::SetRadioState(int32_t slotId, bool isOn, const RadioCallback& callback) {
     const int32_t code = core_.Call("CoreServiceClient.SetRadioState", {{"slot", slotId}, {"on", isOn}});
+    if (code == 0) {
+        std::set<int32_t> off = core_.facts.slotsOff;
+        if (isOn) {
+            off.erase(slotId);
+        } else {
+            off.insert(slotId);
+        }
+        core_.SetRadio(core_.facts.slotsOff, std::move(off));
+    }
     if (callback) {
         callback(code);
     }
     return code;
+}
+
+std::optional<bool> Modem::IsRadioOn(int32_t slotId) {
+    return core_.Fault("CoreServiceClient.IsRadioOn") == 0 ? std::optional(!core_.facts.slotsOff.contains(slotId))
+                                                           : std::nullopt;
 }
 
 Msdp::MovementData MovementDetector::GetMovementData(Msdp::MovementType type) {
@@ -230,14 +244,18 @@ std::shared_ptr<ISystemAbilityManager> SystemAbilities::GetSystemAbilityManager(
 
 int32_t WifiInterface::Enable() {
     const int32_t code = core_.Call("WifiDevice.Enable");
-    core_.facts.isWifiEnabled = core_.facts.isWifiEnabled || code == 0;
+    core_.SetRadio(core_.facts.isWifiEnabled, core_.facts.isWifiEnabled || code == 0);
     return code;
 }
 
 int32_t WifiInterface::Disable() {
     const int32_t code = core_.Call("WifiDevice.Disable");
-    core_.facts.isWifiEnabled = core_.facts.isWifiEnabled && code != 0;
+    core_.SetRadio(core_.facts.isWifiEnabled, core_.facts.isWifiEnabled && code != 0);
     return code;
+}
+
+std::optional<bool> WifiInterface::IsEnabled() {
+    return core_.Fault("WifiDevice.IsEnabled") == 0 ? std::optional(core_.facts.isWifiEnabled) : std::nullopt;
 }
 
 }  // namespace TARN::Simulated

@@ -86,6 +86,7 @@ public:
     explicit Modem(PhoneCore& core) : core_(core) {}
     int32_t GetMaxSimCount() override;
     int32_t SetRadioState(int32_t slotId, bool isOn, const RadioCallback& callback) override;
+    std::optional<bool> IsRadioOn(int32_t slotId) override;
 
 private:
     PhoneCore& core_;
@@ -168,6 +169,7 @@ public:
     explicit WifiInterface(PhoneCore& core) : core_(core) {}
     int32_t Enable() override;
     int32_t Disable() override;
+    std::optional<bool> IsEnabled() override;
 
 private:
     PhoneCore& core_;

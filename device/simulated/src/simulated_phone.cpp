@@ -71,6 +71,13 @@ bool ApplyFact(T& fact, const std::optional<T>& change) {
     return change.has_value();
 }
 
+template <class T>
+void ApplyRadio(PhoneCore& core, T& fact, const std::optional<T>& change) {
+    if (change) {
+        core.SetRadio(fact, *change);
+    }
+}
+
 }  // namespace
 
 SimulatedPhone::SimulatedPhone(int64_t startMs, int64_t bootNs, PhoneObserver& observer, FileUtil::FileService* files)
@@ -96,11 +103,12 @@ void SimulatedPhone::Apply(const FactsChange& change) {
     ApplyFact(facts.accounts, change.accounts);
     ApplyFact(facts.deviceMode, change.deviceMode);
     ApplyFact(facts.plugged, change.plugged);
-    ApplyFact(facts.bluetoothState, change.bluetoothState);
+    ApplyRadio(ports_->core, facts.bluetoothState, change.bluetoothState);
     ApplyFact(facts.bluetoothConnection, change.bluetoothConnection);
     ApplyFact(facts.isWifiPresent, change.isWifiPresent);
-    ApplyFact(facts.isWifiEnabled, change.isWifiEnabled);
+    ApplyRadio(ports_->core, facts.isWifiEnabled, change.isWifiEnabled);
     ApplyFact(facts.simSlots, change.simSlots);
+    ApplyRadio(ports_->core, facts.slotsOff, change.slotsOff);
     ApplyFact(facts.sensors, change.sensors);
     if (ApplyFact(facts.light, change.light)) {
         ports_->sensors.Report(SENSOR_TYPE_ID_AMBIENT_LIGHT);
@@ -139,12 +147,17 @@ void SimulatedPhone::CutOff(bool isCutOff) noexcept {
     ports_->core.isCutOff = isCutOff;
 }
 
+void SimulatedPhone::ObserveRadios(RadioObserver observer) {
+    ports_->core.radioObserver = std::move(observer);
+}
+
 void SimulatedPhone::DropPending() {
     ports_->core.time.Clear();
     ports_->time.DropAll();
     ports_->commonEvents.DropAll();
     ports_->sensors.DropAll();
     ports_->preferences.DropAll();
+    ObserveRadios(nullptr);
     ports_->movement.Observe(nullptr);
     ports_->netPolicy.ObserveDeviceIdlePolicy(nullptr);
     ports_->processes.ObserveStates(nullptr);

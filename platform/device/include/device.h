@@ -68,6 +68,7 @@ class Parameters;
 }
 class BrokerRegistration;
 class LogService;
+class RadioLedger;
 class SystemAbilityManagerClient;
 
 /// One phone: the owner of every platform service that the standby service and its plugin may call.
@@ -90,6 +91,9 @@ public:
     /// The non-zero code with which `operation` ("Class.Method") is being made to fail, else 0.
     /// A rehearsal device injects faults this way; a real one has none.
     [[nodiscard]] virtual int32_t Fault(std::string_view operation) const noexcept;
+
+    /// What remembers the radios that were switched off through this device; null where nothing does.
+    [[nodiscard]] virtual RadioLedger* Radios() noexcept;
 
     /// Drops whatever may call into a library that is about to be unloaded: the waiting tasks of all handlers, timers,
     /// sensor subscriptions, broadcast subscriptions, observers, open preferences. Waits until none of their callbacks

@@ -29,4 +29,8 @@ int32_t Device::Fault(std::string_view /*operation*/) const noexcept {
     return 0;
 }
 
+RadioLedger* Device::Radios() noexcept {
+    return nullptr;
+}
+
 }  // namespace TARN

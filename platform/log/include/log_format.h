@@ -140,4 +140,15 @@ private:
 
 }  // namespace TARN
 
+/// A line of a level, domain and tag. The format is a literal with the marks `%{public}d`, `u`, `ld`, `lu`, `f`, `s`,
+/// checked against the arguments by the compiler; file, function and line of the prefix come from the macro. No
+/// argument is evaluated when the level is not wanted.
+#define PLATFORM_LOG(level, domain, tag, ...)                                                                     \
+    do {                                                                                                          \
+        if (::TARN::Log::IsLoggable(level)) {                                                                     \
+            ::TARN::Log::Print({level, domain, tag, __FILE_NAME__, static_cast<const char*>(__func__), __LINE__}, \
+                               __VA_ARGS__);                                                                      \
+        }                                                                                                         \
+    } while (false)
+
 #endif  // PLATFORM_LOG_FORMAT_H

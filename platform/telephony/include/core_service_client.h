@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 
 #include "device.h"
 
@@ -22,6 +23,9 @@ public:
 
     /// Switches the radio of one slot; `callback`, if any, hears of the end. Returns 0 when accepted.
     virtual int32_t SetRadioState(int32_t slotId, bool isOn, const RadioCallback& callback) = 0;
+
+    /// Whether the radio of one slot is on; nothing when that cannot be told.
+    virtual std::optional<bool> IsRadioOn(int32_t slotId) = 0;
 };
 
 }  // namespace TARN::Telephony

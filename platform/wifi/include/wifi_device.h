@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 
 #include "device.h"
 
@@ -23,6 +24,9 @@ public:
 
     /// Switches Wi-Fi off. Returns 0 on success.
     virtual int32_t Disable() = 0;
+
+    /// Whether Wi-Fi is on; nothing when that cannot be told.
+    virtual std::optional<bool> IsEnabled() = 0;
 };
 
 }  // namespace TARN::Wifi

@@ -1,13 +1,11 @@
 #include "line_in_words.h"
 
-#include <algorithm>
-#include <array>
 #include <cstdint>
 #include <string_view>
 
 #include <nlohmann/json.hpp>
 
-#include "standby_message.h"
+#include "standby_names.h"
 
 namespace TARN::Story {
 
@@ -30,33 +28,11 @@ std::string Member(const Json& object, const char* key) {
     return found == object.end() ? std::string() : Text(*found);
 }
 
-struct NamedMessage {
-    int32_t id;
-    std::string_view name;
-};
-namespace Type = DevStandbyMgr::StandbyMessageType;
-constexpr std::array kMessages = {
-    NamedMessage{Type::COMMON_EVENT, "COMMON_EVENT"},
-    NamedMessage{Type::STATE_TRANSIT, "STATE_TRANSIT"},
-    NamedMessage{Type::PHASE_TRANSIT, "PHASE_TRANSIT"},
-    NamedMessage{Type::RES_CTRL_CONDITION_CHANGED, "RES_CTRL_CONDITION_CHANGED"},
-    NamedMessage{Type::ALLOW_LIST_CHANGED, "ALLOW_LIST_CHANGED"},
-    NamedMessage{Type::SCREEN_OFF_HALF_HOUR, "SCREEN_OFF_HALF_HOUR"},
-    NamedMessage{Type::DEVICE_STATE_CHANGED, "DEVICE_STATE_CHANGED"},
-    NamedMessage{Type::USER_SLEEP_STATE_CHANGED, "USER_SLEEP_STATE_CHANGED"},
-    NamedMessage{Type::NET_IDLE_POLICY_TRANSIT, "NET_IDLE_POLICY_TRANSIT"},
-    NamedMessage{Type::RESOURCE_APPLY, "RESOURCE_APPLY"},
-    NamedMessage{Type::NAT_INTERVAL_CHANGED, "NAT_INTERVAL_CHANGED"},
-    NamedMessage{Type::SLEEP_COLLECT_FINISHED, "SLEEP_COLLECT_FINISHED"},
-    NamedMessage{Type::BG_TASK_STATUS_CHANGED, "BG_TASK_STATUS_CHANGED"},
-    NamedMessage{Type::HOST_REFRESH, "HOST_REFRESH"},
-};
-
-std::string MessageName(const Json& message) {
-    const std::string id = Member(message, "eventId");
-    const auto* found = std::find_if(kMessages.begin(), kMessages.end(),
-                                     [&](const NamedMessage& one) { return std::to_string(one.id) == id; });
-    return found == kMessages.end() ? id : std::string(found->name);
+std::string NameOfMessage(const Json& message) {
+    const auto id = message.find("eventId");
+    const bool isNumber = id != message.end() && id->is_number_integer();
+    const std::string_view name = isNumber ? DevStandbyMgr::MessageName(id->get<int64_t>()) : std::string_view();
+    return name.empty() ? Member(message, "eventId") : std::string(name);
 }
 
 }  // namespace
@@ -73,7 +49,7 @@ std::string InWords(const Replay::RecordLine& line) {
     if (line.kind == "deliver" && what.is_object()) {
         const std::string action = Member(what, "action");
         const std::string want = Member(what, "want");
-        return "message " + MessageName(what) + (action.empty() ? "" : " " + action) +
+        return "message " + NameOfMessage(what) + (action.empty() ? "" : " " + action) +
                (want == "null" ? "" : " " + want);
     }
     if (line.kind == "summary") {

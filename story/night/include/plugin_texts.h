@@ -24,6 +24,7 @@ enum class Meaning : uint8_t {
     STARTS,         ///< what follows comes of the service starting
     STOPS,          ///< ... of its stopping
     FULL_SAVING,    ///< ... of the timer of full power saving
+    FORGOTTEN,      ///< ... of the ledger: "forgotten: %s is off since %ld, switched off by %s"
     CLEANS,         ///< ... of a clean for the sleeping user
     SPARES,         ///< a clean passes over an application: "continuous task type: %u, uid: %d"
     JUDGES,         ///< the sleep detector's verdict: "...: %d, wakeup time: %ld"

@@ -40,6 +40,7 @@ constexpr std::array kReasons = {
     CauseReason{Cause::SLEEP_CLEAN, "once a night, the user sleeps"},
     CauseReason{Cause::DUMP, "asked for by the dump command"},
     CauseReason{Cause::REFRESH, "the service looks again"},
+    CauseReason{Cause::LEDGER, "the ledger holds it"},
 };
 
 constexpr bool AreInOrder() {

@@ -35,6 +35,7 @@ enum class Cause : uint8_t {
     SLEEP_CLEAN,
     DUMP,
     REFRESH,
+    LEDGER,
 };
 
 /// The cause as the reason behind a colon; empty where it would say nothing.

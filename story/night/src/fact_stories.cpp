@@ -125,6 +125,9 @@ std::string PolicyText(const DevStandbyMgr::StandbyPolicy& policy) {
     tell("night_start_hour", policy.nightStartHour, usual.nightStartHour);
     tell("night_end_hour", policy.nightEndHour, usual.nightEndHour);
     tell("retry_after_s", policy.retryAfterSeconds, usual.retryAfterSeconds);
+    if (policy.hasRadioLedger != usual.hasRadioLedger) {
+        Join(text, "with a radio ledger");
+    }
     return text;
 }
 
@@ -149,7 +152,9 @@ std::string PhoneText(const Replay::Trace& trace) {
     Join(text, !change.isWifiPresent.value_or(usual.isWifiPresent)  ? "no wifi"
                : change.isWifiEnabled.value_or(usual.isWifiEnabled) ? "wifi on"
                                                                     : "wifi off");
-    Join(text, Count(change.simSlots.value_or(usual.simSlots), "SIM slot"));
+    const auto slotsOff = static_cast<int64_t>(change.slotsOff.value_or(usual.slotsOff).size());
+    Join(text, Count(change.simSlots.value_or(usual.simSlots), "SIM slot") +
+                   (slotsOff == 0 ? "" : ", " + std::to_string(slotsOff) + " of them off"));
     if (change.deviceMode && *change.deviceMode != usual.deviceMode) {
         Join(text, "device mode " + std::to_string(*change.deviceMode));
     }

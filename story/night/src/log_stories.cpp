@@ -1,7 +1,9 @@
 #include "log_stories.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
+#include <cstdlib>
 
 #include "log_names.h"
 #include "time_zone.h"
@@ -29,6 +31,34 @@ std::string Kind(std::string_view text) {
     std::replace_if(
         kind.begin(), kind.end(), [](char c) { return c >= '0' && c <= '9'; }, '#');
     return kind;
+}
+
+/// What a radio was switched off by, in a person's words.
+struct SwitchedOff {
+    std::string_view by;
+    std::string_view words;
+};
+constexpr std::array kSwitchedOff = {
+    SwitchedOff{"SCREEN_OFF_HALF_HOUR", "as the screen was long off at night"},
+    SwitchedOff{"STATE_TRANSIT", "in deep standby at night"},
+    SwitchedOff{"DEVICE_STATE_CHANGED", "when nothing used it any more"},
+    SwitchedOff{"USER_SLEEP_STATE_CHANGED", "as the user slept"},
+    SwitchedOff{"a timer", "by full power saving"},
+};
+
+std::string_view Behind(std::string_view line, std::string_view mark) {
+    const size_t at = line.find(mark);
+    return at == std::string_view::npos ? std::string_view() : line.substr(at + mark.size());
+}
+
+/// The reason that a line of the ledger gives.
+std::string WhyForgotten(std::string_view line) {
+    const std::string_view by = Behind(line, "switched off by ");
+    const int64_t sinceMs = std::atoll(std::string(Behind(line, " is off since ")).c_str());
+    const auto* known =
+        std::find_if(kSwitchedOff.begin(), kSwitchedOff.end(), [&](const SwitchedOff& one) { return one.by == by; });
+    return "the ledger: forgotten since " + Clock(sinceMs) + ", switched off " +
+           (known == kSwitchedOff.end() ? "by " + std::string(by) : std::string(known->words));
 }
 
 }  // namespace
@@ -105,6 +135,9 @@ void LogStories::Tell(const PluginText& text, const LogLine& line) {
             break;
         case Meaning::FULL_SAVING:
             scribe_.SetCause(Cause::FULL_POWER_SAVE, scribe_.Last(Subject::SCREEN));
+            break;
+        case Meaning::FORGOTTEN:
+            scribe_.SetCause(Cause::LEDGER, WhyForgotten(line.text), scribe_.Last(text.subject));
             break;
         case Meaning::CLEANS:
             scribe_.SetCause(Cause::SLEEP_CLEAN, scribe_.Last(Subject::SLEEP));

@@ -10,6 +10,9 @@ namespace {
 using M = Meaning;
 using S = Subject;
 
+constexpr std::string_view kOffByOthers = "stays off: somebody else switched it off";
+constexpr std::string_view kNotEntered = "stays on: the ledger cannot be written";
+
 constexpr std::array kTexts = {
     PluginText{"common_event_listener_ext", "SubscribeCommonEvent occur exception", M::FAILED, S::SERVICE,
                "the plugin hears of no unlock and not all of the user's sleep: its listener was refused"},
@@ -91,6 +94,19 @@ constexpr std::array kTexts = {
                "left as it is: the exemptions cannot be read"},
     PluginText{"push_strategy", "PublishCommonEvent for"},
     PluginText{"push_strategy", "PushStrategy is now OnDestroy", M::STOPS},
+    PluginText{"radio_book", "forgotten: bluetooth ", M::FORGOTTEN, S::BLUETOOTH},
+    PluginText{"radio_book", "forgotten: modem ", M::FORGOTTEN, S::MODEM},
+    PluginText{"radio_book", "forgotten: wifi ", M::FORGOTTEN, S::WIFI},
+    PluginText{"radio_book", "left off: bluetooth ", M::KEPT, S::BLUETOOTH, kOffByOthers},
+    PluginText{"radio_book", "left off: modem ", M::KEPT, S::MODEM, kOffByOthers},
+    PluginText{"radio_book", "left off: wifi ", M::KEPT, S::WIFI, kOffByOthers},
+    PluginText{"radio_book", "not switched off: bluetooth ", M::FAILED, S::BLUETOOTH, kNotEntered},
+    PluginText{"radio_book", "not switched off: modem ", M::FAILED, S::MODEM, kNotEntered},
+    PluginText{"radio_book", "not switched off: wifi ", M::FAILED, S::WIFI, kNotEntered},
+    PluginText{"radio_book", "not switched on: "},
+    PluginText{"radio_book", "the ledger cannot be read", M::FAILED, S::FILE,
+               "the ledger cannot be read: a radio that was off before may stay off"},
+    PluginText{"radio_book", "the ledger could not be written", M::FAILED, S::FILE, "the ledger cannot be written"},
     PluginText{"running_applications", "the running applications could not", M::FAILED, S::SERVICE,
                "the running apps cannot be read: what was known of them counts"},
     PluginText{"running_applications", "the continuous tasks could not", M::FAILED, S::SERVICE,

@@ -1,5 +1,7 @@
 #include "radio_story.h"
 
+#include <utility>
+
 #include "fact_stories.h"
 
 namespace TARN::Story {
@@ -25,8 +27,10 @@ void RadioStory::SetLane(const Radio& radio, Scribe::Id event) {
 void RadioStory::Switch(Radio& radio, bool isOn, const Json& result) {
     const std::string verb = isOn ? "on" : "off";
     if (IsFailure(result)) {
-        scribe_.Write(radio.subject, Outcome::FAILED, "switching " + verb + " failed" + FailureCode(result),
-                      scribe_.WhyInWords());
+        const Scribe::Id id =
+            scribe_.Write(radio.subject, Outcome::FAILED, "switching " + verb + " failed" + FailureCode(result),
+                          scribe_.WhyInWords());
+        scribe_.At(id).isRepeat = IsTriedAgain(radio);
         if (isOn && !radio.isOn) {
             radio.gaveUpAt = scribe_.Now();
         }
@@ -85,6 +89,11 @@ void RadioStory::OnKept(const PluginText& text) {
     }
 }
 
+/// The ledger tries as long as the screen is on, which is told once.
+bool RadioStory::IsTriedAgain(const Radio& radio) const {
+    return scribe_.Why() == Cause::LEDGER && radio.gaveUpAt;
+}
+
 std::string RadioStory::SinceGivenUp(const Radio& radio) {
     return radio.gaveUpAt ? ", since switching it on failed at " + Clock(*radio.gaveUpAt) : "";
 }
@@ -104,7 +113,7 @@ std::string RadioStory::NextPowerOff(bool isInForce) const {
 
 void RadioStory::OnNothingOwed(Subject subject) {
     const Radio& radio = subject == Subject::BLUETOOTH ? bluetooth_ : subject == Subject::WIFI ? wifi_ : modem_;
-    const bool isOff = subject == Subject::MODEM ? !slotsOff_.empty() : !radio.isOn && radio.isOurs;
+    const bool isOff = subject == Subject::MODEM ? IsModemOurs() : !radio.isOn && radio.isOurs;
     if (isOff) {
         scribe_.WriteNew(subject, Outcome::KEPT, "stays off: the plugin takes it as on" + SinceGivenUp(radio));
     }
@@ -126,12 +135,13 @@ void RadioStory::OnChance(bool isDeep) {
 
 void RadioStory::SetModemLane(Scribe::Id event) {
     const auto off = static_cast<int64_t>(slotsOff_.size());
+    const auto ours = off - static_cast<int64_t>(slotsOffByOthers_.size());
     scribe_.Set(LaneId::MODEM,
                 slots_ == 0    ? "absent"
                 : off == 0     ? "on"
                 : off < slots_ ? "partly off"
                                : "off",
-                off, event);
+                ours, event);
 }
 
 void RadioStory::ModemSlot(int64_t slot, bool isOn, const Json& result) {
@@ -142,6 +152,7 @@ void RadioStory::ModemSlot(int64_t slot, bool isOn, const Json& result) {
     if (IsFailure(result)) {
         group_.failed += "; slot " + std::to_string(slot) + " failed" + FailureCode(result);
         scribe_.At(group_.event).outcome = Outcome::FAILED;
+        scribe_.At(group_.event).isRepeat = IsTriedAgain(modem_);
         if (isOn) {
             modem_.gaveUpAt = scribe_.Now();
         }
@@ -149,6 +160,7 @@ void RadioStory::ModemSlot(int64_t slot, bool isOn, const Json& result) {
         ++group_.switched;
         if (isOn) {
             slotsOff_.erase(slot);
+            slotsOffByOthers_.erase(slot);
         } else {
             slotsOff_.insert(slot);
             modem_.gaveUpAt.reset();
@@ -188,6 +200,9 @@ void RadioStory::OnFacts(const Replay::SetStep& step, bool isStart) {
         slots_ = change.simSlots.value_or(usual.simSlots);
         SetModemLane(kNoEvent);
     }
+    if (change.slotsOff) {
+        OnSlotsOff(*change.slotsOff, isStart);
+    }
     if (isStart) {
         return;
     }
@@ -198,8 +213,28 @@ void RadioStory::OnFacts(const Replay::SetStep& step, bool isStart) {
     }
 }
 
+/// Somebody else says which slots are off.
+void RadioStory::OnSlotsOff(const std::set<int32_t>& slots, bool isStart) {
+    const std::set<int64_t> before = std::exchange(slotsOff_, std::set<int64_t>(slots.begin(), slots.end()));
+    if (before == slotsOff_) {
+        return;
+    }
+    slotsOffByOthers_ = slotsOff_;
+    modem_.gaveUpAt.reset();
+    SetModemLane(isStart ? kNoEvent
+                         : scribe_.Write(Subject::MODEM, Outcome::HAPPENED,
+                                         slotsOff_.empty()
+                                             ? "switched on by somebody else"
+                                             : "switched by somebody else: " +
+                                                   Count(static_cast<int64_t>(slotsOff_.size()), "slot") + " off"));
+}
+
+bool RadioStory::IsModemOurs() const {
+    return slotsOff_.size() > slotsOffByOthers_.size();
+}
+
 bool RadioStory::IsAnyOff() const {
-    return bluetooth_.isOurs || wifi_.isOurs || !slotsOff_.empty();
+    return bluetooth_.isOurs || wifi_.isOurs || IsModemOurs();
 }
 
 }  // namespace TARN::Story

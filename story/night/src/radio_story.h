@@ -67,6 +67,9 @@ private:
     void BySomebodyElse(Radio& radio, bool isOn, bool isStart);
     void SetLane(const Radio& radio, Scribe::Id event);
     void SetModemLane(Scribe::Id event);
+    void OnSlotsOff(const std::set<int32_t>& slots, bool isStart);
+    [[nodiscard]] bool IsModemOurs() const;
+    [[nodiscard]] bool IsTriedAgain(const Radio& radio) const;
 
     Scribe& scribe_;
     Radio bluetooth_{Subject::BLUETOOTH, LaneId::BLUETOOTH};
@@ -74,6 +77,7 @@ private:
     Radio modem_{Subject::MODEM, LaneId::MODEM};  ///< of it only whether it was given up
     int64_t slots_ = 0;
     std::set<int64_t> slotsOff_;
+    std::set<int64_t> slotsOffByOthers_;  ///< those of them that the plugin did not switch off
     SlotGroup group_;
     bool isPowerOffAlive_ = false;  ///< the strategy of long screen-offs and deep standby
     std::string longOff_;           ///< how long the screen is off then: "half an hour"
