@@ -40,7 +40,7 @@ class Scribe : public Replay::RecordSink {
 public:
     std::vector<std::string> lines;
 
-    [[nodiscard]] bool WantsLog(LogLevel /*level*/) const noexcept override { return true; }
+    [[nodiscard]] LogLevel LeastLog() const noexcept override { return LogLevel::DEBUG; }
     void OnBegin(const Replay::Trace& /*trace*/) override {}
     void OnStep(const Replay::Step& /*step*/) override {}
     void OnEnd(int64_t /*t*/, const Replay::Summary& /*summary*/) override {}

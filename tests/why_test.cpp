@@ -58,7 +58,7 @@ public:
     /// When something changed.
     [[nodiscard]] const std::map<int64_t, Picture>& Changes() const { return pictures_; }
 
-    [[nodiscard]] bool WantsLog(LogLevel /*level*/) const noexcept override { return false; }
+    [[nodiscard]] LogLevel LeastLog() const noexcept override { return LogLevel::NONE; }
     void OnLog(int64_t /*t*/, const LogLine& /*line*/) override {}
     void OnDump(int64_t /*t*/, const std::string& /*text*/) override {}
     void OnEnd(int64_t /*t*/, const Replay::Summary& /*summary*/) override {}
@@ -233,8 +233,8 @@ class Both : public Replay::RecordSink {
 public:
     Both(Replay::RecordSink& a, Replay::RecordSink& b) : sinks_{&a, &b} {}
 
-    [[nodiscard]] bool WantsLog(LogLevel level) const noexcept override {
-        return sinks_[0]->WantsLog(level) || sinks_[1]->WantsLog(level);
+    [[nodiscard]] LogLevel LeastLog() const noexcept override {
+        return std::min(sinks_[0]->LeastLog(), sinks_[1]->LeastLog());
     }
     [[nodiscard]] bool WantsReasons() const noexcept override {
         return sinks_[0]->WantsReasons() || sinks_[1]->WantsReasons();
@@ -247,7 +247,7 @@ public:
     }
     void OnLog(int64_t t, const LogLine& line) override {
         Each([&](auto& sink) {
-            if (sink.WantsLog(line.level)) {
+            if (line.level >= sink.LeastLog()) {
                 sink.OnLog(t, line);
             }
         });

@@ -90,8 +90,8 @@ class BothSinks : public Replay::RecordSink {
 public:
     BothSinks(RecordSink& one, RecordSink& other) : sinks_{&one, &other} {}
 
-    [[nodiscard]] bool WantsLog(LogLevel level) const noexcept override {
-        return sinks_[0]->WantsLog(level) || sinks_[1]->WantsLog(level);
+    [[nodiscard]] LogLevel LeastLog() const noexcept override {
+        return std::min(sinks_[0]->LeastLog(), sinks_[1]->LeastLog());
     }
     [[nodiscard]] bool WantsReasons() const noexcept override {
         return sinks_[0]->WantsReasons() || sinks_[1]->WantsReasons();
@@ -104,7 +104,7 @@ public:
     }
     void OnLog(int64_t t, const LogLine& line) override {
         Each([&](RecordSink& sink) {
-            if (sink.WantsLog(line.level)) {
+            if (line.level >= sink.LeastLog()) {
                 sink.OnLog(t, line);
             }
         });

@@ -59,7 +59,7 @@ class LastDump : public Replay::RecordSink {
 public:
     [[nodiscard]] const std::string& Text() const noexcept { return text_; }
 
-    [[nodiscard]] bool WantsLog(LogLevel /*level*/) const noexcept override { return false; }
+    [[nodiscard]] LogLevel LeastLog() const noexcept override { return LogLevel::NONE; }
     void OnBegin(const Trace& /*trace*/) override {}
     void OnStep(const Replay::Step& /*step*/) override {}
     void OnLog(int64_t /*t*/, const LogLine& /*line*/) override {}

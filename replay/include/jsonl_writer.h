@@ -15,7 +15,7 @@ public:
     /// `hasReasons`: the host's own reasons are written too. `trace`: what each line names as its trace; empty: none.
     explicit JsonlWriter(std::ostream& output, bool hasReasons = false, const std::string& trace = {});
 
-    [[nodiscard]] bool WantsLog(LogLevel /*level*/) const noexcept override { return true; }
+    [[nodiscard]] LogLevel LeastLog() const noexcept override { return LogLevel::DEBUG; }
     void OnBegin(const Trace& /*trace*/) override {}
     void OnStep(const Step& /*step*/) override {}
     void OnLog(int64_t t, const LogLine& line) override;

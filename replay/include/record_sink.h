@@ -27,10 +27,13 @@ class RecordSink {
 public:
     virtual ~RecordSink() = default;
 
-    [[nodiscard]] virtual bool WantsLog(LogLevel level) const noexcept = 0;
+    /// The least level of which log lines are wanted, NONE for no lines at all; asked when the phone is put up.
+    [[nodiscard]] virtual LogLevel LeastLog() const noexcept = 0;
     virtual void OnBegin(const Trace& trace) = 0;
     virtual void OnStep(const Step& step) = 0;  ///< before the step takes effect
     virtual void OnLog(int64_t t, const LogLine& line) = 0;
+    /// Whether calls are wanted; only then OnCall is called.
+    [[nodiscard]] virtual bool WantsCalls() const noexcept { return true; }
     virtual void OnCall(int64_t t, std::string_view operation, const nlohmann::ordered_json& arguments,
                         const nlohmann::ordered_json& result) = 0;
     virtual void OnDeliver(int64_t t, const DevStandbyMgr::StandbyMessage& message) = 0;

@@ -31,16 +31,17 @@ public:
 
     void Watch(const Simulated::VirtualTime& clock) { clock_ = &clock; }
 
-    [[nodiscard]] bool WantsLog(LogLevel level) const noexcept override { return sink_.WantsLog(level); }
+    [[nodiscard]] LogLevel LeastLog() const noexcept override { return sink_.LeastLog(); }
 
     void OnLog(const LogLine& line) override {
         ++summary_.logs;
         sink_.OnLog(Now(), line);
     }
 
+    [[nodiscard]] bool WantsCalls() const noexcept override { return sink_.WantsCalls(); }
+
     void OnCall(std::string_view operation, const nlohmann::ordered_json& arguments,
                 const nlohmann::ordered_json& result) override {
-        ++summary_.calls;
         sink_.OnCall(Now(), operation, arguments, result);
     }
 
@@ -249,6 +250,7 @@ void Session::Finish(int64_t end) {
     Service().UnloadPlugin();
     CheckFiles();
     Summary summary = parts_->recorder.Total();
+    summary.calls = Phone().Calls();
     summary.virtualMs = end - start_;
     sink_.OnEnd(end, summary);
 }

@@ -33,7 +33,7 @@ void Hearing::OnStep(const Replay::Step& step) {
 
 void Hearing::OnLog(int64_t t, const LogLine& line) {
     Each([&](RecordSink& sink) {
-        if (sink.WantsLog(line.level)) {
+        if (line.level >= sink.LeastLog()) {
             sink.OnLog(t, line);
         }
     });

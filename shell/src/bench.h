@@ -46,7 +46,7 @@ public:
     /// What was dumped since the last call.
     [[nodiscard]] std::string TakeDump() { return std::exchange(dump_, {}); }
 
-    [[nodiscard]] bool WantsLog(LogLevel /*level*/) const noexcept override { return true; }
+    [[nodiscard]] LogLevel LeastLog() const noexcept override { return LogLevel::DEBUG; }
     [[nodiscard]] bool WantsReasons() const noexcept override { return true; }
     void OnBegin(const Replay::Trace& trace) override;
     void OnStep(const Replay::Step& step) override;

@@ -37,17 +37,16 @@ void RefreshLater() {
 }  // namespace
 
 void RunningLockStrategy::HandleEvent(const StandbyMessage& message) {
-    const AAFwk::Want& want = message.Params();
-    const int32_t state = want.GetIntParam(CURRENT_STATE, 0);
+    const auto inSleep = [&message] { return message.Params().GetIntParam(CURRENT_STATE, 0) == StandbyState::SLEEP; };
     switch (message.eventId) {
         case StandbyMessageType::STATE_TRANSIT:
-            if (state != StandbyState::SLEEP && IsAutomatic()) {
+            if (!inSleep() && IsAutomatic()) {
                 isWanted_ = false;
                 Settle();
             }
             break;
         case StandbyMessageType::PHASE_TRANSIT:
-            if (state == StandbyState::SLEEP && want.GetIntParam(CURRENT_PHASE, 0) >= StandbyPhase::SYS_RES_DEEP &&
+            if (inSleep() && message.Params().GetIntParam(CURRENT_PHASE, 0) >= StandbyPhase::SYS_RES_DEEP &&
                 IsAutomatic()) {
                 isWanted_ = true;
                 Settle();

@@ -66,7 +66,7 @@ class RecordingSink : public Replay::RecordSink {
 public:
     explicit RecordingSink(Record& record) : record_(record) {}
 
-    [[nodiscard]] bool WantsLog(LogLevel /*level*/) const noexcept override { return true; }
+    [[nodiscard]] LogLevel LeastLog() const noexcept override { return LogLevel::DEBUG; }
     void OnBegin(const Replay::Trace& /*trace*/) override {}
     void OnStep(const Replay::Step& /*step*/) override {}
     void OnLog(int64_t t, const LogLine& line) override;

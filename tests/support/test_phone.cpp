@@ -22,6 +22,11 @@ void TestPhone::Change(const std::function<void(Simulated::FactsChange&)>& descr
     phone_.Apply(change);
 }
 
+void TestPhone::WantLogs(LogLevel least) {
+    leastLog_ = least;
+    Device::Install(&phone_);
+}
+
 void TestPhone::Fail(const std::string& operation, int32_t code) {
     Change([&](auto& change) { change.faults[operation] = code; });
 }

@@ -37,17 +37,19 @@ public:
     std::vector<std::string> TakeCalls() { return std::exchange(calls_, {}); }
     std::vector<std::string> TakeLogs() { return std::exchange(logs_, {}); }
 
-    /// The least level of log lines that is wanted.
-    LogLevel lowestLevel = LogLevel::DEBUG;
+    /// Which log lines are wanted from now on; all of them to begin with.
+    void WantLogs(LogLevel least);
+
     /// Sees each log line whole.
     std::function<void(const LogLine&)> onLine;
 
 private:
-    [[nodiscard]] bool WantsLog(LogLevel level) const noexcept override { return level >= lowestLevel; }
+    [[nodiscard]] LogLevel LeastLog() const noexcept override { return leastLog_; }
     void OnLog(const LogLine& line) override;
     void OnCall(std::string_view operation, const nlohmann::ordered_json& arguments,
                 const nlohmann::ordered_json& result) override;
 
+    LogLevel leastLog_ = LogLevel::DEBUG;
     Simulated::SimulatedPhone phone_;
     std::vector<std::string> calls_;
     std::vector<std::string> logs_;

@@ -44,7 +44,7 @@ public:
     std::atomic<int> logLines = 0;
 
 private:
-    [[nodiscard]] bool WantsLog(LogLevel /*level*/) const noexcept override { return true; }
+    [[nodiscard]] LogLevel LeastLog() const noexcept override { return LogLevel::DEBUG; }
     void OnLog(const LogLine& /*line*/) override { ++logLines; }
     void OnCall(std::string_view /*operation*/, const nlohmann::ordered_json& /*arguments*/,
                 const nlohmann::ordered_json& /*result*/) override {}

@@ -51,7 +51,7 @@ public:
     std::vector<std::string> logs;
 
 private:
-    bool WantsLog(LogLevel /*level*/) const noexcept override { return true; }
+    [[nodiscard]] LogLevel LeastLog() const noexcept override { return LogLevel::DEBUG; }
     void OnLog(const LogLine& line) override { logs.emplace_back(line.text); }
     void OnCall(std::string_view /*operation*/, const nlohmann::ordered_json& /*arguments*/,
                 const nlohmann::ordered_json& /*result*/) override {}

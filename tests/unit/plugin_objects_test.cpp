@@ -317,7 +317,7 @@ private:
         return 0;
     }
     void Observe(ContinuousTaskObserver /*observer*/) override {}
-    [[nodiscard]] bool WantsLog(LogLevel /*level*/) const noexcept override { return false; }
+    [[nodiscard]] LogLevel LeastLog() const noexcept override { return LogLevel::NONE; }
     void OnLog(const LogLine& /*line*/) override {}
     void OnCall(std::string_view operation, const nlohmann::ordered_json& arguments,
                 const nlohmann::ordered_json& /*result*/) override {
@@ -389,7 +389,7 @@ TEST(Log, ArgumentsOfAnUnwantedLevelAreNotEvaluated) {
     STANDBYSERVICE_LOGE("%{public}d", count());  // no device is installed
     EXPECT_EQ(evaluated, 0);
     TestPhone phone;
-    phone.lowestLevel = LogLevel::WARN;
+    phone.WantLogs(LogLevel::WARN);
     STANDBYSERVICE_LOGD("%{public}d", count());
     STANDBYSERVICE_LOGI("%{public}d", count());
     EXPECT_EQ(evaluated, 0);

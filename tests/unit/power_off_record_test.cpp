@@ -230,7 +230,7 @@ public:
     std::atomic<int> radioCalls = 0;
 
 private:
-    [[nodiscard]] bool WantsLog(LogLevel /*level*/) const noexcept override { return false; }
+    [[nodiscard]] LogLevel LeastLog() const noexcept override { return LogLevel::NONE; }
     void OnLog(const LogLine& /*line*/) override {}
     void OnCall(std::string_view operation, const nlohmann::ordered_json& /*arguments*/,
                 const nlohmann::ordered_json& /*result*/) override {

@@ -3,8 +3,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <atomic>
+#include <random>
+#include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "are.h"
@@ -100,6 +105,86 @@ TEST_F(VirtualTimeTest, CancellingANameDropsAllOfThatNameAndNoOther) {
     clock.Post(200, Note("f"), "loop");
     clock.RunThrough(200);
     EXPECT_THAT(ran, Are({"c@200", "d@200", "f@200"}));
+}
+
+/// What the queue should do, in the plainest way: a list that is searched.
+struct PlainQueue {
+    struct Entry {
+        int64_t dueMs;
+        int label;
+        std::string name;
+        const void* owner;
+    };
+
+    void Run(int64_t ms, std::vector<int>& ran) {
+        std::stable_sort(waiting.begin(), waiting.end(),
+                         [](const Entry& a, const Entry& b) { return a.dueMs < b.dueMs; });
+        while (!waiting.empty() && waiting.front().dueMs <= ms) {
+            ran.push_back(waiting.front().label);
+            waiting.erase(waiting.begin());
+        }
+    }
+
+    template <class Predicate>
+    void Drop(const Predicate& predicate) {
+        waiting.erase(std::remove_if(waiting.begin(), waiting.end(), predicate), waiting.end());
+    }
+
+    std::vector<Entry> waiting;
+};
+
+TEST(VirtualTimeModel, RunsAndDropsAsAPlainListDoes) {
+    std::mt19937 random(20'260'301);
+    const auto below = [&random](int end) { return static_cast<int>(random() % static_cast<unsigned>(end)); };
+    const std::array<std::string, 4> names = {"", "loop", "clean", "timer"};
+    std::array<int, 3> owners{};
+    VirtualTime clock{0};
+    PlainQueue plain;
+    std::vector<int> ran;
+    std::vector<int> expected;
+    std::vector<std::pair<VirtualTime::Ticket, int>> tickets;
+    for (int label = 0; label < 20'000; ++label) {
+        const std::string& name = names[static_cast<size_t>(below(4))];
+        const void* owner = &owners[static_cast<size_t>(below(3))];
+        switch (below(8)) {
+            case 0:
+                clock.CancelNamed(name, owner);
+                plain.Drop([&](const auto& e) { return !name.empty() && e.name == name && e.owner == owner; });
+                break;
+            case 1: {
+                if (tickets.empty()) {
+                    break;
+                }
+                const auto& [ticket, of] = tickets[static_cast<size_t>(below(static_cast<int>(tickets.size())))];
+                const size_t before = plain.waiting.size();
+                plain.Drop([label = of](const auto& e) { return e.label == label; });
+                EXPECT_EQ(clock.Cancel(ticket), plain.waiting.size() < before);
+                break;
+            }
+            case 2:
+                if (below(20) == 0) {
+                    clock.CancelOwned(owner);
+                    plain.Drop([&](const auto& e) { return e.owner == owner; });
+                }
+                break;
+            case 3: {
+                const int64_t until = clock.NowMs() + below(40);
+                clock.RunThrough(until);
+                plain.Run(until, expected);
+                break;
+            }
+            default: {
+                const int64_t dueMs = clock.NowMs() + below(100);
+                tickets.emplace_back(clock.Post(
+                                         dueMs, [&ran, label] { ran.push_back(label); }, name, owner),
+                                     label);
+                plain.waiting.push_back({dueMs, label, name, owner});
+            }
+        }
+        ASSERT_EQ(clock.Waiting(), plain.waiting.size()) << label;
+    }
+    EXPECT_GT(ran.size(), 1000U);
+    EXPECT_EQ(ran, expected);
 }
 
 TEST(SimulatedHandler, DropsItsOwnTasksAndNobodyElses) {

@@ -15,11 +15,14 @@ class PhoneObserver {
 public:
     virtual ~PhoneObserver() = default;
 
-    /// Whether lines of a level are wanted.
-    [[nodiscard]] virtual bool WantsLog(LogLevel level) const noexcept = 0;
+    /// The least level of which log lines are wanted, NONE for no lines at all; asked when the phone is installed.
+    [[nodiscard]] virtual LogLevel LeastLog() const noexcept = 0;
 
-    /// A log line was written.
+    /// A log line of a wanted level was written.
     virtual void OnLog(const LogLine& line) = 0;
+
+    /// Whether calls are wanted; only then they are put together and shown.
+    [[nodiscard]] virtual bool WantsCalls() const noexcept { return true; }
 
     /// An operation that changes something was called; `arguments` by name, sets sorted.
     virtual void OnCall(std::string_view operation, const nlohmann::ordered_json& arguments,

@@ -35,6 +35,9 @@ public:
     [[nodiscard]] VirtualTime& Clock() noexcept;
     [[nodiscard]] const PhoneFacts& Facts() const noexcept;
 
+    /// How many operations that change something were called.
+    [[nodiscard]] uint64_t Calls() const noexcept;
+
     /// Changes facts at once; whoever observes them hears of it as work of its own, of a radio at once.
     void Apply(const FactsChange& change);
 

@@ -4,12 +4,11 @@
 #include <atomic>
 #include <cstdint>
 #include <functional>
-#include <map>
 #include <mutex>
 #include <string>
 #include <string_view>
 #include <unordered_map>
-#include <utility>
+#include <vector>
 
 namespace TARN::Simulated {
 
@@ -21,8 +20,11 @@ namespace TARN::Simulated {
 class VirtualTime {
 public:
     using Work = std::function<void()>;
-    /// Due time and arrival: names one piece of waiting work.
-    using Ticket = std::pair<int64_t, uint64_t>;
+    /// Names one piece of waiting work.
+    struct Ticket {
+        uint32_t slot;
+        uint64_t arrival;
+    };
 
     explicit VirtualTime(int64_t startMs) : nowMs_(startMs) {}
 
@@ -30,13 +32,13 @@ public:
 
     /// Queues work behind what already waits for `dueMs`. A due time in the past means now. `owner`, if any, is whose
     /// work it is.
-    Ticket Post(int64_t dueMs, Work work, std::string name = {}, const void* owner = nullptr);
+    Ticket Post(int64_t dueMs, Work work, std::string_view name = {}, const void* owner = nullptr);
 
     /// Drops one piece of waiting work; false when it is not waiting (any more).
     bool Cancel(const Ticket& ticket);
 
     /// Drops an owner's waiting work of that name.
-    void CancelNamed(const std::string& name, const void* owner = nullptr);
+    void CancelNamed(std::string_view name, const void* owner = nullptr);
 
     /// Drops all waiting work of an owner.
     void CancelOwned(const void* owner);
@@ -54,20 +56,54 @@ public:
     [[nodiscard]] size_t Waiting() const;
 
 private:
-    struct Entry {
+    static constexpr uint32_t kNone = UINT32_MAX;
+
+    struct NameHash {
+        using is_transparent = void;
+        size_t operator()(std::string_view name) const noexcept { return std::hash<std::string_view>()(name); }
+    };
+    /// Every name that was posted, with the slot of one piece of waiting work of that name. They stay, so that posting
+    /// the same few names again and again allocates nothing.
+    using Names = std::unordered_map<std::string, uint32_t, NameHash, std::equal_to<>>;
+
+    /// One piece of waiting work, or a free place for one.
+    struct Slot {
         Work work;
-        std::string name;
-        const void* owner;
+        const void* owner = nullptr;
+        Names::value_type* name = nullptr;
+        uint64_t arrival = 0;
+        uint32_t at = kNone;        ///< its index in the heap; none: free
+        uint32_t next = kNone;      ///< another of its name, or the next free one
+        uint32_t previous = kNone;  ///< of its name
+    };
+
+    /// What the order goes by, together so that comparing touches no slot.
+    struct Place {
+        int64_t dueMs;
+        uint64_t arrival;
+        uint32_t slot;
+
+        bool operator<(const Place& other) const noexcept {
+            return dueMs != other.dueMs ? dueMs < other.dueMs : arrival < other.arrival;
+        }
     };
 
     bool RunNext(int64_t lastDueMs);
-    void ForgetName(const std::string& name, const Ticket& ticket);
+    [[nodiscard]] Work Take(uint32_t slot);
+    void Put(size_t at, const Place& place);
+    void Raise(size_t at, const Place& place);
+    void Sink(size_t at, const Place& place);
+    uint32_t FreeSlot();
+    void JoinName(uint32_t slot, std::string_view name);
+    void LeaveName(Slot& slot);
 
     std::atomic<int64_t> nowMs_;
     mutable std::mutex mutex_;
     uint64_t arrivals_ = 0;
-    std::map<Ticket, Entry> queue_;
-    std::unordered_multimap<std::string_view, Ticket> named_;  ///< keys lie in the queue's entries
+    std::vector<Place> heap_;  ///< what runs next comes first; each has kChildren behind it
+    std::vector<Slot> slots_;
+    uint32_t firstFree_ = kNone;
+    Names names_;
 };
 
 }  // namespace TARN::Simulated

@@ -7,13 +7,18 @@
 
 namespace TARN::Simulated {
 
+using Json = nlohmann::ordered_json;
+
 bool CommonEvents::Subscribe(const std::shared_ptr<EventFwk::CommonEventSubscriber>& subscriber) {
     constexpr std::string_view kOperation = "CommonEventManager.SubscribeCommonEvent";
     const bool isAccepted = core_.Fault(kOperation) == 0;
     if (isAccepted) {
         subscribers_.push_back(subscriber);
     }
-    core_.Show(kOperation, {{"actions", subscriber->GetSubscribeInfo().GetMatchingSkills().GetEvents()}}, isAccepted);
+    const auto arguments = [&subscriber] {
+        return Json{{"actions", subscriber->GetSubscribeInfo().GetMatchingSkills().GetEvents()}};
+    };
+    core_.Show(kOperation, arguments, isAccepted);
     return isAccepted;
 }
 
@@ -24,18 +29,19 @@ bool CommonEvents::Unsubscribe(const std::shared_ptr<EventFwk::CommonEventSubscr
     if (isAccepted) {
         subscribers_.erase(found);
     }
-    core_.Show(kOperation, nlohmann::ordered_json::object(), isAccepted);
+    core_.Show(kOperation, PhoneCore::NoArguments, isAccepted);
     return isAccepted;
 }
 
 bool CommonEvents::Publish(const EventFwk::CommonEventData& data, const EventFwk::CommonEventPublishInfo& info) {
     constexpr std::string_view kOperation = "CommonEventManager.PublishCommonEvent";
     const bool isAccepted = core_.Fault(kOperation) == 0;
-    core_.Show(kOperation,
-               {{"action", data.GetWant().GetAction()},
-                {"want", ToJson(data.GetWant())},
-                {"permissions", info.GetSubscriberPermissions()}},
-               isAccepted);
+    const auto arguments = [&] {
+        return Json{{"action", data.GetWant().GetAction()},
+                    {"want", ToJson(data.GetWant())},
+                    {"permissions", info.GetSubscriberPermissions()}};
+    };
+    core_.Show(kOperation, arguments, isAccepted);
     if (isAccepted) {
         Post(data);
     }

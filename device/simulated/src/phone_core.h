@@ -2,6 +2,7 @@
 #define DEVICE_SIMULATED_PHONE_CORE_H
 
 #include <cassert>
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <string>
@@ -34,21 +35,29 @@ public:
         return found == faults.end() ? 0 : found->second;
     }
 
+    /// Shows an operation that changes something, with what it answers. `arguments` makes its arguments by name, and is
+    /// asked where somebody looks on.
+    template <class Arguments, class Result>
+    void Show(std::string_view operation, const Arguments& arguments, const Result& result) {
+        if (isCutOff) {
+            return;
+        }
+        ++calls;
+        if (observer.WantsCalls()) {
+            observer.OnCall(operation, arguments(), result);
+        }
+    }
+
     /// Shows an operation that answers a status, made to fail or not. Returns the status.
-    int32_t Call(std::string_view operation,
-                 const nlohmann::ordered_json& arguments = nlohmann::ordered_json::object()) {
+    template <class Arguments>
+    int32_t Call(std::string_view operation, const Arguments& arguments) {
         const int32_t code = Fault(operation);
         Show(operation, arguments, code);
         return code;
     }
+    int32_t Call(std::string_view operation) { return Call(operation, NoArguments); }
 
-    /// Shows an operation to the observer, with what it answers.
-    void Show(std::string_view operation, const nlohmann::ordered_json& arguments,
-              const nlohmann::ordered_json& result) {
-        if (!isCutOff) {
-            observer.OnCall(operation, arguments, result);
-        }
-    }
+    static nlohmann::ordered_json NoArguments() { return nlohmann::ordered_json::object(); }
 
     /// The boot clock at a wall-clock time; wraps far outside of any life of a phone.
     [[nodiscard]] int64_t BootNsAt(int64_t wallMs) const noexcept {
@@ -68,6 +77,7 @@ public:
         }
     }
 
+    uint64_t calls = 0;  ///< operations that change something, so far
     VirtualTime time;
     PhoneFacts facts;
     std::map<std::string, int32_t, std::less<>> faults;

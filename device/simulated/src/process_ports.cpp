@@ -81,7 +81,9 @@ bool Processes::CheckIsSystemAppByUid(int32_t uid, bool& isSystemApp) {
 int32_t Processes::KillProcess(const std::unordered_map<std::string, std::string>& processInfo) {
     const auto named = processInfo.find("pid");
     const std::string pid = named == processInfo.end() ? std::string() : named->second;
-    const int32_t code = core_.Call("ResSchedClient.KillProcess", {{"pid", pid}});
+    const int32_t code = core_.Call("ResSchedClient.KillProcess", [&pid] {
+        return nlohmann::ordered_json{{"pid", pid}};
+    });
     if (code == 0) {
         const auto [first, last] = placeByPid_.equal_range(pid);
         for (auto it = first; it != last; ++it) {

@@ -7,7 +7,12 @@ namespace TARN::Simulated {
 int32_t SensorHub::Show(std::string_view operation, int32_t sensorTypeId, int32_t refusal) {
     const int32_t fault = core_.Fault(operation);
     const int32_t code = fault != 0 ? fault : refusal;
-    core_.Show(operation, {{"sensor", sensorTypeId}}, code);
+    core_.Show(
+        operation,
+        [sensorTypeId] {
+            return nlohmann::ordered_json{{"sensor", sensorTypeId}};
+        },
+        code);
     return code;
 }
 

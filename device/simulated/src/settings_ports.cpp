@@ -2,9 +2,11 @@
 
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <stdexcept>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace TARN::Simulated {
 
@@ -19,20 +21,72 @@ constexpr int kFailed = -1;
 constexpr char kSchema[] =
     "CREATE TABLE settings (TABLE_NAME TEXT NOT NULL, KEYWORD TEXT NOT NULL, VALUE TEXT NOT NULL, "
     "PRIMARY KEY (TABLE_NAME, KEYWORD)) WITHOUT ROWID";
+constexpr char kSelect[] = "SELECT KEYWORD, VALUE FROM settings WHERE TABLE_NAME = ? AND KEYWORD = ?";
+constexpr char kInsert[] = "INSERT OR REPLACE INTO settings VALUES (?, ?, ?)";
+constexpr char kDelete[] = "DELETE FROM settings WHERE TABLE_NAME = ? AND KEYWORD = ?";
+constexpr char kDeleteTable[] = "DELETE FROM settings WHERE TABLE_NAME = ?";
+
+}  // namespace
+
+/// The database, and the statements that nobody uses just now: the same few questions come all night long.
+class SettingsDatabase {
+public:
+    SettingsDatabase() {
+        const int opened = sqlite3_open(":memory:", &database_);
+        if (opened != SQLITE_OK || sqlite3_exec(database_, kSchema, nullptr, nullptr, nullptr) != SQLITE_OK) {
+            const std::string why = sqlite3_errmsg(database_);
+            sqlite3_close(database_);
+            throw std::runtime_error("settings database: " + why);
+        }
+    }
+    ~SettingsDatabase() {
+        for (const auto& [sql, statement] : idle_) {
+            sqlite3_finalize(statement);
+        }
+        sqlite3_close(database_);
+    }
+    SettingsDatabase(const SettingsDatabase&) = delete;
+    SettingsDatabase& operator=(const SettingsDatabase&) = delete;
+
+    /// A prepared statement; `sql` is a literal.
+    [[nodiscard]] sqlite3_stmt* Take(const char* sql) {
+        const auto idle = std::find_if(idle_.begin(), idle_.end(), [sql](const auto& one) { return one.first == sql; });
+        if (idle != idle_.end()) {
+            sqlite3_stmt* statement = idle->second;
+            idle_.erase(idle);
+            return statement;
+        }
+        sqlite3_stmt* statement = nullptr;
+        if (sqlite3_prepare_v2(database_, sql, -1, &statement, nullptr) != SQLITE_OK) {
+            throw std::runtime_error(sqlite3_errmsg(database_));
+        }
+        return statement;
+    }
+
+    void GiveBack(const char* sql, sqlite3_stmt* statement) {
+        sqlite3_reset(statement);
+        idle_.emplace_back(sql, statement);
+    }
+
+private:
+    sqlite3* database_ = nullptr;
+    std::vector<std::pair<const char*, sqlite3_stmt*>> idle_;
+};
+
+namespace {
 
 /// One statement with its texts bound.
 class Statement {
 public:
-    Statement(sqlite3* database, const char* sql, std::initializer_list<std::string_view> texts) {
-        if (sqlite3_prepare_v2(database, sql, -1, &statement_, nullptr) != SQLITE_OK) {
-            throw std::runtime_error(sqlite3_errmsg(database));
-        }
+    Statement(std::shared_ptr<SettingsDatabase> database, const char* sql,
+              std::initializer_list<std::string_view> texts)
+        : database_(std::move(database)), sql_(sql), statement_(database_->Take(sql)) {
         int position = 0;
         for (const std::string_view text : texts) {
             sqlite3_bind_text(statement_, ++position, text.data(), static_cast<int>(text.size()), SQLITE_TRANSIENT);
         }
     }
-    ~Statement() { sqlite3_finalize(statement_); }
+    ~Statement() { database_->GiveBack(sql_, statement_); }
     Statement(const Statement&) = delete;
     Statement& operator=(const Statement&) = delete;
 
@@ -41,7 +95,9 @@ public:
     sqlite3_stmt* Get() { return statement_; }
 
 private:
-    sqlite3_stmt* statement_ = nullptr;
+    std::shared_ptr<SettingsDatabase> database_;
+    const char* sql_;
+    sqlite3_stmt* statement_;
 };
 
 class ResultSet : public DataShareResultSet {
@@ -98,7 +154,7 @@ std::string_view TableOf(std::string_view uri) {
 
 class Helper : public DataShareHelper {
 public:
-    Helper(PhoneCore& core, sqlite3* database) : core_(core), database_(database) {}
+    Helper(PhoneCore& core, std::shared_ptr<SettingsDatabase> database) : core_(core), database_(std::move(database)) {}
 
     std::shared_ptr<DataShareResultSet> Query(Uri& uri, const DataSharePredicates& predicates,
                                               std::vector<std::string>& /*columns*/,
@@ -113,53 +169,38 @@ public:
             }
             keyword = value;
         }
-        constexpr char kSelect[] = "SELECT KEYWORD, VALUE FROM settings WHERE TABLE_NAME = ? AND KEYWORD = ?";
         return std::make_shared<ResultSet>(
             core_, std::unique_ptr<Statement>(new Statement(database_, kSelect, {TableOf(uri.ToString()), keyword})));
     }
 
 private:
     PhoneCore& core_;
-    sqlite3* database_;
+    std::shared_ptr<SettingsDatabase> database_;
 };
 
 }  // namespace
 
-void Settings::CloseDatabase::operator()(sqlite3* database) const noexcept {
-    sqlite3_close_v2(database);
-}
-
-Settings::Settings(PhoneCore& core) : core_(core) {
-    sqlite3* database = nullptr;
-    const int opened = sqlite3_open(":memory:", &database);
-    database_.reset(database);
-    if (opened != SQLITE_OK || sqlite3_exec(database, kSchema, nullptr, nullptr, nullptr) != SQLITE_OK) {
-        throw std::runtime_error(std::string("settings database: ") + sqlite3_errmsg(database));
-    }
-}
+Settings::Settings(PhoneCore& core) : database_(std::make_shared<SettingsDatabase>()), core_(core) {}
 
 std::shared_ptr<DataShareHelper> Settings::Connect(const std::shared_ptr<IRemoteObject>& remote,
                                                    const std::string& /*uri*/, const std::string& /*extUri*/) {
     if (remote == nullptr || core_.Fault("DataShareHelper.Creator") != 0) {
         return nullptr;
     }
-    return std::make_shared<Helper>(core_, database_.get());
+    return std::make_shared<Helper>(core_, database_);
 }
 
 void Settings::Apply(const FactsChange::Members<FactsChange::Members<std::string>>& tables) {
     for (const auto& [table, rows] : tables) {
         if (!rows) {
-            Statement(database_.get(), "DELETE FROM settings WHERE TABLE_NAME = ?", {table}).Step();
+            Statement(database_, kDeleteTable, {table}).Step();
             continue;
         }
         for (const auto& [keyword, value] : *rows) {
             if (value) {
-                Statement(database_.get(), "INSERT OR REPLACE INTO settings VALUES (?, ?, ?)", {table, keyword, *value})
-                    .Step();
+                Statement(database_, kInsert, {table, keyword, *value}).Step();
             } else {
-                Statement(database_.get(), "DELETE FROM settings WHERE TABLE_NAME = ? AND KEYWORD = ?",
-                          {table, keyword})
-                    .Step();
+                Statement(database_, kDelete, {table, keyword}).Step();
             }
         }
     }

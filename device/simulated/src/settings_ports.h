@@ -7,10 +7,9 @@
 #include "datashare_helper.h"
 #include "phone_core.h"
 
-struct sqlite3;
-struct sqlite3_stmt;
-
 namespace TARN::Simulated {
+
+class SettingsDatabase;
 
 /// The settings data: rows of a SQLite database in memory, read through the data-share client.
 class Settings : public DataShare::DataShareService {
@@ -25,10 +24,7 @@ public:
     void Apply(const FactsChange::Members<FactsChange::Members<std::string>>& tables);
 
 private:
-    struct CloseDatabase {
-        void operator()(sqlite3* database) const noexcept;
-    };
-    std::unique_ptr<sqlite3, CloseDatabase> database_;
+    std::shared_ptr<SettingsDatabase> database_;
     PhoneCore& core_;
 };
 

@@ -83,7 +83,9 @@ int32_t Modem::GetMaxSimCount() {
 }
 
 int32_t Modem::SetRadioState(int32_t slotId, bool isOn, const RadioCallback& callback) {
-    const int32_t code = core_.Call("CoreServiceClient.SetRadioState", {{"slot", slotId}, {"on", isOn}});
+    const int32_t code = core_.Call("CoreServiceClient.SetRadioState", [&] {
+        return Json{{"slot", slotId}, {"on", isOn}};
+    });
     if (code == 0) {
         std::set<int32_t> off = core_.facts.slotsOff;
         if (isOn) {
@@ -128,7 +130,9 @@ void MovementDetector::Report() {
 int32_t NetPolicy::SetDeviceIdleTrustlist(const std::vector<uint32_t>& uids, bool isAdded) {
     std::vector<uint32_t> sorted = uids;
     std::sort(sorted.begin(), sorted.end());
-    const int32_t code = core_.Call("NetPolicyClient.SetDeviceIdleTrustlist", {{"uids", sorted}, {"added", isAdded}});
+    const int32_t code = core_.Call("NetPolicyClient.SetDeviceIdleTrustlist", [&] {
+        return Json{{"uids", sorted}, {"added", isAdded}};
+    });
     if (code == 0 && isAdded) {
         trusted_.insert(sorted.begin(), sorted.end());
     } else if (code == 0) {
@@ -148,7 +152,7 @@ int32_t NetPolicy::GetDeviceIdleTrustlist(std::vector<uint32_t>& uids) {
 }
 
 int32_t NetPolicy::SetDeviceIdlePolicy(bool enable) {
-    const int32_t code = core_.Call("NetPolicyClient.SetDeviceIdlePolicy", {{"enable", enable}});
+    const int32_t code = core_.Call("NetPolicyClient.SetDeviceIdlePolicy", [&] { return Json{{"enable", enable}}; });
     if (code == 0 && std::exchange(isIdle_, enable) != enable && observer_) {
         core_.time.Post(core_.time.NowMs(), [this, enable] {
             if (observer_) {
@@ -173,12 +177,13 @@ std::optional<bool> Power::IsScreenOn() {
 }
 
 int32_t Power::ProxyRunningLocks(bool isProxied, const std::vector<std::pair<int32_t, int32_t>>& processes) {
-    Json pairs = Json::array();
-    for (const auto& [first, second] : processes) {
-        pairs.push_back(Json::array({first, second}));
-    }
-    const int32_t code =
-        core_.Call("PowerMgrClient.ProxyRunningLocks", {{"proxied", isProxied}, {"processes", std::move(pairs)}});
+    const int32_t code = core_.Call("PowerMgrClient.ProxyRunningLocks", [&] {
+        Json pairs = Json::array();
+        for (const auto& [first, second] : processes) {
+            pairs.push_back(Json::array({first, second}));
+        }
+        return Json{{"proxied", isProxied}, {"processes", std::move(pairs)}};
+    });
     for (const auto& pair : processes) {
         if (code == 0 && isProxied) {
             proxied_.insert(pair);
@@ -199,11 +204,6 @@ int32_t Power::GetProxiedRunningLocks(std::vector<std::pair<int32_t, int32_t>>& 
 
 std::vector<int32_t> Freezer::OperateNativeProcesses(const std::vector<SuspendManager::NativeProcessInfo>& processes) {
     constexpr std::string_view kOperation = "SuspendManagerClient.OperateNativeProcesses";
-    Json entries = Json::array();
-    for (const auto& process : processes) {
-        entries.push_back(
-            {{"pid", process.GetPid()}, {"name", process.GetProcessName()}, {"freeze", process.IsFreeze()}});
-    }
     const int32_t code = core_.Fault(kOperation);
     for (const auto& process : processes) {
         if (code == 0 && process.IsFreeze()) {
@@ -213,7 +213,15 @@ std::vector<int32_t> Freezer::OperateNativeProcesses(const std::vector<SuspendMa
         }
     }
     std::vector<int32_t> results(processes.size(), code);
-    core_.Show(kOperation, {{"processes", std::move(entries)}}, results);
+    const auto arguments = [&processes] {
+        Json entries = Json::array();
+        for (const auto& process : processes) {
+            entries.push_back(
+                {{"pid", process.GetPid()}, {"name", process.GetProcessName()}, {"freeze", process.IsFreeze()}});
+        }
+        return Json{{"processes", std::move(entries)}};
+    };
+    core_.Show(kOperation, arguments, results);
     return results;
 }
 

@@ -72,10 +72,12 @@ private:
 class Logger : public LogService {
 public:
     explicit Logger(PhoneCore& core) : core_(core) {}
-    [[nodiscard]] bool IsLoggable(LogLevel level) const noexcept override {
-        return !core_.isCutOff && core_.observer.WantsLog(level);
+    [[nodiscard]] LogLevel LeastLevel() const noexcept override { return core_.observer.LeastLog(); }
+    void Write(const LogLine& line) override {
+        if (!core_.isCutOff) {
+            core_.observer.OnLog(line);
+        }
     }
-    void Write(const LogLine& line) override { core_.observer.OnLog(line); }
 
 private:
     PhoneCore& core_;

@@ -95,6 +95,10 @@ const PhoneFacts& SimulatedPhone::Facts() const noexcept {
     return ports_->core.facts;
 }
 
+uint64_t SimulatedPhone::Calls() const noexcept {
+    return ports_->core.calls;
+}
+
 void SimulatedPhone::Apply(const FactsChange& change) {
     PhoneFacts& facts = ports_->core.facts;
     ApplyMembers(facts.parameters, change.parameters);

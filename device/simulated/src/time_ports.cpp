@@ -6,6 +6,16 @@
 
 namespace TARN::Simulated {
 
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+Json IdOf(uint64_t timerId) {
+    return {{"id", timerId}};
+}
+
+}  // namespace
+
 bool QueueHandler::PostTask(Callback task, const std::string& name, int64_t delayMs, Priority /*priority*/) {
     core_.time.Post(core_.time.NowMs() + std::max<int64_t>(delayMs, 0), std::move(task), name, this);
     return true;
@@ -28,16 +38,18 @@ uint64_t TimeService::CreateTimer(const MiscServices::TimerOptions& options, Cal
         id = ++lastId_;
         timers_[id] = {options, std::make_shared<Callback>(std::move(callback)), {}};
     }
-    core_.Show(kOperation,
-               {{"repeat", options.repeat},
-                {"interval", options.intervalMs},
-                {"exact", options.exact},
-                {"idle", options.idle}},
-               id);
+    const auto arguments = [&options] {
+        return Json{{"repeat", options.repeat},
+                    {"interval", options.intervalMs},
+                    {"exact", options.exact},
+                    {"idle", options.idle}};
+    };
+    core_.Show(kOperation, arguments, id);
     return id;
 }
 
-bool TimeService::Show(std::string_view operation, const nlohmann::ordered_json& arguments, bool isKnown) {
+template <class Arguments>
+bool TimeService::Show(std::string_view operation, const Arguments& arguments, bool isKnown) {
     const bool result = isKnown && core_.Fault(operation) == 0;
     core_.Show(operation, arguments, result);
     return result;
@@ -46,7 +58,8 @@ bool TimeService::Show(std::string_view operation, const nlohmann::ordered_json&
 bool TimeService::StartTimer(uint64_t timerId, uint64_t triggerTimeMs) {
     const auto timer = timers_.find(timerId);
     const auto triggerMs = static_cast<int64_t>(triggerTimeMs);
-    if (!Show("TimeServiceClient.StartTimer", {{"id", timerId}, {"trigger", triggerMs}}, timer != timers_.end())) {
+    const auto arguments = [&] { return Json{{"id", timerId}, {"trigger", triggerMs}}; };
+    if (!Show("TimeServiceClient.StartTimer", arguments, timer != timers_.end())) {
         return false;
     }
     Disarm(core_, timer->second);
@@ -56,7 +69,8 @@ bool TimeService::StartTimer(uint64_t timerId, uint64_t triggerTimeMs) {
 
 bool TimeService::StopTimer(uint64_t timerId) {
     const auto timer = timers_.find(timerId);
-    if (!Show("TimeServiceClient.StopTimer", {{"id", timerId}}, timer != timers_.end())) {
+    if (!Show(
+            "TimeServiceClient.StopTimer", [&] { return IdOf(timerId); }, timer != timers_.end())) {
         return false;
     }
     Disarm(core_, timer->second);
@@ -65,7 +79,8 @@ bool TimeService::StopTimer(uint64_t timerId) {
 
 bool TimeService::DestroyTimer(uint64_t timerId) {
     const auto timer = timers_.find(timerId);
-    if (!Show("TimeServiceClient.DestroyTimer", {{"id", timerId}}, timer != timers_.end())) {
+    if (!Show(
+            "TimeServiceClient.DestroyTimer", [&] { return IdOf(timerId); }, timer != timers_.end())) {
         return false;
     }
     Disarm(core_, timer->second);
@@ -97,8 +112,9 @@ void TimeService::Fire(uint64_t timerId) {
 }
 
 int32_t TimeService::AdjustTimer(bool isAdjust, uint32_t intervalSeconds) {
-    const int32_t code =
-        core_.Call("TimeServiceClient.AdjustTimer", {{"adjust", isAdjust}, {"interval", intervalSeconds}});
+    const int32_t code = core_.Call("TimeServiceClient.AdjustTimer", [&] {
+        return Json{{"adjust", isAdjust}, {"interval", intervalSeconds}};
+    });
     if (code == 0) {
         batching_.isAdjusted = isAdjust;
         batching_.intervalSeconds = intervalSeconds;
@@ -109,8 +125,9 @@ int32_t TimeService::AdjustTimer(bool isAdjust, uint32_t intervalSeconds) {
 int32_t TimeService::SetTimerExemption(const std::unordered_set<std::string>& names, bool isExemption) {
     std::vector<std::string> sorted(names.begin(), names.end());
     std::sort(sorted.begin(), sorted.end());
-    const int32_t code =
-        core_.Call("TimeServiceClient.SetTimerExemption", {{"names", sorted}, {"exempt", isExemption}});
+    const int32_t code = core_.Call("TimeServiceClient.SetTimerExemption", [&] {
+        return Json{{"names", sorted}, {"exempt", isExemption}};
+    });
     if (code == 0 && isExemption) {
         batching_.exemptedNames.insert(sorted.begin(), sorted.end());
     } else if (code == 0) {

@@ -50,7 +50,8 @@ private:
 
     void Arm(uint64_t timerId, Timer& timer, int64_t triggerMs);
     void Fire(uint64_t timerId);
-    bool Show(std::string_view operation, const nlohmann::ordered_json& arguments, bool isKnown);
+    template <class Arguments>
+    bool Show(std::string_view operation, const Arguments& arguments, bool isKnown);
     static void Disarm(PhoneCore& core, Timer& timer);
 
     PhoneCore& core_;

@@ -3,6 +3,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "log_format.h"
+
 namespace TARN {
 
 namespace {
@@ -11,6 +13,7 @@ Device* g_installed = nullptr;
 
 void Device::Install(Device* device) noexcept {
     g_installed = device;
+    Log::SetLeastLevel(device == nullptr ? LogLevel::NONE : device->Log().LeastLevel());
 }
 
 Device* Device::Installed() noexcept {

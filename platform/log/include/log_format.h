@@ -2,6 +2,7 @@
 #define PLATFORM_LOG_FORMAT_H
 
 #include <array>
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -125,8 +126,14 @@ struct LogSite {
 
 class Log {
 public:
-    /// False also when no device is installed.
-    [[nodiscard]] static bool IsLoggable(LogLevel level) noexcept;
+    /// Whether the installed device wants lines of a level; false when there is none. Every message that nobody handles
+    /// asks this a dozen times.
+    [[nodiscard]] static bool IsLoggable(LogLevel level) noexcept {
+        return level >= leastLevel_.load(std::memory_order_relaxed);
+    }
+
+    /// For Device::Install: what its log wants from now on.
+    static void SetLeastLevel(LogLevel level) noexcept { leastLevel_.store(level, std::memory_order_relaxed); }
 
     template <class... Args>
     static void Print(const LogSite& site, LogFormat<std::type_identity_t<Args>...> format, const Args&... args) {
@@ -135,6 +142,8 @@ public:
     }
 
 private:
+    static std::atomic<LogLevel> leastLevel_;
+
     static void Write(const LogSite& site, std::string_view format, std::span<const LogArgument> arguments);
 };
 

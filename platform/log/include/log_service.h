@@ -6,7 +6,7 @@
 
 namespace TARN {
 
-enum class LogLevel : uint8_t { DEBUG, INFO, WARN, ERROR };
+enum class LogLevel : uint8_t { DEBUG, INFO, WARN, ERROR, NONE };  ///< no line is of the level NONE
 
 /// One log line: what the prefix is made of, and the text behind it.
 struct LogLine {
@@ -24,8 +24,9 @@ class LogService {
 public:
     virtual ~LogService() = default;
 
-    /// Whether lines of this level are wanted; asked before a line's arguments are evaluated.
-    [[nodiscard]] virtual bool IsLoggable(LogLevel level) const noexcept = 0;
+    /// The least level of which lines are wanted, NONE for no lines at all. Asked when the device is installed; one
+    /// that comes to answer otherwise is installed again.
+    [[nodiscard]] virtual LogLevel LeastLevel() const noexcept = 0;
 
     /// Takes one line. May be called from any thread.
     virtual void Write(const LogLine& line) = 0;

@@ -35,10 +35,7 @@ void Append(std::string& text, LogDetail::Conversion conversion, const LogArgume
 
 }  // namespace
 
-bool Log::IsLoggable(LogLevel level) noexcept {
-    Device* device = Device::Installed();
-    return device != nullptr && device->Log().IsLoggable(level);
-}
+std::atomic<LogLevel> Log::leastLevel_ = LogLevel::NONE;
 
 void Log::Write(const LogSite& site, std::string_view format, std::span<const LogArgument> arguments) {
     std::string text;

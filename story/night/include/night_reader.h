@@ -28,7 +28,7 @@ public:
     void Settle();
 
     /// Every level: refusals and their reasons are told from the plugin's log.
-    [[nodiscard]] bool WantsLog(LogLevel /*level*/) const noexcept override { return true; }
+    [[nodiscard]] LogLevel LeastLog() const noexcept override { return LogLevel::DEBUG; }
     [[nodiscard]] bool WantsReasons() const noexcept override { return true; }
     void OnBegin(const Replay::Trace& trace) override;
     void OnStep(const Replay::Step& step) override;

@@ -30,11 +30,11 @@ private:
     void HandleCommonEvent(const StandbyMessage& message);
     void HandleScrOffAction();
     void HandlePowerSaveModeChanged(const StandbyMessage& message);
-    void OnCleanTask() const;
+    void OnCleanTask();
     [[nodiscard]] static bool IsCharging();
-    void CleanProcess() const;
+    void CleanProcess();
     [[nodiscard]] bool CankillProcess(const AppExecFwk::RunningProcessInfo& process) const;
-    static void KillProcessByPid(int32_t pid);
+    void KillProcessByPid(int32_t pid);
 
     bool isScreenOn_ = false;
     bool isPowerSaveMode_ = false;

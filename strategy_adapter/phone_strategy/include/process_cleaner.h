@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <unordered_map>
 #include <unordered_set>
 
 #include "running_process_info.h"
@@ -26,9 +27,10 @@ public:
     [[nodiscard]] static bool IsSystemApp(const AppExecFwk::RunningProcessInfo& process);
 
     /// Kills one process. False when it fails.
-    [[nodiscard]] static bool Kill(int32_t pid);
+    [[nodiscard]] bool Kill(int32_t pid);
 
 private:
+    std::unordered_map<std::string, std::string> killed_ = {{"pid", ""}};  ///< kept: a clean may kill thousands
     std::unordered_set<std::string> canKillSystemAppList_;
 };
 

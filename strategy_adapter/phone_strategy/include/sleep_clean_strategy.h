@@ -37,9 +37,9 @@ private:
     [[nodiscard]] bool CheckBurshCleanConditions(int64_t nowMs) const;
     [[nodiscard]] static bool IsTreatAsChinaProduct();
     [[nodiscard]] static bool IsUserSetupComplete();
-    void CleanProcess() const;
+    void CleanProcess();
     [[nodiscard]] bool CankillProcess(const AppExecFwk::RunningProcessInfo& process) const;
-    static void KillProcessByPid(int32_t pid);
+    void KillProcessByPid(int32_t pid);
 
     std::shared_ptr<AppExecFwk::EventHandler> handler_;
     ProcessCleaner cleaner_;

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <iterator>
 #include <list>
+#include <string_view>
 #include <unordered_map>
 
 #include "ability_manager_helper.h"
@@ -199,19 +200,26 @@ ErrCode FreezeStrategy::CreateFreezeInfo() {
         return PhoneStatus::SYSTEM_PROCESS_UNAVAILABLE;
     }
     STANDBYSERVICE_LOGD("systemProcessInfos size is %{public}lu", processes.size());
-    std::unordered_map<std::string, int32_t> pidByName;  // of the first process of each name
+    std::unordered_map<std::string_view, const SystemProcessInfo*> firstOfName;
+    firstOfName.reserve(names.size());
+    for (const std::string& name : names) {
+        firstOfName.emplace(name, nullptr);
+    }
     for (const SystemProcessInfo& process : processes) {
-        pidByName.emplace(process.processName, process.pid);
+        const auto wanted = firstOfName.find(process.processName);
+        if (wanted != firstOfName.end() && wanted->second == nullptr) {
+            wanted->second = &process;
+        }
     }
     freezedNativeProcess_.clear();
     for (const std::string& name : names) {
-        const auto pid = pidByName.find(name);
-        if (pid == pidByName.end() || pid->second == kNoPid) {
+        const SystemProcessInfo* process = firstOfName.at(name);
+        if (process == nullptr || process->pid == kNoPid) {
             STANDBYSERVICE_LOGD("%{public}s 's pid is -1", name.c_str());
             continue;
         }
         NativeProcessInfo& info = freezedNativeProcess_.emplace_back();
-        info.SetPid(pid->second);
+        info.SetPid(process->pid);
         info.SetProcessName(name);
         info.SetFreeze(false);
     }

@@ -75,7 +75,7 @@ void PowerSaveCleanStrategy::HandleScrOffAction() {
                                          static_cast<EventHandler::Priority>(PHONE_TASK_PRIORITY)));
 }
 
-void PowerSaveCleanStrategy::OnCleanTask() const {
+void PowerSaveCleanStrategy::OnCleanTask() {
     if (isScreenOn_ || !isPowerSaveMode_ || (!isStrictPowerSaveMode_ && IsCharging())) {
         return;
     }
@@ -94,7 +94,7 @@ bool PowerSaveCleanStrategy::IsCharging() {
     return PowerMgr::BatterySrvClient::GetInstance().GetPluggedType() != 0;
 }
 
-void PowerSaveCleanStrategy::CleanProcess() const {
+void PowerSaveCleanStrategy::CleanProcess() {
     std::vector<AppExecFwk::RunningProcessInfo> processes;
     if (!AppMgrHelper::GetInstance()->GetAllRunningProcesses(processes)) {
         STANDBYSERVICE_LOGE("get all running processes failed");
@@ -137,7 +137,7 @@ bool PowerSaveCleanStrategy::CankillProcess(const AppExecFwk::RunningProcessInfo
 }
 
 void PowerSaveCleanStrategy::KillProcessByPid(int32_t pid) {
-    if (ProcessCleaner::Kill(pid)) {
+    if (cleaner_.Kill(pid)) {
         STANDBYSERVICE_LOGI("kill process pid: %{public}d", pid);
     } else {
         STANDBYSERVICE_LOGE("failed to kill process, pid: %{public}d", pid);

@@ -1,7 +1,6 @@
 #include "process_cleaner.h"
 
 #include <algorithm>
-#include <unordered_map>
 
 #include "bundle_manager_helper.h"
 #include "phone_standby_status.h"
@@ -34,8 +33,8 @@ bool ProcessCleaner::IsSystemApp(const AppExecFwk::RunningProcessInfo& process) 
 }
 
 bool ProcessCleaner::Kill(int32_t pid) {
-    const std::unordered_map<std::string, std::string> processInfo = {{"pid", std::to_string(pid)}};
-    return ResourceSchedule::ResSchedClient::GetInstance().KillProcess(processInfo) == PhoneStatus::OK;
+    killed_.begin()->second = std::to_string(pid);
+    return ResourceSchedule::ResSchedClient::GetInstance().KillProcess(killed_) == PhoneStatus::OK;
 }
 
 }  // namespace TARN::DevStandbyMgr

@@ -175,7 +175,7 @@ bool SleepCleanStrategy::IsUserSetupComplete() {
     return value == "1";
 }
 
-void SleepCleanStrategy::CleanProcess() const {
+void SleepCleanStrategy::CleanProcess() {
     std::vector<AppExecFwk::RunningProcessInfo> processes;
     if (!AppMgrHelper::GetInstance()->GetAllRunningProcesses(processes)) {
         STANDBYSERVICE_LOGE("get all running processes failed");
@@ -198,7 +198,7 @@ bool SleepCleanStrategy::CankillProcess(const AppExecFwk::RunningProcessInfo& pr
 }
 
 void SleepCleanStrategy::KillProcessByPid(int32_t pid) {
-    if (ProcessCleaner::Kill(pid)) {
+    if (cleaner_.Kill(pid)) {
         STANDBYSERVICE_LOGI("kill process pid: %{public}d", pid);
     } else {
         STANDBYSERVICE_LOGE("failed to kill process, pid: %{public}d", pid);
