@@ -33,8 +33,9 @@ uint64_t Allocations() {
     return g_allocations.load(std::memory_order_relaxed);
 }
 
-BenchPhone::BenchPhone(const std::string& strategy, int32_t processes)
-    : processes_(processes), phone_(kStartMs, 0, observer_) {
+BenchPhone::BenchPhone(const std::string& strategy) : BenchPhone(strategy, Load()) {}
+
+BenchPhone::BenchPhone(const std::string& strategy, const Load& load) : load_(load), phone_(kStartMs, 0, observer_) {
     Device::Install(&phone_);
     DevStandbyMgr::StandbyConfig config;
     config.mode = DevStandbyMgr::HostMode::SCRIPTED;
@@ -42,8 +43,13 @@ BenchPhone::BenchPhone(const std::string& strategy, int32_t processes)
         config.strategies = {strategy};
     }
     auto& names = config.persistAllow["FREEZE"][1];
-    for (int32_t i = 0; i < processes_; i += 2) {
+    for (int32_t i = 0; i < load.frozenNames; ++i) {
         names.insert("native" + std::to_string(i));
+    }
+    auto& listed = config.resCtrl["POWER_SAVE_CLEAN"].emplace_back();
+    listed.allow = false;
+    for (int32_t i = 0; i < load.listedNames; ++i) {
+        listed.names.push_back("com.app" + std::to_string(i));
     }
     service_ = DevStandbyMgr::StandbyServiceImpl::Create(std::move(config));
     OnPluginRegister();
@@ -61,12 +67,20 @@ BenchPhone::~BenchPhone() {
 
 void BenchPhone::StartProcesses() {
     std::vector<Simulated::Process> processes;
-    for (int32_t i = 0; i < processes_; ++i) {
+    for (int32_t i = 0; i < load_.natives; ++i) {
         processes.push_back({2 * i + 1, 1000 + i, "native" + std::to_string(i), {}, true, true, false});
-        processes.push_back({2 * i + 2, 20'000'000 + i, "app" + std::to_string(i), {"com.app"}, false, false, false});
+    }
+    std::vector<Simulated::ContinuousTask> tasks;
+    for (int32_t i = 0; i < load_.apps; ++i) {
+        const std::string name = "com.app" + std::to_string(i);
+        processes.push_back({2 * i + 2, 20'000'000 + i, name, {name}, false, i % 2 == 0, false});
+        if (i < load_.tasks) {
+            tasks.push_back({1, 20'000'000 + i, 2 * i + 2});
+        }
     }
     Simulated::FactsChange change;
     change.processes = std::move(processes);
+    change.continuousTasks = std::move(tasks);
     phone_.Apply(change);
 }
 

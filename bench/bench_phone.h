@@ -18,7 +18,8 @@ namespace TARN::Bench {
 /// Watches a phone and wants nothing: what remains is the cost of the work itself.
 class SilentObserver : public Simulated::PhoneObserver {
 public:
-    [[nodiscard]] bool WantsLog(LogLevel /*level*/) const noexcept override { return false; }
+    [[nodiscard]] LogLevel LeastLog() const noexcept override { return LogLevel::NONE; }
+    [[nodiscard]] bool WantsCalls() const noexcept override { return false; }
     void OnLog(const LogLine& /*line*/) override {}
     void OnCall(std::string_view /*operation*/, const nlohmann::ordered_json& /*arguments*/,
                 const nlohmann::ordered_json& /*result*/) override {}
@@ -29,8 +30,18 @@ class BenchPhone {
 public:
     static constexpr int64_t kStartMs = 1'772'398'800'000;
 
-    /// Fills the phone with `processes` natives, every second one configured to be frozen, and as many apps.
-    explicit BenchPhone(const std::string& strategy, int32_t processes = 0);
+    /// How much runs on it, and how much of that is in lists.
+    struct Load {
+        int32_t natives = 0;
+        int32_t frozenNames = 0;  ///< of the natives, configured to be frozen
+        int32_t apps = 0;         ///< half of them the system's
+        int32_t listedNames = 0;  ///< bundles of the system's that may be killed nonetheless
+        int32_t tasks = 0;        ///< apps with a continuous task
+    };
+
+    /// A phone with one configured strategy, all of them where its name is empty.
+    explicit BenchPhone(const std::string& strategy);
+    BenchPhone(const std::string& strategy, const Load& load);
     ~BenchPhone();
     BenchPhone(const BenchPhone&) = delete;
     BenchPhone& operator=(const BenchPhone&) = delete;
@@ -42,7 +53,7 @@ public:
     DevStandbyMgr::StandbyServiceImpl& Service() { return *service_; }
 
 private:
-    int32_t processes_;
+    Load load_;
     SilentObserver observer_;
     Simulated::SimulatedPhone phone_;
     std::shared_ptr<DevStandbyMgr::StandbyServiceImpl> service_;

@@ -1,5 +1,11 @@
 #include <benchmark/benchmark.h>
 
+#include <list>
+#include <memory>
+#include <vector>
+
+#include "ability_manager_client.h"
+#include "app_mgr_client.h"
 #include "bench_phone.h"
 #include "common_event_support.h"
 #include "freeze_strategy.h"
@@ -34,6 +40,28 @@ void MessageThatNobodyHandles(benchmark::State& state) {
 }
 BENCHMARK(MessageThatNobodyHandles);
 
+class Callee {
+public:
+    virtual ~Callee() = default;
+    virtual void Hear(const StandbyMessage& message) { benchmark::DoNotOptimize(message.eventId); }
+};
+
+/// What that is held against: ten bare virtual calls over a vector of shared pointers.
+void TenVirtualCalls(benchmark::State& state) {
+    std::vector<std::shared_ptr<Callee>> callees;
+    for (int i = 0; i < 10; ++i) {
+        callees.push_back(std::make_shared<Callee>());
+    }
+    const StandbyMessage message(7);
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(callees.data());
+        for (const auto& callee : callees) {
+            callee->Hear(message);
+        }
+    }
+}
+BENCHMARK(TenVirtualCalls);
+
 /// An hour of the detector's loop, 360 passes, while it does not collect.
 void IdleHourOfTheSleepLoop(benchmark::State& state) {
     BenchPhone bench("none");
@@ -67,9 +95,14 @@ void NightOfTheSleepLoop(benchmark::State& state) {
 }
 BENCHMARK(NightOfTheSleepLoop)->Unit(benchmark::kMillisecond);
 
-/// Freezing and thawing with N natives running, half of them configured.
+/// A thousand configured names, ten times as many natives, and as much again for each step of N.
+BenchPhone::Load Natives(int64_t n) {
+    return {.natives = static_cast<int32_t>(n), .frozenNames = static_cast<int32_t>(n / 10)};
+}
+
+/// Freezing and thawing with N natives running, a tenth of them configured.
 void FreezeAndThaw(benchmark::State& state) {
-    const BenchPhone bench("none", static_cast<int32_t>(state.range(0)));
+    const BenchPhone bench("none", Natives(state.range(0)));
     FreezeStrategy strategy;
     strategy.OnCreated();
     AAFwk::Want deep;
@@ -82,18 +115,28 @@ void FreezeAndThaw(benchmark::State& state) {
         strategy.HandleEvent(freeze);
         strategy.HandleEvent(thaw);
     }
-    state.SetComplexityN(state.range(0));
 }
-BENCHMARK(FreezeAndThaw)
-    ->Arg(1000)
-    ->Arg(10'000)
-    ->Arg(100'000)
-    ->Unit(benchmark::kMillisecond)
-    ->Complexity(benchmark::oN);
+BENCHMARK(FreezeAndThaw)->Arg(10'000)->Arg(20'000)->Unit(benchmark::kMicrosecond);
 
-/// Killing every one of N applications at once, as in device mode 603.
+/// What freezing is held against: one pass that copies the list of natives.
+void CopyNatives(benchmark::State& state) {
+    const BenchPhone bench("none", Natives(state.range(0)));
+    for (auto _ : state) {
+        std::list<AppExecFwk::SystemProcessInfo> processes;
+        benchmark::DoNotOptimize(AppExecFwk::AbilityManagerClient::GetInstance().GetRunningSystemProcess(processes));
+    }
+}
+BENCHMARK(CopyNatives)->Arg(10'000)->Unit(benchmark::kMicrosecond);
+
+BenchPhone::Load Apps(int64_t n) {
+    const auto tenth = static_cast<int32_t>(n / 10);
+    return {.apps = static_cast<int32_t>(n), .listedNames = tenth, .tasks = tenth};
+}
+
+/// A clean of N applications at once, as in device mode 603: half of them are the system's, a tenth is listed, another
+/// tenth protected by a continuous task.
 void CleanApplications(benchmark::State& state) {
-    BenchPhone bench("POWER_SAVE_CLEAN", static_cast<int32_t>(state.range(0)));
+    BenchPhone bench("POWER_SAVE_CLEAN", Apps(state.range(0)));
     Simulated::FactsChange strict;
     strict.deviceMode = 603;
     bench.Phone().Apply(strict);
@@ -106,14 +149,18 @@ void CleanApplications(benchmark::State& state) {
         bench.Service().DispatchEvent(message);
         bench.Phone().Clock().RunThrough(bench.Phone().Clock().NowMs());
     }
-    state.SetComplexityN(state.range(0));
 }
-BENCHMARK(CleanApplications)
-    ->Arg(1000)
-    ->Arg(10'000)
-    ->Arg(100'000)
-    ->Unit(benchmark::kMillisecond)
-    ->Complexity(benchmark::oN);
+BENCHMARK(CleanApplications)->Arg(10'000)->Arg(20'000)->Unit(benchmark::kMicrosecond);
+
+/// What cleaning is held against: one pass that copies the list of applications.
+void CopyApplications(benchmark::State& state) {
+    const BenchPhone bench("none", Apps(state.range(0)));
+    for (auto _ : state) {
+        std::vector<AppExecFwk::RunningProcessInfo> processes;
+        benchmark::DoNotOptimize(AppExecFwk::AppMgrClient::GetInstance().GetAllRunningProcesses(processes));
+    }
+}
+BENCHMARK(CopyApplications)->Arg(10'000)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
 
