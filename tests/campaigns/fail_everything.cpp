@@ -94,7 +94,7 @@ class Notes : public Replay::RecordSink {
 public:
     [[nodiscard]] const Done& Taken() const { return done_; }
 
-    [[nodiscard]] bool WantsLog(LogLevel /*level*/) const noexcept override { return true; }
+    [[nodiscard]] LogLevel LeastLog() const noexcept override { return LogLevel::DEBUG; }
     void OnBegin(const Replay::Trace& trace) override {
         constexpr int64_t kToTheSecondEveningMs = 30L * 3600 * 1000;
         nightMs_ = trace.start + kToTheSecondEveningMs;

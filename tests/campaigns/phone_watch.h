@@ -29,7 +29,7 @@ public:
     /// firewall.
     [[nodiscard]] std::vector<std::string> Kept(bool everything) const;
 
-    [[nodiscard]] bool WantsLog(LogLevel /*level*/) const noexcept override { return false; }
+    [[nodiscard]] LogLevel LeastLog() const noexcept override { return LogLevel::NONE; }
     void OnBegin(const Replay::Trace& /*trace*/) override {}
     void OnStep(const Replay::Step& step) override;
     void OnLog(int64_t /*t*/, const LogLine& /*line*/) override {}
