@@ -87,7 +87,7 @@ private:
         return refusal;
     }
 
-    [[nodiscard]] bool WantsLog(LogLevel /*level*/) const noexcept override { return true; }
+    [[nodiscard]] LogLevel LeastLog() const noexcept override { return LogLevel::DEBUG; }
     void OnLog(const LogLine& line) override { log.emplace_back(line.text); }
     void OnCall(std::string_view operation, const nlohmann::ordered_json& arguments,
                 const nlohmann::ordered_json& /*result*/) override {
