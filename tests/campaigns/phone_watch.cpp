@@ -22,6 +22,9 @@ void PhoneWatch::OnStep(const Replay::Step& step) {
     if (set != nullptr && set->phone.isWifiEnabled) {
         isWifiOff_ = false;
     }
+    if (set != nullptr && set->phone.slotsOff) {
+        slotsOff_.clear();
+    }
 }
 
 // The phone shows a call before the call takes effect.
