@@ -46,11 +46,13 @@ BenchPhone::BenchPhone(const std::string& strategy, const Load& load) : load_(lo
     for (int32_t i = 0; i < load.frozenNames; ++i) {
         names.insert("native" + std::to_string(i));
     }
-    auto& listed = config.resCtrl["POWER_SAVE_CLEAN"].emplace_back();
+    DevStandbyMgr::ResCtrlItem listed;
     listed.allow = false;
     for (int32_t i = 0; i < load.listedNames; ++i) {
         listed.names.push_back("com.app" + std::to_string(i));
     }
+    config.resCtrl["POWER_SAVE_CLEAN"] =
+        std::make_shared<std::vector<DevStandbyMgr::ResCtrlItem>>(1, std::move(listed));
     service_ = DevStandbyMgr::StandbyServiceImpl::Create(std::move(config));
     OnPluginRegister();
     service_->Init();
