@@ -19,7 +19,7 @@ constexpr int64_t kEveningMs = 1'772'398'800'000;  ///< 2026-03-01 21:00
 /// Wants everything and keeps nothing.
 class ForgetfulSink : public Replay::RecordSink {
 public:
-    [[nodiscard]] bool WantsLog(LogLevel /*level*/) const noexcept override { return true; }
+    [[nodiscard]] LogLevel LeastLog() const noexcept override { return LogLevel::DEBUG; }
     [[nodiscard]] bool WantsReasons() const noexcept override { return true; }
     void OnBegin(const Replay::Trace& /*trace*/) override {}
     void OnStep(const Replay::Step& /*step*/) override {}

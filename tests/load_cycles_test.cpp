@@ -70,7 +70,7 @@ Replay::Trace BusyMinutes() {
 /// Keeps nothing but the summary.
 class Totals : public Replay::RecordSink {
 public:
-    [[nodiscard]] bool WantsLog(LogLevel /*level*/) const noexcept override { return false; }
+    [[nodiscard]] LogLevel LeastLog() const noexcept override { return LogLevel::NONE; }
     void OnBegin(const Replay::Trace& /*trace*/) override {}
     void OnStep(const Replay::Step& /*step*/) override {}
     void OnLog(int64_t /*t*/, const LogLine& /*line*/) override {}
