@@ -2,6 +2,7 @@
 
 #include <list>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "ability_manager_client.h"
@@ -43,15 +44,23 @@ BENCHMARK(MessageThatNobodyHandles);
 class Callee {
 public:
     virtual ~Callee() = default;
-    virtual void Hear(const StandbyMessage& message) { benchmark::DoNotOptimize(message.eventId); }
+    virtual void Hear(const StandbyMessage& message) = 0;
 };
+
+template <int>
+class OneOfTen : public Callee {
+public:
+    void Hear(const StandbyMessage& message) override { benchmark::DoNotOptimize(message.eventId); }
+};
+
+template <int... I>
+std::vector<std::shared_ptr<Callee>> TenCallees(std::integer_sequence<int, I...> /*ten*/) {
+    return {std::make_shared<OneOfTen<I>>()...};
+}
 
 /// What that is held against: ten bare virtual calls over a vector of shared pointers.
 void TenVirtualCalls(benchmark::State& state) {
-    std::vector<std::shared_ptr<Callee>> callees;
-    for (int i = 0; i < 10; ++i) {
-        callees.push_back(std::make_shared<Callee>());
-    }
+    const std::vector<std::shared_ptr<Callee>> callees = TenCallees(std::make_integer_sequence<int, 10>());
     const StandbyMessage message(7);
     for (auto _ : state) {
         benchmark::DoNotOptimize(callees.data());
@@ -152,10 +161,13 @@ void CleanApplications(benchmark::State& state) {
 }
 BENCHMARK(CleanApplications)->Arg(10'000)->Arg(20'000)->Unit(benchmark::kMicrosecond);
 
-/// What cleaning is held against: one pass that copies the list of applications.
+/// What cleaning is held against: one pass that copies the list of applications, which have just been started too.
 void CopyApplications(benchmark::State& state) {
-    const BenchPhone bench("none", Apps(state.range(0)));
+    BenchPhone bench("none", Apps(state.range(0)));
     for (auto _ : state) {
+        state.PauseTiming();
+        bench.StartProcesses();
+        state.ResumeTiming();
         std::vector<AppExecFwk::RunningProcessInfo> processes;
         benchmark::DoNotOptimize(AppExecFwk::AppMgrClient::GetInstance().GetAllRunningProcesses(processes));
     }

@@ -1,5 +1,7 @@
 #include "process_ports.h"
 
+#include <algorithm>
+#include <charconv>
 #include <set>
 #include <tuple>
 #include <utility>
@@ -19,6 +21,26 @@ AppStateData StateOf(const Process& process, AppState state) {
 }
 
 }  // namespace
+
+void PlacesByNumber::Assign(const std::vector<int32_t>& numbers) {
+    first_.clear();
+    next_.resize(numbers.size());
+    for (size_t place = numbers.size(); place-- > 0;) {
+        const auto [first, isOnly] = first_.try_emplace(numbers[place], kNone);
+        next_[place] = std::exchange(first->second, place);
+    }
+}
+
+size_t PlacesByNumber::First(int32_t number) const {
+    const auto first = first_.find(number);
+    return first == first_.end() ? kNone : first->second;
+}
+
+void PlacesByNumber::BeginAt(int32_t number, size_t place) {
+    if (const auto first = first_.find(number); first != first_.end()) {
+        first->second = place;
+    }
+}
 
 bool Processes::GetRunningSystemProcess(std::list<SystemProcessInfo>& infos) {
     if (core_.Fault("AbilityManagerHelper.GetRunningSystemProcess") != 0) {
@@ -63,18 +85,21 @@ bool Processes::GetForegroundApplications(std::vector<AppStateData>& apps) {
 }
 
 bool Processes::CheckIsSystemAppByUid(int32_t uid, bool& isSystemApp) {
-    const auto found = placesByUid_.find(uid);
-    if (core_.Fault("BundleManagerHelper.CheckIsSystemAppByUid") != 0 || found == placesByUid_.end()) {
+    if (core_.Fault("BundleManagerHelper.CheckIsSystemAppByUid") != 0) {
         return false;
     }
-    std::deque<size_t>& places = found->second;
-    while (!places.empty() && isDead_[places.front()]) {
-        places.pop_front();
+    const size_t first = byUid_.First(uid);
+    size_t place = first;
+    while (place != PlacesByNumber::kNone && isDead_[place]) {
+        place = byUid_.Next(place);
     }
-    if (places.empty()) {
+    if (place != first) {
+        byUid_.BeginAt(uid, place);  // the dead are not asked about again
+    }
+    if (place == PlacesByNumber::kNone) {
         return false;
     }
-    isSystemApp = core_.facts.processes[places.front()].system;
+    isSystemApp = core_.facts.processes[place].system;
     return true;
 }
 
@@ -85,12 +110,16 @@ int32_t Processes::KillProcess(const std::unordered_map<std::string, std::string
         return nlohmann::ordered_json{{"pid", pid}};
     });
     if (code == 0) {
-        const auto [first, last] = placeByPid_.equal_range(pid);
-        for (auto it = first; it != last; ++it) {
-            isDead_[it->second] = true;
-            Report(core_.facts.processes[it->second], AppState::ENDED);
+        int32_t number = 0;
+        std::from_chars(pid.data(), pid.data() + pid.size(), number);
+        if (pid != std::to_string(number)) {
+            return code;  // nobody's
         }
-        placeByPid_.erase(first, last);
+        for (size_t place = byPid_.First(number); place != PlacesByNumber::kNone; place = byPid_.Next(place)) {
+            isDead_[place] = true;
+            Report(core_.facts.processes[place], AppState::ENDED);
+        }
+        byPid_.BeginAt(number, PlacesByNumber::kNone);
     }
     return code;
 }
@@ -128,14 +157,13 @@ void Processes::Replace(std::vector<Process> processes) {
 }
 
 void Processes::Index() {
-    placesByUid_.clear();
-    placeByPid_.clear();
-    isDead_.assign(core_.facts.processes.size(), false);
-    for (size_t i = 0; i < core_.facts.processes.size(); ++i) {
-        const Process& process = core_.facts.processes[i];
-        placesByUid_[process.uid].push_back(i);
-        placeByPid_.emplace(std::to_string(process.pid), i);
-    }
+    const std::vector<Process>& processes = core_.facts.processes;
+    isDead_.assign(processes.size(), false);
+    std::vector<int32_t> numbers(processes.size());
+    std::transform(processes.begin(), processes.end(), numbers.begin(), [](const Process& one) { return one.uid; });
+    byUid_.Assign(numbers);
+    std::transform(processes.begin(), processes.end(), numbers.begin(), [](const Process& one) { return one.pid; });
+    byPid_.Assign(numbers);
 }
 
 void Processes::Report(const Process& process, AppState state) {

@@ -1,7 +1,8 @@
 #ifndef DEVICE_SIMULATED_PROCESS_PORTS_H
 #define DEVICE_SIMULATED_PROCESS_PORTS_H
 
-#include <deque>
+#include <cstddef>
+#include <cstdint>
 #include <list>
 #include <memory>
 #include <unordered_map>
@@ -15,6 +16,26 @@
 #include "res_sched_client.h"
 
 namespace TARN::Simulated {
+
+/// Where the processes of a number, a uid or a pid, stand in a list, in its order.
+class PlacesByNumber {
+public:
+    static constexpr size_t kNone = SIZE_MAX;
+
+    /// Takes the numbers of a list, by place.
+    void Assign(const std::vector<int32_t>& numbers);
+
+    /// The first of a number, kNone when there is none (any more).
+    [[nodiscard]] size_t First(int32_t number) const;
+    [[nodiscard]] size_t Next(size_t place) const { return next_[place]; }
+
+    /// From now on the number's list begins there.
+    void BeginAt(int32_t number, size_t place);
+
+private:
+    std::unordered_map<int32_t, size_t> first_;
+    std::vector<size_t> next_;
+};
 
 /// The phone's processes: one place behind the four services that know of them.
 class Processes : public AppExecFwk::AbilityManagerClient,
@@ -40,9 +61,9 @@ private:
 
     PhoneCore& core_;
     StateObserver observer_;
-    std::unordered_map<int32_t, std::deque<size_t>> placesByUid_;  ///< of each uid's processes; the first counts
-    std::unordered_multimap<std::string, size_t> placeByPid_;      ///< by the pid as text
-    std::vector<bool> isDead_;                                     ///< by place in the facts
+    PlacesByNumber byUid_;
+    PlacesByNumber byPid_;
+    std::vector<bool> isDead_;  ///< by place in the facts
 };
 
 /// The continuous tasks.

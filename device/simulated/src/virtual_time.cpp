@@ -39,13 +39,14 @@ bool VirtualTime::Cancel(const Ticket& ticket) {
 }
 
 void VirtualTime::CancelNamed(std::string_view name, const void* owner) {
-    std::vector<Work> dropped;
+    Work dropped;  // mostly there is one, and then nothing is allocated
+    std::vector<Work> others;
     const std::lock_guard lock(mutex_);
     const auto named = names_.find(name);
     for (uint32_t index = named == names_.end() ? kNone : named->second; index != kNone;) {
         const uint32_t next = slots_[index].next;
         if (slots_[index].owner == owner) {
-            dropped.push_back(Take(index));
+            (dropped ? others.emplace_back() : dropped) = Take(index);
         }
         index = next;
     }
