@@ -423,7 +423,7 @@ TEST(BatteryHistoryImport, WhatCannotBeReadIsOneLineWithItsPlace) {
         {good + "  +2s (2) 072 " + std::string(1'100'000, 'x') + "\n", "history:3: a line of more than a megabyte"},
     };
     for (const auto& [log, complaint] : cases) {
-        EXPECT_THAT(Complaint([&] { (void)History(log); }), HasSubstr(complaint));
+        EXPECT_THAT(Complaint([&log = log] { (void)History(log); }), HasSubstr(complaint));
     }
     EXPECT_THAT(Complaint([&] { (void)History(good, "noon"); }), HasSubstr("--start: \"noon\"; expected"));
 }

@@ -209,7 +209,7 @@ TEST(Comparison, SaysByHowMuchTwoNightsDifferAndFromWhenOn) {
     EXPECT_EQ(stretched["apart"]["t"], kStart + 5 * kMinute) << "to other lengths";
     EXPECT_EQ(json["states_part"]["t"], kStart + 60 * kMinute);
     EXPECT_EQ(json["states_part"]["b"], "SLEEP (off)");
-    EXPECT_EQ(json["killed"]["only_a"], nlohmann::json({"NAP"}));
+    EXPECT_EQ(json["killed"]["only_a"], nlohmann::ordered_json({"NAP"}));
     EXPECT_EQ(json["figures"][9]["a"], 2) << "applications";
     EXPECT_EQ(json["figures"][10]["a"], 3) << "kills";
 

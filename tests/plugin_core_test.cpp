@@ -17,7 +17,6 @@ using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
 constexpr char kUnlocked[] = "COMMON_EVENT_SCREEN_UNLOCKED";
-constexpr char kUserSleep[] = "COMMON_EVENT_USER_SLEEP_STATE_CHANGED";
 constexpr char kSubscribed[] =
     R"(CommonEventManager.SubscribeCommonEvent {"actions":["COMMON_EVENT_SCREEN_UNLOCKED","COMMON_EVENT_USER_SLEEP_STATE_CHANGED"]} -> )";
 

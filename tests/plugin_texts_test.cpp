@@ -81,9 +81,10 @@ TEST(PluginTexts, EveryWarningAndErrorHasWordsOrCannotComeAbout) {
     std::set<std::string> wordless;
     for (const auto& [file, formats] : LoggedTexts("WE")) {
         for (const std::string& format : formats) {
-            const bool hasWords = std::any_of(PluginTexts().begin(), PluginTexts().end(), [&](const PluginText& one) {
-                return one.file == file && CanBegin(format, one.text);
-            });
+            const bool hasWords = std::any_of(PluginTexts().begin(), PluginTexts().end(),
+                                              [&format, &source = file](const PluginText& one) {
+                                                  return one.file == source && CanBegin(format, one.text);
+                                              });
             if (!hasWords) {
                 wordless.insert(file + ": " + format);
             }

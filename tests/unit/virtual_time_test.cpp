@@ -222,10 +222,11 @@ TEST_F(VirtualTimeTest, ClearDropsEverythingEvenFromWithinWork) {
 
 TEST_F(VirtualTimeTest, DroppedWorkMayPostWhileItIsDestroyed) {
     struct PostsAtItsEnd {
-        VirtualTime& clock;
+        explicit PostsAtItsEnd(VirtualTime& time) : clock(time) {}
         ~PostsAtItsEnd() {
             clock.Post(500, [] {});
         }
+        VirtualTime& clock;
     };
     const auto post = [this] {
         clock.Post(
