@@ -77,9 +77,8 @@ public:
     }
 
     void Make(const std::string& title, const Json& host, TraceWriter& writer) {
-        NightPlan plan(start_, end_);
-        plan_ = &plan;
-        plan.Remark(start_, title);
+        plan_.emplace(start_, end_);
+        plan_->Remark(start_, title);
         Evening();
         if (where_.isUnderWay) {
             UnderWay();
@@ -91,7 +90,7 @@ public:
         Charge();
         Radios();
         Wake();
-        plan.Write(writer, host, person_.device);
+        plan_->Write(writer, host, person_.device);
     }
 
 private:
@@ -349,7 +348,7 @@ private:
     LocalClock& clock_;
     Dice dice_;
     size_t month_;  ///< from 0
-    NightPlan* plan_ = nullptr;
+    std::optional<NightPlan> plan_;
     std::optional<int64_t> rings_;  ///< the alarm of this morning
     int snoozes_ = 0;
     int64_t start_ = 0;

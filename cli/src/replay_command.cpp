@@ -112,9 +112,10 @@ int RunReport(const ReplayOptions& options, SlipWatch& slips, Progress& progress
     ResultFile file(options.report);
     std::deque<Story::NightReader> readers;
     std::vector<Story::ReportSide> shown;
+    const Story::ReadOptions reading{.leastLog = options.log};
     for (const Side& side : sides) {
         const auto before = static_cast<double>(readers.size());
-        auto& reader = readers.emplace_back(Story::ReadOptions{.leastLog = options.log});
+        Story::NightReader& reader = readers.emplace_back(reading);
         Replay::Play(side.trace,
                      {side.plugin,
                       [&](double fraction) {

@@ -126,7 +126,12 @@ public:
 
 private:
     /// What the service takes for the phone.
-    Device& Outermost() { return ledger_ ? static_cast<Device&>(*ledger_) : phone_; }
+    Device& Outermost() {
+        if (ledger_) {
+            return *ledger_;
+        }
+        return phone_;
+    }
 
     SimulatedPhone phone_;
     std::optional<Ledger::LedgerDevice> ledger_;

@@ -7,6 +7,7 @@
 
 #include "are.h"
 #include "common_event_support.h"
+#include "core_service_client.h"
 #include "file_service.h"
 #include "power_off_strategy.h"
 #include "standby_constants.h"
@@ -206,7 +207,20 @@ public:
     Callback callback;
 };
 
-/// A phone with such timers and without Wi-Fi, watched by nobody but a count that any thread may raise.
+/// A modem of two slots that any thread may switch, and that only counts.
+class CountingModem : public Telephony::CoreServiceClient {
+public:
+    int32_t GetMaxSimCount() override { return 2; }
+    std::optional<bool> IsRadioOn(int32_t /*slotId*/) override { return std::nullopt; }
+    int32_t SetRadioState(int32_t /*slotId*/, bool /*isOn*/, const RadioCallback& /*callback*/) override {
+        ++calls;
+        return 0;
+    }
+
+    std::atomic<int> calls = 0;
+};
+
+/// A phone with such timers and such a modem and without Wi-Fi, watched by nobody.
 class TwoThreadPhone : private Simulated::PhoneObserver, public Simulated::SimulatedPhone {
 public:
     TwoThreadPhone() : SimulatedPhone(TestPhone::kStartMs, TestPhone::kBootNs, *this) {
@@ -226,16 +240,17 @@ public:
     }
     MiscServices::TimeServiceClient& Time() override { return timers; }
 
+    Telephony::CoreServiceClient& Modem() override { return modem; }
+
     HandTimers timers;
-    std::atomic<int> radioCalls = 0;
+    CountingModem modem;
 
 private:
     [[nodiscard]] LogLevel LeastLog() const noexcept override { return LogLevel::NONE; }
     void OnLog(const LogLine& /*line*/) override {}
-    void OnCall(std::string_view operation, const nlohmann::ordered_json& /*arguments*/,
-                const nlohmann::ordered_json& /*result*/) override {
-        radioCalls += operation == "CoreServiceClient.SetRadioState" ? 1 : 0;
-    }
+    [[nodiscard]] bool WantsCalls() const noexcept override { return false; }
+    void OnCall(std::string_view /*operation*/, const nlohmann::ordered_json& /*arguments*/,
+                const nlohmann::ordered_json& /*result*/) override {}
 };
 
 TEST(PowerOffTimer, ItsCallbackMayRunOnAnotherThread) {
@@ -259,11 +274,11 @@ TEST(PowerOffTimer, ItsCallbackMayRunOnAnotherThread) {
     }
     timerThread.join();
     phone.timers.callback();
-    phone.radioCalls = 0;
+    phone.modem.calls = 0;
     hear(CommonEventSupport::COMMON_EVENT_SCREEN_ON);
-    EXPECT_EQ(phone.radioCalls, 2) << "what the timer switched off last comes back";
+    EXPECT_EQ(phone.modem.calls, 2) << "what the timer switched off last comes back";
     phone.timers.callback();
-    EXPECT_EQ(phone.radioCalls, 2) << "and stays while the screen is on";
+    EXPECT_EQ(phone.modem.calls, 2) << "and stays while the screen is on";
     phone.timers.callback = nullptr;
 }
 

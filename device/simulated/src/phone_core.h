@@ -1,6 +1,7 @@
 #ifndef DEVICE_SIMULATED_PHONE_CORE_H
 #define DEVICE_SIMULATED_PHONE_CORE_H
 
+#include <atomic>
 #include <cassert>
 #include <cstdint>
 #include <functional>
@@ -42,7 +43,7 @@ public:
         if (isCutOff) {
             return;
         }
-        ++calls;
+        calls.fetch_add(1, std::memory_order_relaxed);
         if (observer.WantsCalls()) {
             observer.OnCall(operation, arguments(), result);
         }
@@ -77,7 +78,7 @@ public:
         }
     }
 
-    uint64_t calls = 0;  ///< operations that change something, so far
+    std::atomic<uint64_t> calls = 0;  ///< operations that change something, so far; a timer's thread may call as well
     VirtualTime time;
     PhoneFacts facts;
     std::map<std::string, int32_t, std::less<>> faults;

@@ -84,7 +84,7 @@ SimulatedPhone::SimulatedPhone(int64_t startMs, int64_t bootNs, PhoneObserver& o
     : ports_(std::make_unique<PhonePorts>(startMs, bootNs, observer, files)) {}
 
 SimulatedPhone::~SimulatedPhone() {
-    DropPending();
+    SimulatedPhone::DropPending();
 }
 
 VirtualTime& SimulatedPhone::Clock() noexcept {
@@ -96,7 +96,7 @@ const PhoneFacts& SimulatedPhone::Facts() const noexcept {
 }
 
 uint64_t SimulatedPhone::Calls() const noexcept {
-    return ports_->core.calls;
+    return ports_->core.calls.load(std::memory_order_relaxed);
 }
 
 void SimulatedPhone::Apply(const FactsChange& change) {

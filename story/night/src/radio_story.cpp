@@ -73,7 +73,8 @@ void RadioStory::OnKept(const PluginText& text) {
                                 : "stays on: the power-off counts as done since " + Clock(refusedAt_) +
                                       ", when it was refused (" + refusal_ + ")";
     } else if (!isAirplane) {
-        refusal_ = told.substr(told.find(": ") + 2);
+        const size_t reason = told.find(": ");
+        refusal_ = reason == std::string::npos ? told : told.substr(reason + 2);
         refusedAt_ = scribe_.Now();
     }
     // that it is off as it should be is no news

@@ -20,11 +20,8 @@ constexpr int64_t kSecondsPerHour = 3600;
 constexpr float kDarkLux = 5.0F;
 constexpr float kCovered = 0.01F;
 
-std::string Format(const char* format, int64_t a, int64_t b, int64_t c) {
-    constexpr size_t kRoom = 80;
-    char text[kRoom];
-    std::snprintf(text, sizeof text, format, static_cast<long>(a), static_cast<long>(b), static_cast<long>(c));
-    return text;
+std::string TwoDigits(int64_t number) {
+    return (number < 10 ? "0" : "") + std::to_string(number);
 }
 
 /// "12 min", "longer than the phone tells".
@@ -81,7 +78,7 @@ std::string TimeOfDay(int64_t daySecond) {
     const int64_t hours = daySecond / kSecondsPerHour;
     const int64_t minutes = daySecond / kSecondsPerMinute % kSecondsPerMinute;
     const int64_t seconds = daySecond % kSecondsPerMinute;
-    return Format(seconds == 0 ? "%02ld:%02ld" : "%02ld:%02ld:%02ld", hours, minutes, seconds);
+    return TwoDigits(hours) + ":" + TwoDigits(minutes) + (seconds == 0 ? "" : ":" + TwoDigits(seconds));
 }
 
 std::string Length(int64_t seconds, int64_t other) {
@@ -91,9 +88,10 @@ std::string Length(int64_t seconds, int64_t other) {
     }
     const int64_t minutes = seconds / kSecondsPerMinute;
     const int64_t rest = seconds % kSecondsPerMinute;
-    return minutes < kSecondsPerMinute
-               ? Format("%ld min %02ld s", minutes, rest, 0)
-               : Format("%ld h %02ld min %02ld s", minutes / kSecondsPerMinute, minutes % kSecondsPerMinute, rest);
+    const std::string inMinutes = minutes < kSecondsPerMinute ? std::to_string(minutes)
+                                                              : std::to_string(minutes / kSecondsPerMinute) + " h " +
+                                                                    TwoDigits(minutes % kSecondsPerMinute);
+    return inMinutes + " min " + TwoDigits(rest) + " s";
 }
 
 std::string Number(float value) {
