@@ -6,8 +6,8 @@
 #include <utility>
 
 #include "common_event_support.h"
-#include "record_sink.h"
 #include "session.h"
+#include "silent_sink.h"
 #include "standby_constants.h"
 
 namespace TARN::Fuzz {
@@ -17,18 +17,11 @@ namespace {
 constexpr int64_t kEveningMs = 1'772'398'800'000;  ///< 2026-03-01 21:00
 
 /// Wants everything and keeps nothing.
-class ForgetfulSink : public Replay::RecordSink {
+class ForgetfulSink : public Replay::SilentSink {
 public:
     [[nodiscard]] LogLevel LeastLog() const noexcept override { return LogLevel::DEBUG; }
+    [[nodiscard]] bool WantsCalls() const noexcept override { return true; }
     [[nodiscard]] bool WantsReasons() const noexcept override { return true; }
-    void OnBegin(const Replay::Trace& /*trace*/) override {}
-    void OnStep(const Replay::Step& /*step*/) override {}
-    void OnLog(int64_t /*t*/, const LogLine& /*line*/) override {}
-    void OnCall(int64_t /*t*/, std::string_view /*operation*/, const nlohmann::ordered_json& /*arguments*/,
-                const nlohmann::ordered_json& /*result*/) override {}
-    void OnDeliver(int64_t /*t*/, const DevStandbyMgr::StandbyMessage& /*message*/) override {}
-    void OnDump(int64_t /*t*/, const std::string& /*text*/) override {}
-    void OnEnd(int64_t /*t*/, const Replay::Summary& /*summary*/) override {}
 };
 
 /// Loads the plugin for good: the fuzzer reads the counters in it until the process ends.

@@ -9,7 +9,7 @@
 
 #include "night_script.h"
 #include "player.h"
-#include "record_sink.h"
+#include "silent_sink.h"
 
 namespace TARN::Tests {
 namespace {
@@ -68,16 +68,8 @@ Replay::Trace BusyMinutes() {
 }
 
 /// Keeps nothing but the summary.
-class Totals : public Replay::RecordSink {
+class Totals : public Replay::SilentSink {
 public:
-    [[nodiscard]] LogLevel LeastLog() const noexcept override { return LogLevel::NONE; }
-    void OnBegin(const Replay::Trace& /*trace*/) override {}
-    void OnStep(const Replay::Step& /*step*/) override {}
-    void OnLog(int64_t /*t*/, const LogLine& /*line*/) override {}
-    void OnCall(int64_t /*t*/, std::string_view /*operation*/, const nlohmann::ordered_json& /*arguments*/,
-                const nlohmann::ordered_json& /*result*/) override {}
-    void OnDeliver(int64_t /*t*/, const DevStandbyMgr::StandbyMessage& /*message*/) override {}
-    void OnDump(int64_t /*t*/, const std::string& /*text*/) override {}
     void OnEnd(int64_t /*t*/, const Replay::Summary& summary) override { last = summary; }
 
     Replay::Summary last;

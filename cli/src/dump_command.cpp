@@ -11,7 +11,7 @@
 #include "json_fields.h"
 #include "player.h"
 #include "progress.h"
-#include "record_sink.h"
+#include "silent_sink.h"
 #include "standby_constants.h"
 #include "time_argument.h"
 
@@ -55,19 +55,11 @@ void CheckWords(const DumpOptions& options) {
 }
 
 /// Keeps the last dump of a run and nothing else.
-class LastDump : public Replay::RecordSink {
+class LastDump : public Replay::SilentSink {
 public:
     [[nodiscard]] const std::string& Text() const noexcept { return text_; }
 
-    [[nodiscard]] LogLevel LeastLog() const noexcept override { return LogLevel::NONE; }
-    void OnBegin(const Trace& /*trace*/) override {}
-    void OnStep(const Replay::Step& /*step*/) override {}
-    void OnLog(int64_t /*t*/, const LogLine& /*line*/) override {}
-    void OnCall(int64_t /*t*/, std::string_view /*operation*/, const nlohmann::ordered_json& /*arguments*/,
-                const nlohmann::ordered_json& /*result*/) override {}
-    void OnDeliver(int64_t /*t*/, const DevStandbyMgr::StandbyMessage& /*message*/) override {}
     void OnDump(int64_t /*t*/, const std::string& text) override { text_ = text; }
-    void OnEnd(int64_t /*t*/, const Replay::Summary& /*summary*/) override {}
 
 private:
     std::string text_;
