@@ -2,6 +2,7 @@
 #define CHECKS_SLIPS_H
 
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -17,8 +18,28 @@ struct Slip {
     size_t times = 1;  ///< how often it is found
 };
 
-/// The slips of a trace, each kind once, in the order of the lines. After the first twenty kinds one more tells how many
-/// there are besides.
+/// Looks for the slips of a trace while it is read.
+class SlipFinder {
+public:
+    /// Looks at the header; the steps of `head` are not looked at. The time zone must be in use.
+    explicit SlipFinder(const Replay::Trace& head);
+    ~SlipFinder();
+    SlipFinder(const SlipFinder&) = delete;
+    SlipFinder& operator=(const SlipFinder&) = delete;
+
+    /// Looks at the next step.
+    void Look(const Replay::Step& step);
+
+    /// The slips, each kind once, in the order of the lines. After the first twenty kinds one more tells how many there
+    /// are besides. The last call.
+    [[nodiscard]] std::vector<Slip> Take();
+
+private:
+    struct Parts;
+    std::unique_ptr<Parts> my_;
+};
+
+/// The slips of a whole trace.
 [[nodiscard]] std::vector<Slip> FindSlips(const Replay::Trace& trace);
 
 /// The slips of a configuration by itself.

@@ -4,6 +4,9 @@
 #include <array>
 #include <cctype>
 #include <charconv>
+#include <deque>
+#include <functional>
+#include <limits>
 #include <map>
 #include <set>
 #include <span>
@@ -269,7 +272,7 @@ void CheckMessage(Slips& slips, size_t line, const StandbyMessage& message) {
     }
     std::span<const Member> members = found->members;
     if (message.eventId == StandbyMessageType::COMMON_EVENT) {
-        const auto actions = MatchedActions();
+        static const std::vector<std::string_view> actions = MatchedActions();
         if (!IsAmong(actions, message.action)) {
             slips.Add(line, where + ": no strategy matches the action " + Cut(message.action) +
                                 PerhapsAction(actions, message.action));
@@ -296,92 +299,120 @@ void CheckDump(Slips& slips, size_t line, const Replay::DumpStep& dump) {
 
 void CheckBroadcast(Slips& slips, size_t line, const AAFwk::Want& want, HostMode mode) {
     const std::string& action = want.GetAction();
-    const auto all = HeardBroadcasts();
-    const std::string where = "broadcast " + Cut(action);
+    static const std::vector<std::string_view> all = HeardBroadcasts();
+    const auto where = [&action] { return "broadcast " + Cut(action); };
     if (!IsAmong(all, action)) {
-        slips.Add(line, where + ": nobody listens to it" + PerhapsAction(all, action));
+        slips.Add(line, where() + ": nobody listens to it" + PerhapsAction(all, action));
         return;
     }
     if (mode == HostMode::SCRIPTED && !IsAmong(ListenerBroadcasts(), action)) {
         const bool isMatched = IsAmong(MatchedActions(), action);
-        slips.Add(line, where + ": nobody hears it, for the host is scripted" +
+        slips.Add(line, where() + ": nobody hears it, for the host is scripted" +
                             (isMatched ? "; a message 1 with this action reaches the strategies" : ""));
         return;
     }
     if (const auto members = BroadcastMembers(action); !members.empty()) {
-        CheckWant(slips, line, where, want, members);
+        CheckWant(slips, line, where(), want, members);
     }
 }
 
 // ---- what goes together
 
-/// Which of a pair is told, and when.
+/// A change of a fact, or a broadcast that tells of it.
 struct Told {
     int64_t t;
     size_t line;
     bool isOn;
 };
 
-/// A fact and the broadcasts that tell of it, as far as a trace names them; both within a minute are one event.
+/// A fact and the broadcasts that tell of it, as far as a trace names them; both within a minute are one event. Keeps
+/// the last minute only.
 class Pair {
 public:
-    explicit Pair(bool isOn) : isOn_(isOn) {}
+    /// Is called with a change of the fact that no broadcast tells of, and with a broadcast that tells of what is not
+    /// so.
+    using Tell = std::function<void(const Told&)>;
+
+    Pair(bool isOn, Tell untold, Tell untrue) : isOn_(isOn), untold_(std::move(untold)), untrue_(std::move(untrue)) {}
 
     void Fact(int64_t t, size_t line, bool isOn) {
         if (isOn != isOn_) {
-            facts_.push_back({t, line, isOn});
+            Add(facts_[isOn ? 1 : 0], broadcasts_[isOn ? 1 : 0], {t, line, isOn}, /*isAlone=*/true);
         }
         isOn_ = isOn;
     }
 
     void Broadcast(int64_t t, size_t line, bool isOn) {
-        broadcasts_.push_back({t, line, isOn});
-        wasOn_.push_back(isOn_);
+        Add(broadcasts_[isOn ? 1 : 0], facts_[isOn ? 1 : 0], {t, line, isOn}, isOn != isOn_);
     }
 
-    /// Calls `tell` with each change of the fact that no broadcast tells of.
-    template <class Tell>
-    void ForUntold(const Tell& tell) const {
-        for (const Told& fact : facts_) {
-            if (!IsNear(broadcasts_, fact)) {
-                tell(fact);
-            }
+    /// It is `t` now.
+    void MoveTo(int64_t t) {
+        for (size_t isOn : {0, 1}) {
+            Forget(facts_[isOn], t - kNearMs, untold_);
+            Forget(broadcasts_[isOn], t - kNearMs, untrue_);
         }
     }
 
-    /// Calls `tell` with each broadcast that tells of what is not so.
-    template <class Tell>
-    void ForUntrue(const Tell& tell) const {
-        for (size_t i = 0; i < broadcasts_.size(); ++i) {
-            if (wasOn_[i] != broadcasts_[i].isOn && !IsNear(facts_, broadcasts_[i])) {
-                tell(broadcasts_[i]);
-            }
-        }
-    }
+    void Finish() { MoveTo(std::numeric_limits<int64_t>::max()); }
 
 private:
-    static bool IsNear(const std::vector<Told>& others, const Told& one) {
-        constexpr int64_t kNearMs = 60'000;
-        const auto first = std::lower_bound(others.begin(), others.end(), one.t - kNearMs,
-                                            [](const Told& other, int64_t t) { return other.t < t; });
-        return std::any_of(
-            first, std::find_if(first, others.end(), [&](const Told& other) { return other.t > one.t + kNearMs; }),
-            [&](const Told& other) { return other.isOn == one.isOn; });
+    static constexpr int64_t kNearMs = 60'000;
+
+    /// Those of one kind that turn one way.
+    struct Half {
+        std::optional<int64_t> last;
+        std::deque<Told> waiting;  ///< for their other half
+    };
+
+    static void Add(Half& own, Half& other, const Told& one, bool isAlone) {
+        own.last = one.t;
+        other.waiting.clear();
+        if (isAlone && (!other.last || *other.last < one.t - kNearMs)) {
+            own.waiting.push_back(one);
+        }
+    }
+
+    static void Forget(Half& half, int64_t before, const Tell& tell) {
+        for (; !half.waiting.empty() && half.waiting.front().t < before; half.waiting.pop_front()) {
+            tell(half.waiting.front());
+        }
     }
 
     bool isOn_;
-    std::vector<Told> facts_;
-    std::vector<Told> broadcasts_;
-    std::vector<bool> wasOn_;  ///< the fact at the time of each broadcast
+    Tell untold_;
+    Tell untrue_;
+    std::array<Half, 2> facts_;
+    std::array<Half, 2> broadcasts_;
 };
 
 /// In automatic mode: charger and full power save, whose facts report nothing by themselves.
 class Pairs {
 public:
-    explicit Pairs(const Simulated::FactsChange& start)
-        : charger_(start.plugged.value_or(0) != 0), fullSave_(start.deviceMode.value_or(0) == kFullSave) {}
+    Pairs(const Simulated::FactsChange& start, Slips& slips)
+        : charger_(
+              start.plugged.value_or(0) != 0,
+              [&slips](const Told& fact) {
+                  slips.Add(fact.line, "set.plugged: nobody is told, for no " + std::string(ChargerAction(fact.isOn)) +
+                                           " goes with it; the step \"charger\" does both");
+              },
+              [&slips](const Told& broadcast) {
+                  slips.Add(broadcast.line, "broadcast " + Cut(ChargerAction(broadcast.isOn)) +
+                                                ": the fact \"plugged\" says otherwise; the step "
+                                                "\"charger\" does both");
+              }),
+          fullSave_(
+              start.deviceMode.value_or(0) == kFullSave,
+              [&slips](const Told& fact) {
+                  slips.Add(fact.line, "set.device_mode: nobody is told, for no " +
+                                           std::string(CommonEventSupport::COMMON_EVENT_POWER_SAVE_MODE_CHANGED) +
+                                           " goes with it");
+              },
+              [](const Told& /*broadcast*/) {}) {}
 
     void Note(const Replay::Step& step) {
+        charger_.MoveTo(step.t);
+        fullSave_.MoveTo(step.t);
         if (const auto* set = std::get_if<Replay::SetStep>(&step.what)) {
             if (set->phone.plugged) {
                 charger_.Fact(step.t, step.line, *set->phone.plugged != 0);
@@ -398,28 +429,16 @@ public:
         }
     }
 
-    void Tell(Slips& slips) const {
-        charger_.ForUntold([&](const Told& fact) {
-            const auto action =
-                fact.isOn ? CommonEventSupport::COMMON_EVENT_CHARGING : CommonEventSupport::COMMON_EVENT_DISCHARGING;
-            slips.Add(fact.line, "set.plugged: nobody is told, for no " + std::string(action) +
-                                     " goes with it; the step \"charger\" does both");
-        });
-        charger_.ForUntrue([&](const Told& broadcast) {
-            const auto action = broadcast.isOn ? CommonEventSupport::COMMON_EVENT_CHARGING
-                                               : CommonEventSupport::COMMON_EVENT_DISCHARGING;
-            slips.Add(broadcast.line, "broadcast " + Cut(action) +
-                                          ": the fact \"plugged\" says otherwise; the step "
-                                          "\"charger\" does both");
-        });
-        fullSave_.ForUntold([&](const Told& fact) {
-            slips.Add(fact.line, "set.device_mode: nobody is told, for no " +
-                                     std::string(CommonEventSupport::COMMON_EVENT_POWER_SAVE_MODE_CHANGED) +
-                                     " goes with it");
-        });
+    void Finish() {
+        charger_.Finish();
+        fullSave_.Finish();
     }
 
 private:
+    static std::string_view ChargerAction(bool isOn) {
+        return isOn ? CommonEventSupport::COMMON_EVENT_CHARGING : CommonEventSupport::COMMON_EVENT_DISCHARGING;
+    }
+
     static constexpr int32_t kFullSave = 603;
 
     void NoteAction(const Replay::Step& step, std::string_view action) {
@@ -438,35 +457,61 @@ private:
 
 }  // namespace
 
-std::vector<Slip> FindSlips(const Replay::Trace& trace) {
+struct SlipFinder::Parts {
+    explicit Parts(const Replay::Trace& head)
+        : mode(head.host.mode), before(head.start), pairs(head.device.phone, slips) {}
+
+    void Check(const Replay::Step& step, const Replay::SetStep& set) {
+        FactChecks(slips, step.line, "set", step.t).Check(set);
+    }
+    void Check(const Replay::Step& step, const Replay::MessageStep& message) {
+        CheckMessage(slips, step.line, message.message);
+    }
+    void Check(const Replay::Step& step, const Replay::BroadcastStep& broadcast) {
+        CheckBroadcast(slips, step.line, broadcast.want, mode);
+    }
+    void Check(const Replay::Step& step, const Replay::DumpStep& dump) { CheckDump(slips, step.line, dump); }
+    void Check(const Replay::Step& /*step*/, const Replay::RestartStep& /*restart*/) {}
+    void Check(const Replay::Step& /*step*/, const Replay::FileStep& /*file*/) {}
+
     Slips slips;
-    CheckHost(slips, trace.headerLine, "host.", trace.host);
-    FactChecks(slips, trace.headerLine, "device", trace.start).Check(trace.device);
-    Pairs pairs(trace.device.phone);
-    int64_t before = trace.start;
+    HostMode mode;
+    int64_t before;  ///< when the last step was
+    Pairs pairs;
+};
+
+SlipFinder::SlipFinder(const Replay::Trace& head) : my_(std::make_unique<Parts>(head)) {
+    CheckHost(my_->slips, head.headerLine, "host.", head.host);
+    FactChecks(my_->slips, head.headerLine, "device", head.start).Check(head.device);
+}
+
+SlipFinder::~SlipFinder() = default;
+
+void SlipFinder::Look(const Replay::Step& step) {
+    constexpr int64_t kHalfDayMs = 12L * 3600 * 1000;
+    const auto day = [](int64_t t) { return Replay::TimeZone::Format(t, "%F"); };
+    if (step.isTimeOfDay && step.t - my_->before > kHalfDayMs && day(step.t) != day(my_->before)) {
+        my_->slips.Add(step.line, "t: the time of day is that of " + Replay::TimeZone::Format(step.t, "%a %-d %b") +
+                                      ", more than half a day after what is before it; a date says which day is meant");
+    }
+    my_->before = step.t;
+    if (my_->mode == HostMode::AUTOMATIC) {
+        my_->pairs.Note(step);
+    }
+    std::visit([&](const auto& what) { my_->Check(step, what); }, step.what);
+}
+
+std::vector<Slip> SlipFinder::Take() {
+    my_->pairs.Finish();
+    return my_->slips.Take();
+}
+
+std::vector<Slip> FindSlips(const Replay::Trace& trace) {
+    SlipFinder finder(trace);
     for (const Replay::Step& step : trace.steps) {
-        constexpr int64_t kHalfDayMs = 12L * 3600 * 1000;
-        const auto day = [](int64_t t) { return Replay::TimeZone::Format(t, "%F"); };
-        if (step.isTimeOfDay && step.t - before > kHalfDayMs && day(step.t) != day(before)) {
-            slips.Add(step.line, "t: the time of day is that of " + Replay::TimeZone::Format(step.t, "%a %-d %b") +
-                                     ", more than half a day after what is before it; a date says which day is meant");
-        }
-        before = step.t;
-        pairs.Note(step);
-        if (const auto* set = std::get_if<Replay::SetStep>(&step.what)) {
-            FactChecks(slips, step.line, "set", step.t).Check(*set);
-        } else if (const auto* message = std::get_if<Replay::MessageStep>(&step.what)) {
-            CheckMessage(slips, step.line, message->message);
-        } else if (const auto* broadcast = std::get_if<Replay::BroadcastStep>(&step.what)) {
-            CheckBroadcast(slips, step.line, broadcast->want, trace.host.mode);
-        } else if (const auto* dump = std::get_if<Replay::DumpStep>(&step.what)) {
-            CheckDump(slips, step.line, *dump);
-        }
+        finder.Look(step);
     }
-    if (trace.host.mode == HostMode::AUTOMATIC) {
-        pairs.Tell(slips);
-    }
-    return slips.Take();
+    return finder.Take();
 }
 
 std::vector<Slip> FindSlips(const StandbyConfig& config) {

@@ -49,7 +49,7 @@ int RunCheck(const CheckOptions& options, OutputFile& output) {
             isOver = !name;
             if (name) {
                 ++read;
-                slips.Look(ReadInput(*name));
+                (void)slips.Read(*name);
             }
         } catch (const DevStandbyMgr::InputError& error) {
             tell(error.what());

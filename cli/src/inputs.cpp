@@ -7,12 +7,14 @@
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
+#include <iterator>
 #include <new>
 #include <system_error>
 
 #include "json_fields.h"
 #include "output_file.h"
 #include "standby_config.h"
+#include "trace_reader.h"
 
 namespace TARN::Cli {
 
@@ -24,6 +26,8 @@ using DevStandbyMgr::Refuse;
 constexpr char kStandardInput[] = "-";
 constexpr size_t kPieceBytes = size_t{64} * 1024;
 constexpr size_t kMostLookedAt = size_t{1024} * 1024;
+/// Traces of more steps are read a second time instead of kept.
+constexpr size_t kMostKept = 4096;
 
 }  // namespace
 
@@ -73,6 +77,13 @@ Input::int_type Input::underflow() {
     return ReadMore() ? traits_type::to_int_type(*gptr()) : traits_type::eof();
 }
 
+bool Input::Rewind() {
+    held_.clear();
+    setg(nullptr, nullptr, nullptr);
+    stream_.clear();
+    return ::gzrewind(file_.get()) == 0;
+}
+
 std::string_view Input::FirstLine() {
     for (size_t begin = 0;;) {
         size_t end = held_.find('\n', begin);
@@ -90,22 +101,78 @@ std::string_view Input::FirstLine() {
     }
 }
 
-Replay::Trace ReadInput(const std::string& name) {
-    Input input(name, "a trace");
-    return ReadInput(input);
-}
+namespace {
 
-Replay::Trace ReadInput(Input& input, Replay::TraceLines* lines) {
+/// What `read` does with an input; its errors in the input's name, and what was cut off on the way is not the trace's
+/// fault.
+template <class Read>
+auto InInput(Input& input, const Read& read) {
     try {
-        Replay::Trace trace = Replay::ReadTrace(input.Stream(), input.Name(), lines);
-        input.Check();
-        return trace;
+        return read();
     } catch (const InputError&) {
-        input.Check();  // what was cut off on the way is not the trace's fault
+        input.Check();
         throw;
     } catch (const std::bad_alloc&) {
         Refuse(input.Name(), "out of memory", "a trace that it has room for");
     }
+}
+
+}  // namespace
+
+PlayableTrace::PlayableTrace(const std::string& name, const Begin& begin, const Look& look)
+    : input_(std::make_unique<Input>(name, "a trace")) {
+    InInput(*input_, [&] {
+        const bool canRewind = input_->Rewind();
+        Replay::TraceReader reader(input_->Stream(), input_->Name());
+        begin(reader.Head());
+        std::vector<Replay::Step> kept;
+        for (auto steps = reader.Next(); !steps.empty(); steps = reader.Next()) {
+            std::for_each(steps.begin(), steps.end(), look);
+            if (canRewind && kept.size() > kMostKept) {
+                isWhole_ = false;
+                kept.clear();
+            } else if (isWhole_) {
+                std::ranges::move(steps, std::back_inserter(kept));
+            }
+        }
+        input_->Check();
+        head_ = reader.Head();
+        head_.steps = std::move(kept);
+    });
+    if (isWhole_) {
+        input_.reset();
+    }
+}
+
+void PlayableTrace::Play(const Replay::PlayOptions& options, Replay::RecordSink& sink) {
+    if (isWhole_) {
+        Replay::Play(head_, options, sink);
+        return;
+    }
+    const auto inInput = [this](const auto& read) { return InInput(*input_, read); };
+    std::optional<Replay::TraceReader> reader;
+    inInput([&] {
+        if (!input_->Rewind()) {
+            Refuse(input_->Name(), "cannot be read a second time", "a file that stays as it is");
+        }
+        reader.emplace(input_->Stream(), input_->Name());
+    });
+    Replay::Play(
+        head_, [&] { return inInput([&]() -> std::span<const Replay::Step> { return reader->Next(); }); }, options,
+        sink);
+}
+
+Replay::Trace ReadInput(Input& input, Replay::TraceLines* lines) {
+    return InInput(input, [&] {
+        Replay::Trace trace = Replay::ReadTrace(input.Stream(), input.Name(), lines);
+        input.Check();
+        return trace;
+    });
+}
+
+Replay::Trace ReadInput(const std::string& name) {
+    Input input(name, "a trace");
+    return ReadInput(input);
 }
 
 Replay::Trace ReadInput(const std::string& name, const std::string& config) {

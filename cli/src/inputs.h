@@ -3,6 +3,7 @@
 
 #include <zlib.h>
 
+#include <functional>
 #include <istream>
 #include <memory>
 #include <optional>
@@ -10,6 +11,7 @@
 #include <string>
 #include <string_view>
 
+#include "player.h"
 #include "trace.h"
 
 namespace TARN::Cli {
@@ -31,6 +33,9 @@ public:
     /// Throws InputError if what was read so far ended before its time: a torn archive, a failing disk.
     void Check() const;
 
+    /// Goes back to the beginning of what is no pipe, and answers whether it did.
+    [[nodiscard]] bool Rewind();
+
     /// The first line that is neither blank nor a comment, before anything is read; empty when there is none, and only
     /// its beginning when it is of unlikely length.
     [[nodiscard]] std::string_view FirstLine();
@@ -47,6 +52,29 @@ private:
     std::unique_ptr<gzFile_s, Close> file_;
     std::string held_;  ///< read from the source and not handed on yet
     std::istream stream_;
+};
+
+/// A trace that was read to its end and can be played, however long: the steps of a long one are read again. Nothing of
+/// it but its length, therefore, is found wrong while it is played.
+class PlayableTrace {
+public:
+    /// Calls `begin` with the trace without its steps, then `look` with each step. Throws InputError for the first
+    /// fault.
+    using Begin = std::function<void(const Replay::Trace& head)>;
+    using Look = std::function<void(const Replay::Step& step)>;
+    PlayableTrace(const std::string& name, const Begin& begin, const Look& look);
+
+    /// The trace; the steps only where they are few.
+    [[nodiscard]] const Replay::Trace& Head() const noexcept { return head_; }
+    [[nodiscard]] Replay::Trace& Head() noexcept { return head_; }
+
+    /// Plays it. Throws InputError if it is another now.
+    void Play(const Replay::PlayOptions& options, Replay::RecordSink& sink);
+
+private:
+    std::unique_ptr<Input> input_;
+    Replay::Trace head_;
+    bool isWhole_ = true;  ///< all steps are kept
 };
 
 /// Reads the trace that an input is, and its lines if they are asked for. Throws InputError.

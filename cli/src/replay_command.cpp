@@ -63,43 +63,41 @@ constexpr char kReplayFooter[] =
 using Report = std::function<void(double fraction)>;
 
 /// Reads a trace; its slips are its own, whatever is laid over it.
-Replay::Trace ReadLaidOver(const std::string& name, const ConfigFile& config, SlipWatch& slips) {
-    Replay::Trace trace = ReadInput(name);
-    slips.Look(trace);
+PlayableTrace ReadLaidOver(const std::string& name, const ConfigFile& config, SlipWatch& slips) {
+    PlayableTrace trace = slips.Read(name);
     if (config) {
-        config->LayOver(trace.host);
+        config->LayOver(trace.Head().host);
     }
     return trace;
 }
 
 /// Plays one trace and tells it on a stream.
-void PlayOne(const Replay::Trace& trace, const ReplayOptions& options, const Story::TimelineOptions& style,
+void PlayOne(PlayableTrace trace, const ReplayOptions& options, const Story::TimelineOptions& style,
              std::ostream& output, const Report& progress = nullptr) {
     const Replay::PlayOptions player{options.names.plugins.front(), progress, options.phoneFiles};
     if (options.format == Format::JSONL) {
-        Replay::JsonlWriter writer(output, options.hasReasons, options.isNamed ? trace.name : "");
-        Replay::Play(trace, player, writer);
+        Replay::JsonlWriter writer(output, options.hasReasons, options.isNamed ? trace.Head().name : "");
+        trace.Play(player, writer);
         return;
     }
     if (options.format != Format::TEXT) {
         Story::NightReader reader;
-        Replay::Play(trace, player, reader);
+        trace.Play(player, reader);
         const auto row = Story::RowOf(reader.Result());
         output << (options.format == Format::SUMMARY ? Story::ToJsonLine(row) : Story::ToCsvLine(row)) << '\n';
         return;
     }
     Story::Timeline timeline(output, style);
     Story::NightReader reader({.leastLog = options.log, .view = &timeline});
-    Replay::Play(trace, player, reader);
+    trace.Play(player, reader);
 }
 
 /// Plays one trace and writes its trace events.
 int RunTraceEvents(const ReplayOptions& options, SlipWatch& slips, Progress& progress) {
-    const Replay::Trace trace = ReadLaidOver(options.many.names.front(), ReadConfig(options.Config(), slips), slips);
+    PlayableTrace trace = ReadLaidOver(options.many.names.front(), ReadConfig(options.Config(), slips), slips);
     ResultFile file(options.traceEvents);
     Story::NightReader reader({.leastLog = options.log});
-    Replay::Play(trace, {options.names.plugins.front(), [&](double fraction) { progress.Show("playing", fraction); }},
-                 reader);
+    trace.Play({options.names.plugins.front(), [&](double fraction) { progress.Show("playing", fraction); }}, reader);
     Story::WriteTraceEvents(reader.Result(), file.Stream());
     file.Finish();
     return kDone;

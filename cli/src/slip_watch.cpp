@@ -17,6 +17,15 @@ void SlipWatch::Look(const DevStandbyMgr::StandbyConfig& config, const std::stri
     Tell(Checks::FindSlips(config), name);
 }
 
+PlayableTrace SlipWatch::Read(const std::string& name) {
+    std::optional<Checks::SlipFinder> finder;
+    PlayableTrace trace(
+        name, [&finder](const Replay::Trace& head) { finder.emplace(head); },
+        [&finder](const Replay::Step& step) { finder->Look(step); });
+    Tell(finder->Take(), trace.Head().name);
+    return trace;
+}
+
 void SlipWatch::Tell(const std::vector<Checks::Slip>& slips, const std::string& name) {
     for (const Checks::Slip& slip : slips) {
         tell_(name + (slip.line == 0 ? "" : ":" + std::to_string(slip.line)) + ": " + slip.text +

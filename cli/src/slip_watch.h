@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "inputs.h"
 #include "slips.h"
 #include "standby_config.h"
 
@@ -22,6 +23,9 @@ public:
     /// with a slip where that is an error.
     void Look(const Replay::Trace& trace);
     void Look(const DevStandbyMgr::StandbyConfig& config, const std::string& name);
+
+    /// Reads a trace and looks through it on the way. Throws InputError for one that cannot be read, too.
+    [[nodiscard]] PlayableTrace Read(const std::string& name);
 
     /// How many kinds were told.
     [[nodiscard]] size_t Count() const noexcept { return count_; }

@@ -61,18 +61,18 @@ void AddWhy(CLI::App& app, Action& action) {
     command.footer(kWhyFooter);
     AddTrace(command, options.trace, "The trace to play, - for standard input").required();
     AddAt(command, options.at).required();
-    CLI::Option* about =
-        command
-            .add_option_function<std::string>(
-                "--about",
-                [&options](const std::string& word) {
-                    options.question.about = Story::AboutOf(word);
-                    if (!options.question.about) {
-                        throw CLI::ValidationError("--about", word + "; expected one of " + CLI::detail::join(Subjects(), ", "));
-                    }
-                },
-                "One subject and all that is known of it: " + CLI::detail::join(Subjects(), ", "))
-            ->type_name("SUBJECT");
+    CLI::Option* about = command
+                             .add_option_function<std::string>(
+                                 "--about",
+                                 [&options](const std::string& word) {
+                                     options.question.about = Story::AboutOf(word);
+                                     if (!options.question.about) {
+                                         throw CLI::ValidationError("--about", word + "; expected one of " +
+                                                                                   CLI::detail::join(Subjects(), ", "));
+                                     }
+                                 },
+                                 "One subject and all that is known of it: " + CLI::detail::join(Subjects(), ", "))
+                             ->type_name("SUBJECT");
     NameWords(*about, Subjects());
     command
         .add_option("--app", options.question.app,

@@ -21,7 +21,8 @@ namespace TARN::Cli {
 /// line on standard error; the others go on. What fails for another reason ends it all.
 class WorkerPool {
 public:
-    /// A line for standard error that is no complaint about the whole trace. It stands before what is left of the result.
+    /// A line for standard error that is no complaint about the whole trace. It stands before what is left of the
+    /// result.
     using Note = std::function<void(const std::string& line)>;
 
     /// What a worker does with a trace: writes its result. Throws InputError or RunError.
@@ -46,7 +47,7 @@ public:
 private:
     struct Task {
         std::string name;
-        std::string held;  ///< of its result: what could not be handed on yet
+        std::string held;                ///< of its result: what could not be handed on yet
         std::vector<std::string> notes;  ///< likewise
         bool hasBegun = false;
         bool isDone = false;

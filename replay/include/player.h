@@ -2,6 +2,7 @@
 #define REPLAY_PLAYER_H
 
 #include <functional>
+#include <span>
 #include <stdexcept>
 #include <string>
 
@@ -26,10 +27,17 @@ struct PlayOptions {
     std::string side = {};
 };
 
+/// Hands out the steps of a trace, some at a time, in order; none when there are no more. They are good until the next
+/// call.
+using NextSteps = std::function<std::span<const Step>()>;
+
 /// Plays a trace through host and plugin on a simulated phone in virtual time; the same trace tells the sink
 /// the same every time. One run at a time in a process. Throws RunError when the plugin does not load, or the
 /// phone's files cannot be written below their folder.
 void Play(const Trace& trace, const PlayOptions& options, RecordSink& sink);
+
+/// The same of a trace whose steps come from elsewhere, those in `head` being none; so that it may be of any length.
+void Play(const Trace& head, const NextSteps& next, const PlayOptions& options, RecordSink& sink);
 
 }  // namespace TARN::Replay
 

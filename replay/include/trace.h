@@ -98,13 +98,8 @@ struct WrittenStep {
     std::string line;
 };
 
-/// Reads a whole trace; `lines`, if wanted, get what it was read from. Throws InputError "name:line: what is wrong;
-/// expected ..." for the first fault.
+/// Reads a whole trace; `lines`, if wanted, get what it was read from. Throws InputError as TraceReader does.
 [[nodiscard]] Trace ReadTrace(std::istream& input, const std::string& name, TraceLines* lines = nullptr);
-
-/// Reads one line: a step, or the steps it stands for, all at one time. The time zone must be in use. Throws InputError
-/// "what is wrong; expected ...".
-[[nodiscard]] std::vector<WrittenStep> ReadStepLine(const std::string& line, const StepContext& context);
 
 }  // namespace TARN::Replay
 

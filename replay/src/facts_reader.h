@@ -3,8 +3,7 @@
 
 #include <string>
 
-#include <nlohmann/json.hpp>
-
+#include "json_value.h"
 #include "trace.h"
 
 namespace TARN::Replay {
@@ -17,7 +16,8 @@ struct FactsContext {
 };
 
 /// Reads an object of facts. The time zone must be in use. Throws InputError.
-[[nodiscard]] SetStep ReadFacts(const nlohmann::json& object, const std::string& name, const FactsContext& context);
+[[nodiscard]] SetStep ReadFacts(const DevStandbyMgr::JsonValue& object, const std::string& name,
+                                const FactsContext& context);
 
 }  // namespace TARN::Replay
 

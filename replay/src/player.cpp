@@ -1,5 +1,7 @@
 #include "player.h"
 
+#include <utility>
+
 #include "session.h"
 
 namespace TARN::Replay {
@@ -24,14 +26,22 @@ void AdvanceTo(Session& session, int64_t t, const Trace& trace, const PlayOption
 
 }  // namespace
 
-void Play(const Trace& trace, const PlayOptions& options, RecordSink& sink) {
-    Session session(trace, options.pluginPath, sink, options.filesFolder, options.side);
-    for (const Step& step : trace.steps) {
-        AdvanceTo(session, step.t, trace, options);
-        session.Do(step);
+void Play(const Trace& head, const NextSteps& next, const PlayOptions& options, RecordSink& sink) {
+    Session session(head, options.pluginPath, sink, options.filesFolder, options.side);
+    for (auto steps = next(); !steps.empty(); steps = next()) {
+        for (const Step& step : steps) {
+            AdvanceTo(session, step.t, head, options);
+            session.Do(step);
+        }
     }
-    AdvanceTo(session, trace.end, trace, options);
-    session.Finish(trace.end);
+    AdvanceTo(session, head.end, head, options);
+    session.Finish(head.end);
+}
+
+void Play(const Trace& trace, const PlayOptions& options, RecordSink& sink) {
+    std::span<const Step> left = trace.steps;
+    Play(
+        trace, [&left] { return std::exchange(left, {}); }, options, sink);
 }
 
 }  // namespace TARN::Replay

@@ -1,6 +1,7 @@
 #include "time_reader.h"
 
 #include <optional>
+#include <string_view>
 #include <utility>
 
 #include "json_fields.h"
@@ -12,13 +13,12 @@ namespace TARN::Replay {
 namespace {
 
 using namespace DevStandbyMgr;
-using Json = nlohmann::json;
 
 /// The last millisecond of the year 9999; times lie between its negative and it.
 constexpr int64_t kLatestMs = 253'402'300'799'999;
 
 /// "2026-03-..." and nothing that is counted from another time.
-bool IsLocalTime(const std::string& text) {
+bool IsLocalTime(std::string_view text) {
     constexpr size_t kYearDigits = 4;
     return text.size() > kYearDigits && text[kYearDigits] == '-';
 }
@@ -46,37 +46,37 @@ std::optional<int64_t> ReadLocal(const std::string& text) {
 
 }  // namespace
 
-int64_t ReadTime(const Json& value, const std::string& where) {
-    if (!value.is_string()) {
+int64_t ReadTime(const JsonValue& value, const std::string& where) {
+    if (!value.IsString()) {
         return ReadInteger(value, where, -kLatestMs, kLatestMs);
     }
-    return ReadText(value.get<std::string>(), where, "a local time such as \"2026-03-01T22:30:00\", or milliseconds",
+    return ReadText(std::string(value.String()), where, "a local time such as \"2026-03-01T22:30:00\", or milliseconds",
                     ReadLocal);
 }
 
-int64_t ReadTimeOn(const Json& value, const std::string& where, int64_t start, int64_t from) {
-    if (!value.is_string()) {
+int64_t ReadTimeOn(const JsonValue& value, const std::string& where, int64_t start, int64_t from) {
+    if (!value.IsString()) {
         return ReadTime(value, where);
     }
-    return ReadText(value.get<std::string>(), where,
+    return ReadText(std::string(value.String()), where,
                     "a time such as \"22:30\", \"2026-03-01T22:30:00\", \"+2h10m\" after the start, or milliseconds",
                     [=](const std::string& text) { return ReadMoment(text, text.starts_with('+') ? start : from); });
 }
 
-int64_t ReadTimeAfter(const Json& value, const std::string& where, int64_t now) {
-    if (!value.is_string()) {
+int64_t ReadTimeAfter(const JsonValue& value, const std::string& where, int64_t now) {
+    if (!value.IsString()) {
         return ReadTime(value, where);
     }
-    return ReadText(value.get<std::string>(), where,
+    return ReadText(std::string(value.String()), where,
                     "a time such as \"06:30\", \"2026-03-02T06:30:00\", \"+8h\" from then, or milliseconds",
                     [=](const std::string& text) { return ReadMoment(text, text.starts_with('+') ? now : now + 1); });
 }
 
-int64_t ReadTimeBefore(const Json& value, const std::string& where, int64_t now) {
-    if (!value.is_string()) {
+int64_t ReadTimeBefore(const JsonValue& value, const std::string& where, int64_t now) {
+    if (!value.IsString()) {
         return ReadInteger(value, where);
     }
-    return ReadText(value.get<std::string>(), where,
+    return ReadText(std::string(value.String()), where,
                     "a time such as \"21:55\", \"2026-03-01T21:55:00\", \"-20m\" before then, or milliseconds",
                     [=](const std::string& text) { return ReadPastMoment(text, now); });
 }
@@ -89,12 +89,12 @@ bool IsWrittenTime(const std::string& text) {
     }
 }
 
-bool IsAbsolute(const Json& time) {
-    return !time.is_string() || IsLocalTime(time.get<std::string>());
+bool IsAbsolute(const JsonValue& time) {
+    return !time.IsString() || IsLocalTime(time.String());
 }
 
-bool IsTimeOfDay(const Json& time) {
-    return !IsAbsolute(time) && !time.get_ref<const std::string&>().starts_with('+');
+bool IsTimeOfDay(const JsonValue& time) {
+    return !IsAbsolute(time) && !time.String().starts_with('+');
 }
 
 }  // namespace TARN::Replay

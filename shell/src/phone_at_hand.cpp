@@ -7,6 +7,7 @@
 #include <nlohmann/json.hpp>
 
 #include "simulated_phone.h"
+#include "trace_reader.h"
 
 namespace TARN::Shell {
 

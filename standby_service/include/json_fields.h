@@ -1,15 +1,16 @@
 #ifndef STANDBY_SERVICE_JSON_FIELDS_H
 #define STANDBY_SERVICE_JSON_FIELDS_H
 
+#include <array>
 #include <cstdint>
 #include <limits>
-#include <set>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
-#include <nlohmann/json.hpp>
+#include "json_value.h"
 
 namespace TARN::DevStandbyMgr {
 
@@ -20,23 +21,21 @@ public:
 };
 
 /// Reads a JSON object key by key and refuses what it does not know. `where` is the object's name in messages,
-/// empty for the outermost one.
+/// empty for the outermost one; the keys outlive the reading.
 class JsonFields {
 public:
-    using Json = nlohmann::json;
-
-    JsonFields(const Json& object, std::string where);
+    JsonFields(const JsonValue& object, std::string where);
 
     /// The member, marked as known; null when it is absent.
-    [[nodiscard]] const Json* Find(const std::string& key);
+    [[nodiscard]] const JsonValue* Find(std::string_view key);
 
     /// The member, marked as known; throws when it is absent. `expected` says what should stand there.
-    [[nodiscard]] const Json& Require(const std::string& key, const std::string& expected);
+    [[nodiscard]] const JsonValue& Require(std::string_view key, const char* expected);
 
     /// Calls `read(value, where)` when the key is there.
     template <class Read>
-    void Optional(const std::string& key, Read&& read) {
-        if (const Json* value = Find(key)) {
+    void Optional(std::string_view key, Read&& read) {
+        if (const JsonValue* value = Find(key)) {
             std::forward<Read>(read)(*value, Where(key));
         }
     }
@@ -45,34 +44,41 @@ public:
     void Finish() const;
 
     /// The name of a member in messages.
-    [[nodiscard]] std::string Where(const std::string& key) const;
+    [[nodiscard]] std::string Where(std::string_view key) const;
 
 private:
-    const Json& object_;
+    static constexpr size_t kMostKnown = 40;
+
+    const JsonValue& object_;
     std::string where_;
-    std::set<std::string> known_;
+    size_t found_ = 0;  ///< members that were asked for
+    size_t known_ = 0;
+    std::array<std::string_view, kMostKnown> names_;  ///< those that are known, each once
 };
 
 /// Typed reads; each throws InputError when the value is of another type or out of range.
-[[nodiscard]] bool ReadBool(const nlohmann::json& value, const std::string& where);
-[[nodiscard]] int64_t ReadInteger(const nlohmann::json& value, const std::string& where,
+[[nodiscard]] bool ReadBool(const JsonValue& value, const std::string& where);
+[[nodiscard]] int64_t ReadInteger(const JsonValue& value, const std::string& where,
                                   int64_t least = std::numeric_limits<int64_t>::min(),
                                   int64_t most = std::numeric_limits<int64_t>::max());
-[[nodiscard]] int32_t ReadInt32(const nlohmann::json& value, const std::string& where);
-[[nodiscard]] double ReadNumber(const nlohmann::json& value, const std::string& where);
-[[nodiscard]] std::string ReadString(const nlohmann::json& value, const std::string& where);
-[[nodiscard]] std::vector<std::string> ReadStrings(const nlohmann::json& value, const std::string& where);
-[[nodiscard]] int32_t ReadDecimalKey(const std::string& key, const std::string& where);
+[[nodiscard]] int32_t ReadInt32(const JsonValue& value, const std::string& where);
+[[nodiscard]] double ReadNumber(const JsonValue& value, const std::string& where);
+[[nodiscard]] std::string ReadString(const JsonValue& value, const std::string& where);
+[[nodiscard]] std::vector<std::string> ReadStrings(const JsonValue& value, const std::string& where);
+[[nodiscard]] int32_t ReadDecimalKey(std::string_view key, const std::string& where);
 
 /// Throws unless the value is an object or, for the second, an array.
-void ExpectObject(const nlohmann::json& value, const std::string& where);
-void ExpectArray(const nlohmann::json& value, const std::string& where);
+void ExpectObject(const JsonValue& value, const std::string& where);
+void ExpectArray(const JsonValue& value, const std::string& where);
 
 /// Throws "where: what; expected ...", without the first part where there is none.
 [[noreturn]] void Refuse(const std::string& where, const std::string& what, const std::string& expected);
 
 /// `value` as it stands in messages: its JSON text, cut when long, or what kind of structure it is.
-[[nodiscard]] std::string Quote(const nlohmann::json& value);
+[[nodiscard]] std::string Quote(const JsonValue& value);
+
+/// A text as it stands in messages, cut when long.
+[[nodiscard]] std::string Quote(std::string_view text);
 
 }  // namespace TARN::DevStandbyMgr
 

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include <nlohmann/json_fwd.hpp>
+#include "json_value.h"
 
 namespace TARN::DevStandbyMgr {
 
@@ -53,7 +53,7 @@ struct StandbyConfig {
     /// Replaces each key that `object` names. `name` is the object's own, empty for none, in the
     /// message of the InputError that an unknown key or a wrong type throws. The key "policy" is known only if
     /// `withPolicy`.
-    void Merge(const nlohmann::json& object, const std::string& name, bool withPolicy);
+    void Merge(const JsonValue& object, const std::string& name, bool withPolicy);
 };
 
 /// A configuration file: a JSON object with the keys of StandbyConfig, comments allowed. Read once, so that it may
@@ -71,7 +71,7 @@ public:
 
 private:
     std::string path_;
-    std::unique_ptr<nlohmann::json> object_;
+    JsonDocument document_;
 };
 
 }  // namespace TARN::DevStandbyMgr

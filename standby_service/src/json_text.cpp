@@ -112,8 +112,9 @@ private:
     const size_t lineBegin = before.find_last_of('\n') + 1;  // 0 where there is none
     const auto line = std::count(before.begin(), before.end(), '\n') + 1;
     const bool isOneLine = text.find('\n') == std::string::npos;
-    Refuse("", "not JSON, " + (isOneLine ? "" : "line " + std::to_string(line) + ", ") + "column " +
-                   std::to_string(before.size() - lineBegin + 1) + ": " + reason,
+    Refuse("",
+           "not JSON, " + (isOneLine ? "" : "line " + std::to_string(line) + ", ") + "column " +
+               std::to_string(before.size() - lineBegin + 1) + ": " + reason,
            wanted);
 }
 

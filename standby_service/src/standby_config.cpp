@@ -7,19 +7,16 @@
 #include <system_error>
 
 #include "json_fields.h"
-#include "json_text.h"
 #include "plain_text.h"
 
 namespace TARN::DevStandbyMgr {
 
 namespace {
 
-using Json = nlohmann::json;
-
 constexpr int64_t kMostSeconds = 366L * 24 * 3600;
 constexpr int64_t kLastHour = 23;
 
-HostMode ReadMode(const Json& value, const std::string& where) {
+HostMode ReadMode(const JsonValue& value, const std::string& where) {
     const std::string name = ReadString(value, where);
     if (name == "automatic") {
         return HostMode::AUTOMATIC;
@@ -32,29 +29,29 @@ HostMode ReadMode(const Json& value, const std::string& where) {
 
 /// Reads an object as a map; `read(value, where)` reads each member.
 template <class Map, class Read>
-Map ReadMap(const Json& object, const std::string& where, const Read& read) {
+Map ReadMap(const JsonValue& object, const std::string& where, const Read& read) {
     ExpectObject(object, where);
     Map map;
-    for (const auto& [key, value] : object.items()) {
-        map.emplace(key, read(value, where + "." + key));
+    for (const auto& [key, value] : object.Members()) {
+        map.emplace(key, read(value, where + "." + std::string(key)));
     }
     return map;
 }
 
-std::map<uint32_t, std::set<std::string>> ReadNamesByCondition(const Json& object, const std::string& where) {
+std::map<uint32_t, std::set<std::string>> ReadNamesByCondition(const JsonValue& object, const std::string& where) {
     ExpectObject(object, where);
     std::map<uint32_t, std::set<std::string>> names;
-    for (const auto& [key, value] : object.items()) {
-        const std::vector<std::string> list = ReadStrings(value, where + "." + key);
+    for (const auto& [key, value] : object.Members()) {
+        const std::vector<std::string> list = ReadStrings(value, where + "." + std::string(key));
         names[static_cast<uint32_t>(ReadDecimalKey(key, where))].insert(list.begin(), list.end());
     }
     return names;
 }
 
-std::shared_ptr<std::vector<ResCtrlItem>> ReadResCtrl(const Json& array, const std::string& where) {
+std::shared_ptr<std::vector<ResCtrlItem>> ReadResCtrl(const JsonValue& array, const std::string& where) {
     ExpectArray(array, where);
     auto items = std::make_shared<std::vector<ResCtrlItem>>();
-    for (const Json& element : array) {
+    for (const JsonValue& element : array.Elements()) {
         JsonFields fields(element, where + "[" + std::to_string(items->size()) + "]");
         ResCtrlItem item;
         item.allow = ReadBool(fields.Require("allow", "true or false"), fields.Where("allow"));
@@ -65,15 +62,15 @@ std::shared_ptr<std::vector<ResCtrlItem>> ReadResCtrl(const Json& array, const s
     return items;
 }
 
-void MergePolicy(StandbyPolicy& policy, const Json& object, const std::string& policyWhere) {
+void MergePolicy(StandbyPolicy& policy, const JsonValue& object, const std::string& policyWhere) {
     JsonFields fields(object, policyWhere);
-    const auto seconds = [&fields](const std::string& key, int64_t& target) {
-        fields.Optional(key, [&target](const Json& value, const std::string& where) {
+    const auto seconds = [&fields](std::string_view key, int64_t& target) {
+        fields.Optional(key, [&target](const JsonValue& value, const std::string& where) {
             target = ReadInteger(value, where, 1, kMostSeconds);
         });
     };
-    const auto hour = [&fields](const std::string& key, int32_t& target) {
-        fields.Optional(key, [&target](const Json& value, const std::string& where) {
+    const auto hour = [&fields](std::string_view key, int32_t& target) {
+        fields.Optional(key, [&target](const JsonValue& value, const std::string& where) {
             target = static_cast<int32_t>(ReadInteger(value, where, 0, kLastHour));
         });
     };
@@ -83,15 +80,15 @@ void MergePolicy(StandbyPolicy& policy, const Json& object, const std::string& p
     seconds("maintenance_s", policy.maintenanceSeconds);
     seconds("half_hour_s", policy.halfHourSeconds);
     seconds("retry_after_s", policy.retryAfterSeconds);
-    fields.Optional("radio_ledger", [&policy](const Json& value, const std::string& where) {
+    fields.Optional("radio_ledger", [&policy](const JsonValue& value, const std::string& where) {
         policy.hasRadioLedger = ReadBool(value, where);
     });
     hour("night_start_hour", policy.nightStartHour);
     hour("night_end_hour", policy.nightEndHour);
-    fields.Optional("maintenance_after_s", [&policy](const Json& value, const std::string& where) {
+    fields.Optional("maintenance_after_s", [&policy](const JsonValue& value, const std::string& where) {
         ExpectArray(value, where);
         std::vector<int64_t> stretches;
-        for (const Json& element : value) {
+        for (const JsonValue& element : value.Elements()) {
             stretches.push_back(
                 ReadInteger(element, where + "[" + std::to_string(stretches.size()) + "]", 1, kMostSeconds));
         }
@@ -105,28 +102,31 @@ void MergePolicy(StandbyPolicy& policy, const Json& object, const std::string& p
 
 }  // namespace
 
-void StandbyConfig::Merge(const Json& object, const std::string& name, bool withPolicy) {
+void StandbyConfig::Merge(const JsonValue& object, const std::string& name, bool withPolicy) {
     JsonFields fields(object, name);
-    fields.Optional("mode", [this](const Json& value, const std::string& where) { mode = ReadMode(value, where); });
-    fields.Optional("standby_mode",
-                    [this](const Json& value, const std::string& where) { standbyMode = ReadInt32(value, where); });
-    fields.Optional("strategies",
-                    [this](const Json& value, const std::string& where) { strategies = ReadStrings(value, where); });
-    fields.Optional("half_hour_switches", [this](const Json& value, const std::string& where) {
+    fields.Optional("mode",
+                    [this](const JsonValue& value, const std::string& where) { mode = ReadMode(value, where); });
+    fields.Optional("standby_mode", [this](const JsonValue& value, const std::string& where) {
+        standbyMode = ReadInt32(value, where);
+    });
+    fields.Optional("strategies", [this](const JsonValue& value, const std::string& where) {
+        strategies = ReadStrings(value, where);
+    });
+    fields.Optional("half_hour_switches", [this](const JsonValue& value, const std::string& where) {
         halfHourSwitches = ReadMap<decltype(halfHourSwitches)>(value, where, ReadBool);
     });
-    fields.Optional("params", [this](const Json& value, const std::string& where) {
+    fields.Optional("params", [this](const JsonValue& value, const std::string& where) {
         params = ReadMap<decltype(params)>(value, where, ReadInt32);
     });
-    fields.Optional("persist_allow", [this](const Json& value, const std::string& where) {
+    fields.Optional("persist_allow", [this](const JsonValue& value, const std::string& where) {
         persistAllow = ReadMap<decltype(persistAllow)>(value, where, ReadNamesByCondition);
     });
-    fields.Optional("res_ctrl", [this](const Json& value, const std::string& where) {
+    fields.Optional("res_ctrl", [this](const JsonValue& value, const std::string& where) {
         resCtrl = ReadMap<decltype(resCtrl)>(value, where, ReadResCtrl);
     });
     if (withPolicy) {
-        fields.Optional("policy",
-                        [this](const Json& value, const std::string& where) { MergePolicy(policy, value, where); });
+        fields.Optional(
+            "policy", [this](const JsonValue& value, const std::string& where) { MergePolicy(policy, value, where); });
     }
     fields.Finish();
 }
@@ -148,10 +148,10 @@ std::string ReadFile(const std::string& path) {
 
 }  // namespace
 
-StandbyConfigFile::StandbyConfigFile(const std::string& path) : path_(path), object_(std::make_unique<Json>()) {
+StandbyConfigFile::StandbyConfigFile(const std::string& path) : path_(path) {
     const std::string text = ReadFile(path);
     try {
-        *object_ = ParseJson(text, "one object", JsonComments::SKIPPED);
+        document_.Read(text, "one object", JsonComments::SKIPPED);
     } catch (const InputError& error) {
         throw InputError(path_ + ": " + error.what());
     }
@@ -165,7 +165,7 @@ StandbyConfigFile& StandbyConfigFile::operator=(StandbyConfigFile&&) noexcept = 
 
 void StandbyConfigFile::LayOver(StandbyConfig& config) const {
     try {
-        config.Merge(*object_, {}, /*withPolicy=*/true);
+        config.Merge(document_.Root(), {}, /*withPolicy=*/true);
     } catch (const InputError& error) {
         throw InputError(path_ + ": " + error.what());
     }
