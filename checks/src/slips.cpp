@@ -145,8 +145,9 @@ public:
             InRange("condition", std::optional(static_cast<int32_t>(*step.host.condition)), ConditionType::DAY_STANDBY,
                     ConditionType::NIGHT_STANDBY);
         }
-        const std::array kDeviceStates = {0, 1};
-        const std::array kAllowTypes = {AllowType::NETWORK, AllowType::RUNNING_LOCK, AllowType::FREEZE};
+        static constexpr std::array kDeviceStates = {0, 1};
+        static constexpr std::array<int32_t, 3> kAllowTypes = {AllowType::NETWORK, AllowType::RUNNING_LOCK,
+                                                               AllowType::FREEZE};
         Keys("device_state", step.host.deviceState, kDeviceStates);
         Keys("allow_list", step.host.allowList, kAllowTypes);
         Keys("restrict_set", step.host.restrictSet, kAllowTypes);
@@ -162,9 +163,11 @@ public:
     }
 
 private:
-    void Add(const std::string& fact, const std::string& what) { slips_.Add(line_, where_ + "." + fact + ": " + what); }
+    void Add(std::string_view fact, const std::string& what) {
+        slips_.Add(line_, std::string(where_).append(".").append(fact).append(": ").append(what));
+    }
 
-    void InRange(const std::string& fact, std::optional<int32_t> value, int64_t least, int64_t most) {
+    void InRange(std::string_view fact, std::optional<int32_t> value, int64_t least, int64_t most) {
         if (value && (*value < least || *value > most)) {
             const std::string range = most == INT32_MAX ? std::to_string(least) + " or more"
                                                         : std::to_string(least) + " to " + std::to_string(most);
@@ -173,7 +176,7 @@ private:
     }
 
     template <class Map>
-    void Keys(const std::string& fact, const Map& map, std::span<const int32_t> known) {
+    void Keys(std::string_view fact, const Map& map, std::span<const int32_t> known) {
         for (const auto& [type, value] : map) {
             if (std::find(known.begin(), known.end(), type) == known.end()) {
                 std::string names;
@@ -187,7 +190,10 @@ private:
 
     void CheckProcesses(const Simulated::FactsChange& phone) {
         std::map<int32_t, int> seen;
-        for (const Simulated::Process& process : phone.processes.value_or(std::vector<Simulated::Process>())) {
+        if (!phone.processes) {
+            return;
+        }
+        for (const Simulated::Process& process : *phone.processes) {
             if (++seen[process.pid] == 2) {
                 Add("processes", "two processes have the pid " + std::to_string(process.pid));
             }
@@ -226,7 +232,7 @@ private:
 
     Slips& slips_;
     size_t line_;
-    std::string where_;
+    std::string_view where_;
     int64_t t_;
 };
 

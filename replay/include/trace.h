@@ -58,7 +58,7 @@ struct FileStep {
 };
 
 struct Step {
-    int64_t t;  ///< wall clock, milliseconds
+    int64_t t = 0;  ///< wall clock, milliseconds
     std::variant<SetStep, MessageStep, BroadcastStep, DumpStep, RestartStep, FileStep> what;
     size_t line = 0;           ///< where the trace says so; several steps may stand in one line
     bool isTimeOfDay = false;  ///< the trace names no day for it

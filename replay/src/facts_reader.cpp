@@ -185,7 +185,7 @@ std::set<int32_t> ReadSlotsOff(const JsonValue& value, const std::string& where)
 }
 
 void ReadRadios(JsonFields& fields, FactsChange& change) {
-    const PhoneFacts shipped;
+    static const PhoneFacts shipped;
     fields.Optional("bluetooth", [&](const JsonValue& object, const std::string& where) {
         JsonFields group(object, where);
         ReadMember(group, "state", change.bluetoothState, shipped.bluetoothState, ReadInt32);

@@ -205,7 +205,12 @@ void ReadSteps(const JsonValue& object, const StepContext& context, std::vector<
     const int64_t t = ReadTimeOn(time, "t", context.start, context.from);
     const bool isTimeOfDay = IsTimeOfDay(time);
     int count = 0;
-    const auto add = [&](What what) { steps.push_back({t, std::move(what), 0, isTimeOfDay}); };
+    const auto add = [&](auto&& what) {
+        Step& step = steps.emplace_back();
+        step.t = t;
+        step.what = std::forward<decltype(what)>(what);
+        step.isTimeOfDay = isTimeOfDay;
+    };
     fields.Optional("set", [&](const JsonValue& value, const std::string& where) {
         ++count;
         add(ReadFacts(value, where, {context.mode == HostMode::AUTOMATIC, t, context.facts.accounts}));

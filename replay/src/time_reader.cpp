@@ -25,14 +25,14 @@ bool IsLocalTime(std::string_view text) {
 
 /// What `read` makes of the text; digits alone are nothing, for they might be anything.
 template <class Read>
-int64_t ReadText(const std::string& text, const std::string& where, const std::string& expected, const Read& read) {
+int64_t ReadText(const std::string& text, std::string_view where, const char* expected, const Read& read) {
     std::optional<int64_t> t;
     try {
         if (text.find_first_of(":+-") != std::string::npos) {
             t = read(text);
         }
     } catch (const InputError& error) {
-        throw InputError(where + ": " + error.what());
+        throw InputError(std::string(where) + ": " + error.what());
     }
     if (!t || *t < -kLatestMs || *t > kLatestMs) {
         Refuse(where, Quote(text), expected);
@@ -46,7 +46,7 @@ std::optional<int64_t> ReadLocal(const std::string& text) {
 
 }  // namespace
 
-int64_t ReadTime(const JsonValue& value, const std::string& where) {
+int64_t ReadTime(const JsonValue& value, std::string_view where) {
     if (!value.IsString()) {
         return ReadInteger(value, where, -kLatestMs, kLatestMs);
     }
@@ -54,7 +54,7 @@ int64_t ReadTime(const JsonValue& value, const std::string& where) {
                     ReadLocal);
 }
 
-int64_t ReadTimeOn(const JsonValue& value, const std::string& where, int64_t start, int64_t from) {
+int64_t ReadTimeOn(const JsonValue& value, std::string_view where, int64_t start, int64_t from) {
     if (!value.IsString()) {
         return ReadTime(value, where);
     }
@@ -63,7 +63,7 @@ int64_t ReadTimeOn(const JsonValue& value, const std::string& where, int64_t sta
                     [=](const std::string& text) { return ReadMoment(text, text.starts_with('+') ? start : from); });
 }
 
-int64_t ReadTimeAfter(const JsonValue& value, const std::string& where, int64_t now) {
+int64_t ReadTimeAfter(const JsonValue& value, std::string_view where, int64_t now) {
     if (!value.IsString()) {
         return ReadTime(value, where);
     }
@@ -72,7 +72,7 @@ int64_t ReadTimeAfter(const JsonValue& value, const std::string& where, int64_t 
                     [=](const std::string& text) { return ReadMoment(text, text.starts_with('+') ? now : now + 1); });
 }
 
-int64_t ReadTimeBefore(const JsonValue& value, const std::string& where, int64_t now) {
+int64_t ReadTimeBefore(const JsonValue& value, std::string_view where, int64_t now) {
     if (!value.IsString()) {
         return ReadInteger(value, where);
     }

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdint>
 #include <limits>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -27,7 +28,10 @@ public:
     JsonFields(const JsonValue& object, std::string where);
 
     /// The member, marked as known; null when it is absent.
-    [[nodiscard]] const JsonValue* Find(std::string_view key);
+    [[nodiscard]] const JsonValue* Find(std::string_view key) {
+        known_.at(knownCount_++) = {key.data(), key.size()};
+        return found_ == members_.size() ? nullptr : FindAmongMembers(key);
+    }
 
     /// The member, marked as known; throws when it is absent. `expected` says what should stand there.
     [[nodiscard]] const JsonValue& Require(std::string_view key, const char* expected);
@@ -49,30 +53,38 @@ public:
 private:
     static constexpr size_t kMostKnown = 40;
 
-    const JsonValue& object_;
+    /// A key; without a value of its own, so that room for many costs nothing.
+    struct Key {
+        const char* text;
+        size_t size;
+    };
+
+    const JsonValue* FindAmongMembers(std::string_view key);
+
+    std::span<const JsonValue::Member> members_;
     std::string where_;
     size_t found_ = 0;  ///< members that were asked for
-    size_t known_ = 0;
-    std::array<std::string_view, kMostKnown> names_;  ///< those that are known, each once
+    size_t knownCount_ = 0;
+    std::array<Key, kMostKnown> known_;
 };
 
 /// Typed reads; each throws InputError when the value is of another type or out of range.
-[[nodiscard]] bool ReadBool(const JsonValue& value, const std::string& where);
-[[nodiscard]] int64_t ReadInteger(const JsonValue& value, const std::string& where,
+[[nodiscard]] bool ReadBool(const JsonValue& value, std::string_view where);
+[[nodiscard]] int64_t ReadInteger(const JsonValue& value, std::string_view where,
                                   int64_t least = std::numeric_limits<int64_t>::min(),
                                   int64_t most = std::numeric_limits<int64_t>::max());
-[[nodiscard]] int32_t ReadInt32(const JsonValue& value, const std::string& where);
-[[nodiscard]] double ReadNumber(const JsonValue& value, const std::string& where);
-[[nodiscard]] std::string ReadString(const JsonValue& value, const std::string& where);
-[[nodiscard]] std::vector<std::string> ReadStrings(const JsonValue& value, const std::string& where);
-[[nodiscard]] int32_t ReadDecimalKey(std::string_view key, const std::string& where);
+[[nodiscard]] int32_t ReadInt32(const JsonValue& value, std::string_view where);
+[[nodiscard]] double ReadNumber(const JsonValue& value, std::string_view where);
+[[nodiscard]] std::string ReadString(const JsonValue& value, std::string_view where);
+[[nodiscard]] std::vector<std::string> ReadStrings(const JsonValue& value, std::string_view where);
+[[nodiscard]] int32_t ReadDecimalKey(std::string_view key, std::string_view where);
 
 /// Throws unless the value is an object or, for the second, an array.
-void ExpectObject(const JsonValue& value, const std::string& where);
-void ExpectArray(const JsonValue& value, const std::string& where);
+void ExpectObject(const JsonValue& value, std::string_view where);
+void ExpectArray(const JsonValue& value, std::string_view where);
 
 /// Throws "where: what; expected ...", without the first part where there is none.
-[[noreturn]] void Refuse(const std::string& where, const std::string& what, const std::string& expected);
+[[noreturn]] void Refuse(std::string_view where, const std::string& what, std::string_view expected);
 
 /// `value` as it stands in messages: its JSON text, cut when long, or what kind of structure it is.
 [[nodiscard]] std::string Quote(const JsonValue& value);

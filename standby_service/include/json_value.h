@@ -80,8 +80,7 @@ public:
 
     /// The text's value; what was read before is gone. Throws InputError as ParseJson does, for a structure that is
     /// too deep to mean anything, and for an integer of more than 64 bits where comments are refused.
-    const JsonValue& Read(const std::string& text, const std::string& expected,
-                          JsonComments comments = JsonComments::REFUSED);
+    const JsonValue& Read(const std::string& text, const char* expected, JsonComments comments = JsonComments::REFUSED);
 
     /// What was read last.
     [[nodiscard]] const JsonValue& Root() const noexcept;

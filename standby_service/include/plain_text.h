@@ -14,7 +14,7 @@ inline constexpr size_t kLongestLine = size_t{16} * 1024 * 1024;
 /// Reads the next line, without its end. False at the end of the input, or where it cannot be read: `input.bad()`. The
 /// last line may lack an end, and then `input.eof()`. Throws InputError for a line of more than `mostBytes`, whole
 /// megabytes; `expected` says what should be there.
-[[nodiscard]] bool ReadLine(std::istream& input, std::string& line, const std::string& expected,
+[[nodiscard]] bool ReadLine(std::istream& input, std::string& line, const char* expected,
                             size_t mostBytes = kLongestLine);
 
 /// Reads all that is left of the input, whose name is for messages. Throws InputError when that is more than

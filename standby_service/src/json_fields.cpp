@@ -2,13 +2,14 @@
 
 #include <algorithm>
 #include <charconv>
+#include <iterator>
 
 #include <nlohmann/json.hpp>
 
 namespace TARN::DevStandbyMgr {
 
-void Refuse(const std::string& where, const std::string& what, const std::string& expected) {
-    throw InputError((where.empty() ? "" : where + ": ") + what + "; expected " + expected);
+void Refuse(std::string_view where, const std::string& what, std::string_view expected) {
+    throw InputError(std::string(where) + (where.empty() ? "" : ": ") + what + "; expected " + std::string(expected));
 }
 
 std::string Quote(const JsonValue& value) {
@@ -24,29 +25,33 @@ std::string Quote(std::string_view text) {
     return Quote(JsonValue(text));
 }
 
-void ExpectObject(const JsonValue& value, const std::string& where) {
+void ExpectObject(const JsonValue& value, std::string_view where) {
     if (!value.IsObject()) {
         Refuse(where, Quote(value), "an object");
     }
 }
 
-void ExpectArray(const JsonValue& value, const std::string& where) {
+void ExpectArray(const JsonValue& value, std::string_view where) {
     if (!value.IsArray()) {
         Refuse(where, Quote(value), "an array");
     }
 }
 
-JsonFields::JsonFields(const JsonValue& object, std::string where) : object_(object), where_(std::move(where)) {
-    ExpectObject(object_, where_);
+JsonFields::JsonFields(const JsonValue& object, std::string where) : where_(std::move(where)) {
+    ExpectObject(object, where_);
+    members_ = object.Members();
 }
 
 std::string JsonFields::Where(std::string_view key) const {
-    return where_.empty() ? std::string(key) : where_ + "." + std::string(key);
+    std::string name = where_;
+    if (!name.empty()) {
+        name += '.';
+    }
+    return name.append(key);
 }
 
-const JsonValue* JsonFields::Find(std::string_view key) {
-    names_.at(known_++) = key;
-    for (const auto& [name, value] : object_.Members()) {
+const JsonValue* JsonFields::FindAmongMembers(std::string_view key) {
+    for (const auto& [name, value] : members_) {
         if (name == key) {
             ++found_;
             return &value;
@@ -64,12 +69,14 @@ const JsonValue& JsonFields::Require(std::string_view key, const char* expected)
 }
 
 void JsonFields::Finish() const {
-    if (found_ == object_.Members().size()) {
+    if (found_ == members_.size()) {
         return;
     }
-    std::vector<std::string_view> known(names_.begin(), names_.begin() + static_cast<std::ptrdiff_t>(known_));
+    std::vector<std::string_view> known;
+    std::transform(known_.begin(), known_.begin() + knownCount_, std::back_inserter(known),
+                   [](const Key& key) { return std::string_view(key.text, key.size); });
     std::sort(known.begin(), known.end());
-    for (const auto& [name, value] : object_.Members()) {
+    for (const auto& [name, value] : members_) {
         if (!std::binary_search(known.begin(), known.end(), name)) {
             std::string names;
             for (const std::string_view one : known) {
@@ -80,14 +87,14 @@ void JsonFields::Finish() const {
     }
 }
 
-bool ReadBool(const JsonValue& value, const std::string& where) {
+bool ReadBool(const JsonValue& value, std::string_view where) {
     if (!value.IsBool()) {
         Refuse(where, Quote(value), "true or false");
     }
     return value.Bool();
 }
 
-int64_t ReadInteger(const JsonValue& value, const std::string& where, int64_t least, int64_t most) {
+int64_t ReadInteger(const JsonValue& value, std::string_view where, int64_t least, int64_t most) {
     if (!value.IsInteger() || value.Integer() < least || value.Integer() > most) {
         const bool isAny = least == std::numeric_limits<int64_t>::min() && most == std::numeric_limits<int64_t>::max();
         Refuse(where, Quote(value),
@@ -96,36 +103,36 @@ int64_t ReadInteger(const JsonValue& value, const std::string& where, int64_t le
     return value.Integer();
 }
 
-int32_t ReadInt32(const JsonValue& value, const std::string& where) {
+int32_t ReadInt32(const JsonValue& value, std::string_view where) {
     return static_cast<int32_t>(
         ReadInteger(value, where, std::numeric_limits<int32_t>::min(), std::numeric_limits<int32_t>::max()));
 }
 
-double ReadNumber(const JsonValue& value, const std::string& where) {
+double ReadNumber(const JsonValue& value, std::string_view where) {
     if (!value.IsInteger() && !value.IsFloat()) {
         Refuse(where, Quote(value), "a number");
     }
     return value.IsFloat() ? value.Float() : static_cast<double>(value.Integer());
 }
 
-std::string ReadString(const JsonValue& value, const std::string& where) {
+std::string ReadString(const JsonValue& value, std::string_view where) {
     if (!value.IsString()) {
         Refuse(where, Quote(value), "a string");
     }
     return std::string(value.String());
 }
 
-std::vector<std::string> ReadStrings(const JsonValue& value, const std::string& where) {
+std::vector<std::string> ReadStrings(const JsonValue& value, std::string_view where) {
     ExpectArray(value, where);
     std::vector<std::string> strings;
     strings.reserve(value.Elements().size());
     for (const JsonValue& element : value.Elements()) {
-        strings.push_back(ReadString(element, where + "[" + std::to_string(strings.size()) + "]"));
+        strings.push_back(ReadString(element, std::string(where) + "[" + std::to_string(strings.size()) + "]"));
     }
     return strings;
 }
 
-int32_t ReadDecimalKey(std::string_view key, const std::string& where) {
+int32_t ReadDecimalKey(std::string_view key, std::string_view where) {
     int32_t number = 0;
     const auto [end, error] = std::from_chars(key.data(), key.data() + key.size(), number);
     if (error != std::errc() || end != key.data() + key.size()) {

@@ -156,9 +156,12 @@ private:
                 return false;
             }
         }
+        value = JsonValue(std::span<const Member>(members));
+        if (members.size() < 2) {
+            return true;
+        }
         const auto isBefore = [](const Member& one, const Member& other) { return one.name < other.name; };
         std::sort(members.begin(), members.end(), isBefore);
-        value = JsonValue(std::span<const Member>(members));
         return std::adjacent_find(members.begin(), members.end(), [](const Member& one, const Member& other) {
                    return one.name == other.name;
                }) == members.end();
@@ -186,7 +189,7 @@ const JsonValue& JsonDocument::Root() const noexcept {
     return parts_->root;
 }
 
-const JsonValue& JsonDocument::Read(const std::string& text, const std::string& expected, JsonComments comments) {
+const JsonValue& JsonDocument::Read(const std::string& text, const char* expected, JsonComments comments) {
     Parts& parts = *parts_;
     parts.memory.release();
     Builder builder(parts.memory);

@@ -12,7 +12,7 @@ namespace {
 constexpr size_t kPieceBytes = 4096;
 constexpr size_t kMegabyte = size_t{1024} * 1024;
 
-[[noreturn]] void RefuseLength(const std::string& what, size_t mostBytes, const std::string& expected,
+[[noreturn]] void RefuseLength(const std::string& what, size_t mostBytes, std::string_view expected,
                                const std::string& where = {}) {
     const size_t megabytes = mostBytes / kMegabyte;
     Refuse(where, what + " of more than " + (megabytes == 1 ? "a megabyte" : std::to_string(megabytes) + " megabytes"),
@@ -21,7 +21,7 @@ constexpr size_t kMegabyte = size_t{1024} * 1024;
 
 }  // namespace
 
-bool ReadLine(std::istream& input, std::string& line, const std::string& expected, size_t mostBytes) {
+bool ReadLine(std::istream& input, std::string& line, const char* expected, size_t mostBytes) {
     line.clear();
     for (std::array<char, kPieceBytes> piece;;) {
         input.getline(piece.data(), piece.size());
