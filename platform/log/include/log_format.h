@@ -89,6 +89,18 @@ constexpr bool Accepts(Conversion conversion) {
     }
 }
 
+/// An argument as the one type that stands for all of its kind.
+template <class T>
+constexpr auto Widened(const T& value) {
+    if constexpr (std::is_integral_v<T>) {
+        return static_cast<int64_t>(value);
+    } else if constexpr (std::is_floating_point_v<T>) {
+        return static_cast<double>(value);
+    } else {
+        return static_cast<const char*>(value);
+    }
+}
+
 /// Reached only while a wrong format is being compiled: not constant on purpose.
 inline void FormatDoesNotMatchItsArguments() {}
 
@@ -135,14 +147,22 @@ public:
     /// For Device::Install: what its log wants from now on.
     static void SetLeastLevel(LogLevel level) noexcept { leastLevel_.store(level, std::memory_order_relaxed); }
 
-    template <class... Args>
-    static void Print(const LogSite& site, LogFormat<std::type_identity_t<Args>...> format, const Args&... args) {
-        const std::array<LogArgument, sizeof...(Args)> arguments = {LogArgument(args)...};
-        Write(site, format.Text(), arguments);
+    template <uint32_t kDomain, const auto& kTag, class... Args>
+    static void Print(LogLevel level, const char* file, const char* function, int line,
+                      LogFormat<std::type_identity_t<Args>...> format, const Args&... args) {
+        PrintLine<kDomain, kTag>(format.Text().data(), level, file, function, line, LogDetail::Widened(args)...);
     }
 
 private:
     static std::atomic<LogLevel> leastLevel_;
+
+    /// Not inline, and one for many lists of types: a place that logs is the size of a call.
+    template <uint32_t kDomain, const auto& kTag, class... Args>
+    [[gnu::noinline]] static void PrintLine(const char* format, LogLevel level, const char* file, const char* function,
+                                            int line, Args... args) {
+        const std::array<LogArgument, sizeof...(Args)> arguments = {LogArgument(args)...};
+        Write({level, kDomain, kTag, file, function, line}, format, arguments);
+    }
 
     static void Write(const LogSite& site, std::string_view format, std::span<const LogArgument> arguments);
 };
@@ -152,12 +172,12 @@ private:
 /// A line of a level, domain and tag. The format is a literal with the marks `%{public}d`, `u`, `ld`, `lu`, `f`, `s`,
 /// checked against the arguments by the compiler; file, function and line of the prefix come from the macro. No
 /// argument is evaluated when the level is not wanted.
-#define PLATFORM_LOG(level, domain, tag, ...)                                                                     \
-    do {                                                                                                          \
-        if (::TARN::Log::IsLoggable(level)) {                                                                     \
-            ::TARN::Log::Print({level, domain, tag, __FILE_NAME__, static_cast<const char*>(__func__), __LINE__}, \
-                               __VA_ARGS__);                                                                      \
-        }                                                                                                         \
+#define PLATFORM_LOG(level, domain, tag, ...)                                                                   \
+    do {                                                                                                        \
+        if (::TARN::Log::IsLoggable(level)) {                                                                   \
+            ::TARN::Log::Print<domain, tag>(level, __FILE_NAME__, static_cast<const char*>(__func__), __LINE__, \
+                                            __VA_ARGS__);                                                       \
+        }                                                                                                       \
     } while (false)
 
 #endif  // PLATFORM_LOG_FORMAT_H
