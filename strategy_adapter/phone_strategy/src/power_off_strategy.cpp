@@ -360,11 +360,12 @@ bool PowerOffStrategy::IsAirPlaneMode() const {
 }
 
 bool PowerOffStrategy::SavePowerOffRecord() const {
-    const nlohmann::json record = {{"wifi_off", static_cast<int32_t>(wifiStatus_)},
-                                   {"modem_off", static_cast<int32_t>(modemStatus_)},
-                                   {"cellular_data_off", static_cast<int32_t>(cellularDataStatus_)},
-                                   {"bluetooth_off", static_cast<int32_t>(bluetoothStatus_)}};
-    if (!JsonUtils::DumpJsonValueToFile(record, kRecordPath)) {
+    nlohmann::json::object_t record;  // by hand: what makes JSON of a list in braces is larger than this strategy
+    record.emplace("wifi_off", static_cast<int32_t>(wifiStatus_));
+    record.emplace("modem_off", static_cast<int32_t>(modemStatus_));
+    record.emplace("cellular_data_off", static_cast<int32_t>(cellularDataStatus_));
+    record.emplace("bluetooth_off", static_cast<int32_t>(bluetoothStatus_));
+    if (!JsonUtils::DumpJsonValueToFile(std::move(record), kRecordPath)) {
         STANDBYSERVICE_LOGE("dump power off record failed");
         return false;
     }
@@ -382,13 +383,15 @@ bool PowerOffStrategy::LoadPowerOffRecord() {
          {"modem_off", &modemStatus_},
          {"cellular_data_off", &cellularDataStatus_},
          {"bluetooth_off", &bluetoothStatus_}}};
-    if (!record.is_object()) {
+    const auto* object = record.get_ptr<const nlohmann::json::object_t*>();
+    if (object == nullptr) {
         return true;
     }
     for (const auto& [key, status] : members) {
-        const auto value = record.find(key);
-        if (value != record.end() && value->is_number_integer()) {
-            *status = static_cast<int32_t>(value->get<int64_t>());  // one beyond 32 bits wraps
+        const auto found = object->find(key);
+        const auto* value = found == object->end() ? nullptr : found->second.get_ptr<const int64_t*>();
+        if (value != nullptr) {
+            *status = static_cast<int32_t>(*value);  // one beyond 32 bits wraps
         }
     }
     return true;
