@@ -1,8 +1,9 @@
 #include "freeze_strategy.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
-#include <iterator>
+#include <cstring>
 #include <list>
 #include <string_view>
 #include <unordered_map>
@@ -27,6 +28,21 @@ using SuspendManager::SuspendManagerClient;
 
 constexpr char kConfigName[] = "FREEZE";
 constexpr int32_t kNoPid = -1;
+
+/// Of a name by how it begins and ends: thousands of running processes are looked for among the configured ones.
+struct EndsHash {
+    size_t operator()(std::string_view name) const noexcept {
+        uint64_t head = 0;
+        uint64_t tail = 0;
+        const size_t size = std::min(name.size(), sizeof head);
+        std::memcpy(&head, name.data(), size);
+        std::memcpy(&tail, name.data() + name.size() - size, size);
+        constexpr uint64_t kGoldenRatio = 0x9E37'79B9'7F4A'7C15;
+        uint64_t mixed = (head + name.size()) * kGoldenRatio;
+        mixed = (mixed ^ (mixed >> 32) ^ tail) * kGoldenRatio;
+        return static_cast<size_t>(mixed ^ (mixed >> 32));
+    }
+};
 
 std::set<std::string> ConfiguredProcesses(uint32_t condition) {
     const auto config = StandbyConfigManager::GetInstance();
@@ -190,9 +206,12 @@ ErrCode FreezeStrategy::CreateFreezeInfo() {
     for (const AllowInfo& info : allowInfos) {
         allowProcessNameSet_.insert(info.GetName());
     }
-    std::vector<std::string> names;
-    std::set_difference(defaultNativeProcessSet_.begin(), defaultNativeProcessSet_.end(), allowProcessNameSet_.begin(),
-                        allowProcessNameSet_.end(), std::back_inserter(names));
+    std::vector<const std::string*> names;
+    for (const std::string& name : defaultNativeProcessSet_) {
+        if (allowProcessNameSet_.count(name) == 0) {
+            names.push_back(&name);
+        }
+    }
     STANDBYSERVICE_LOGD("processNameDozeset size is %{public}lu", names.size());
     std::list<SystemProcessInfo> processes;
     if (!AbilityManagerHelper::GetInstance()->GetRunningSystemProcess(processes)) {
@@ -200,27 +219,29 @@ ErrCode FreezeStrategy::CreateFreezeInfo() {
         return PhoneStatus::SYSTEM_PROCESS_UNAVAILABLE;
     }
     STANDBYSERVICE_LOGD("systemProcessInfos size is %{public}lu", processes.size());
-    std::unordered_map<std::string_view, const SystemProcessInfo*> firstOfName;
-    firstOfName.reserve(names.size());
-    for (const std::string& name : names) {
-        firstOfName.emplace(name, nullptr);
+    std::vector<const SystemProcessInfo*> firstOfName(names.size());
+    std::unordered_map<std::string_view, size_t, EndsHash> places;
+    places.reserve(names.size());
+    for (const std::string* name : names) {
+        places.emplace(*name, places.size());
     }
     for (const SystemProcessInfo& process : processes) {
-        const auto wanted = firstOfName.find(process.processName);
-        if (wanted != firstOfName.end() && wanted->second == nullptr) {
-            wanted->second = &process;
+        const auto wanted = places.find(process.processName);
+        if (wanted != places.end() && firstOfName[wanted->second] == nullptr) {
+            firstOfName[wanted->second] = &process;
         }
     }
     freezedNativeProcess_.clear();
-    for (const std::string& name : names) {
-        const SystemProcessInfo* process = firstOfName.at(name);
+    freezedNativeProcess_.reserve(names.size());
+    for (size_t place = 0; place < names.size(); ++place) {
+        const SystemProcessInfo* process = firstOfName[place];
         if (process == nullptr || process->pid == kNoPid) {
-            STANDBYSERVICE_LOGD("%{public}s 's pid is -1", name.c_str());
+            STANDBYSERVICE_LOGD("%{public}s 's pid is -1", names[place]->c_str());
             continue;
         }
         NativeProcessInfo& info = freezedNativeProcess_.emplace_back();
         info.SetPid(process->pid);
-        info.SetProcessName(name);
+        info.SetProcessName(*names[place]);
         info.SetFreeze(false);
     }
     return PhoneStatus::OK;
