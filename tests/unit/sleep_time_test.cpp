@@ -43,6 +43,27 @@ TEST(SleepTime, IsTheLocalTimeOfDayInWholeSeconds) {
     EXPECT_LT(TimeProviderExt::TimestampToDayHour(1'772'409'599'999), 24.0F) << "the last second stays below midnight";
 }
 
+TEST(SleepTime, IsTheSameForWhoAsksAgainAndAgain) {
+    constexpr int64_t kStepMs = 7'001;
+    DayHourMemory memory;
+    const auto compare = [&memory](const char* zone, int64_t fromMs, int64_t toMs) {
+        Replay::TimeZone(zone).Use();
+        for (int64_t ms = fromMs; ms <= toMs; ms += kStepMs) {
+            ASSERT_EQ(memory.At(ms), TimeProviderExt::TimestampToDayHour(ms)) << zone << " at " << ms;
+        }
+    };
+    compare("Europe/Berlin", 1'774'742'000'000, 1'774'750'000'000);  // the clocks go forward
+    compare("Europe/Berlin", 1'792'886'000'000, 1'792'896'000'000);  // and back
+    compare("Europe/Berlin", 1'774'742'000'000, 1'774'743'000'000);
+    compare("CST6CDT,M3.2.0/2:13:07,M11.1.0", 1'772'957'000'000, 1'772'960'000'000);  // within a quarter
+    compare("<+0053>-0:53:28", 1'772'320'000'000, 1'772'408'000'000);                 // midnight within one
+    compare("UTC", -20'000'000, 20'000'000);
+    for (const char* zone : {"UTC", "Asia/Kathmandu", "UTC", "Europe/Berlin", "America/Chicago", "Pacific/Auckland"}) {
+        compare(zone, 1'782'000'000'000, 1'782'000'020'000);  // the zone changes, the quarter is the same
+    }
+    Replay::TimeZone("UTC").Use();
+}
+
 TEST(SleepTime, ClocksAreThoseOfTheTimeServiceEvenWhenItFails) {
     TestPhone phone;
     phone.Run(1500);

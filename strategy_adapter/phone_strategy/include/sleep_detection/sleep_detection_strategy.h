@@ -11,6 +11,7 @@
 #include "phone_standby_status.h"
 #include "sleep_data_collecter.h"
 #include "sleep_data_record.h"
+#include "time_provider_ext.h"
 #include "user_sleep_predict.h"
 
 namespace TARN::DevStandbyMgr {
@@ -67,6 +68,7 @@ private:
     int64_t wakeupTime_ = -1;
     SleepDataRecord lastSleepData_;
     SleepDataRecord curSleepData_;
+    DayHourMemory dayHour_;
     std::shared_ptr<SleepDataCollecter> sleepDataCollecter_;
     std::shared_ptr<UserSleepPredict> userSleepPredict_;
     std::shared_ptr<AppExecFwk::EventHandler> handler_;

@@ -22,6 +22,32 @@ public:
     [[nodiscard]] static int64_t GetBootTimeNs();
 };
 
+/// TimeProviderExt::TimestampToDayHour for one who asks every few seconds, where what libc does for a local time is
+/// most of the work: how a quarter of an hour begins is remembered, until it is over or the zone changes. Should the
+/// new zone have the names and the standard time of the old one, its other summer time counts from the next quarter on.
+class DayHourMemory {
+public:
+    [[nodiscard]] float At(int64_t timestampMs);
+
+private:
+    /// By what libc tells a zone from another.
+    struct Zone {
+        [[nodiscard]] static Zone Current();
+        bool operator==(const Zone&) const = default;
+
+        long westOfUtc = 0;
+        const char* name = nullptr;  // libc keeps one text for each name
+        const char* summerName = nullptr;
+    };
+
+    void Remember(int64_t timestampMs);
+
+    int64_t beginMs_ = 0;
+    int64_t endMs_ = 0;
+    int32_t beginSecond_ = 0;  ///< of the day
+    Zone zone_;
+};
+
 }  // namespace TARN::DevStandbyMgr
 
 #endif  // SLEEP_DETECTION_TIME_PROVIDER_EXT_H

@@ -15,7 +15,6 @@
 #include "standby_constants.h"
 #include "standby_service_impl.h"
 #include "standby_service_log.h"
-#include "time_provider_ext.h"
 
 namespace TARN::DevStandbyMgr {
 
@@ -167,7 +166,7 @@ bool SleepDetectionStrategy::IsMeetDataCollectCondition() {
     if (g_isDebugOn) {
         return true;
     }
-    const float hour = TimeProviderExt::TimestampToDayHour(nowMs);
+    const float hour = dayHour_.At(nowMs);
     if (hour >= kNightBeginHour || hour < kNightEndHour) {
         return true;
     }

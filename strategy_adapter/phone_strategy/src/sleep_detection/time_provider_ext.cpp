@@ -14,6 +14,12 @@ using MiscServices::TimeServiceClient;
 constexpr int64_t kMsPerSecond = 1000;
 constexpr int32_t kSecondsPerMinute = 60;
 constexpr int32_t kSecondsPerHour = 3600;
+constexpr int64_t kQuarterMs = 900'000;
+constexpr int64_t kLatestMs = 253'402'300'800'000;  // the year 10000; libc does not know all that comes later
+
+float DayHour(int32_t hour, int32_t minute, int32_t second) {
+    return static_cast<float>(hour) + static_cast<float>(minute) / 60.0F + static_cast<float>(second) / 3600.0F;
+}
 
 }  // namespace
 
@@ -24,8 +30,7 @@ float TimeProviderExt::TimestampToDayHour(int64_t timestampMs) {
         STANDBYSERVICE_LOGE("localtime_r failed, can not get valid local time");
         return -1.0F;
     }
-    return static_cast<float>(local.tm_hour) + static_cast<float>(local.tm_min) / 60.0F +
-           static_cast<float>(local.tm_sec) / 3600.0F;
+    return DayHour(local.tm_hour, local.tm_min, local.tm_sec);
 }
 
 int32_t TimeProviderExt::TimestampToDaySecond(int64_t timestampMs) {
@@ -44,6 +49,35 @@ int64_t TimeProviderExt::GetCurMsecTimestamp() {
 
 int64_t TimeProviderExt::GetBootTimeNs() {
     return TimeServiceClient::GetInstance()->GetBootTimeNs();
+}
+
+DayHourMemory::Zone DayHourMemory::Zone::Current() {
+    return {timezone, tzname[0], tzname[1]};
+}
+
+float DayHourMemory::At(int64_t timestampMs) {
+    if (timestampMs < beginMs_ || timestampMs >= endMs_ || Zone::Current() != zone_) {
+        Remember(timestampMs);
+        return TimeProviderExt::TimestampToDayHour(timestampMs);
+    }
+    const int32_t second = beginSecond_ + static_cast<int32_t>((timestampMs - beginMs_) / kMsPerSecond);
+    return DayHour(second / kSecondsPerHour, second / kSecondsPerMinute % kSecondsPerMinute,
+                   second % kSecondsPerMinute);
+}
+
+/// A quarter in which the local clock jumps, or begins another day, is not remembered.
+void DayHourMemory::Remember(int64_t timestampMs) {
+    endMs_ = beginMs_;
+    if (timestampMs < 0 || timestampMs >= kLatestMs) {
+        return;
+    }
+    beginMs_ = timestampMs - timestampMs % kQuarterMs;
+    beginSecond_ = TimeProviderExt::TimestampToDaySecond(beginMs_);
+    const int64_t lastMs = beginMs_ + kQuarterMs - kMsPerSecond;
+    const bool isEven =
+        TimeProviderExt::TimestampToDaySecond(lastMs) - beginSecond_ == (lastMs - beginMs_) / kMsPerSecond;
+    endMs_ = isEven ? beginMs_ + kQuarterMs : beginMs_;
+    zone_ = Zone::Current();
 }
 
 }  // namespace TARN::DevStandbyMgr
