@@ -18,10 +18,11 @@ public:
     explicit OwnedTasks(std::shared_ptr<AppExecFwk::EventHandler> handler) : handler_(std::move(handler)) {}
 
     /// Posts a task in place of a waiting one of that name. A handler that takes no more is a line in the log.
-    void Post(AppExecFwk::EventHandler::Callback task, const std::string& name, int64_t delayMs) {
+    template <class Work>
+    void Post(Work task, const std::string& name, int64_t delayMs) {
         handler_->RemoveTask(name);
         const bool isPosted = handler_->PostTask(
-            [owner = std::weak_ptr<bool>(life_), task = std::move(task)] {
+            [owner = std::weak_ptr<bool>(life_), task = std::move(task)]() mutable {
                 if (!owner.expired()) {
                     task();
                 }

@@ -74,7 +74,7 @@ public:
     void UnInit();
 
     /// Queues a message for delivery to all strategies, after the work that runs now. Any thread.
-    void DispatchEvent(const StandbyMessage& message);
+    void DispatchEvent(StandbyMessage message);
 
     /// Has every strategy append what it has to say to the dump words. In automatic mode the service tells its own part
     /// first, to the words that ask for every detail: state and phase, what would hold them back, what is frozen and

@@ -152,14 +152,15 @@ void StandbyServiceImpl::UnInit() {
     isRefreshWaiting_ = false;
 }
 
-void StandbyServiceImpl::DispatchEvent(const StandbyMessage& message) {
-    const bool isPosted = handler_->PostTask([service = weak_from_this(), message] {
+void StandbyServiceImpl::DispatchEvent(StandbyMessage message) {
+    const int32_t eventId = message.eventId;
+    const bool isPosted = handler_->PostTask([service = weak_from_this(), message = std::move(message)] {
         if (const auto running = service.lock()) {
             running->Deliver(message);
         }
     });
     if (!isPosted) {
-        STANDBYSERVICE_LOGE("message %{public}d could not be queued", message.eventId);
+        STANDBYSERVICE_LOGE("message %{public}d could not be queued", eventId);
     }
 }
 

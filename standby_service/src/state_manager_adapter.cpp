@@ -20,9 +20,9 @@ namespace {
 
 using EventFwk::CommonEventSupport;
 
-constexpr char kStepTask[] = "standby_state_step_task";
-constexpr char kPhaseTask[] = "standby_phase_task";
-constexpr char kHalfHourTask[] = "standby_screen_off_half_hour_task";
+const std::string g_stepTask = "standby_state_step_task";
+const std::string g_phaseTask = "standby_phase_task";
+const std::string g_halfHourTask = "standby_screen_off_half_hour_task";
 
 const StandbyPolicy& Policy() {
     return StandbyServiceImpl::GetInstance()->GetConfigManager()->Config().policy;
@@ -114,7 +114,7 @@ void StateManagerAdapter::HandleEvent(const StandbyMessage& message) {
 void StateManagerAdapter::OnScreenOn() {
     isScreenOn_ = isScreenKnown_ = true;
     screenOffTimeStamp_ = 0;
-    tasks_->Remove(kHalfHourTask);
+    tasks_->Remove(g_halfHourTask);
     OnScreenOffHalfHour(false, false);
     static_cast<void>(TransitToState(StandbyState::WORKING));
 }
@@ -123,7 +123,7 @@ void StateManagerAdapter::OnScreenOff() {
     isScreenKnown_ = true;
     if (std::exchange(isScreenOn_, false)) {
         screenOffTimeStamp_ = NowMs();
-        tasks_->Post([this] { OnScreenOffHalfHour(true, false); }, kHalfHourTask,
+        tasks_->Post([this] { OnScreenOffHalfHour(true, false); }, g_halfHourTask,
                      Policy().halfHourSeconds * kMsPerSecond);
     }
     if (curState_ == StandbyState::WORKING && !isBlocked_) {
@@ -208,7 +208,7 @@ void StateManagerAdapter::ScheduleStep() {
     }
     RemoveSteps();
     if (const std::optional<int64_t> delayMs = StepDelayMs()) {
-        tasks_->Post([this] { OnStepOver(); }, kStepTask, *delayMs);
+        tasks_->Post([this] { OnStepOver(); }, g_stepTask, *delayMs);
     }
     if (curState_ == StandbyState::SLEEP) {
         SchedulePhase();  // after the maintenance: of two that are due at one time that comes first
@@ -261,7 +261,7 @@ void StateManagerAdapter::TakeStep() {
 
 void StateManagerAdapter::SchedulePhase() {
     if (curPhase_ < StandbyPhase::DEEP) {
-        tasks_->Post([this] { OnPhaseOver(); }, kPhaseTask, Policy().phaseEverySeconds * kMsPerSecond);
+        tasks_->Post([this] { OnPhaseOver(); }, g_phaseTask, Policy().phaseEverySeconds * kMsPerSecond);
     }
 }
 
@@ -271,8 +271,8 @@ void StateManagerAdapter::OnPhaseOver() {
 }
 
 void StateManagerAdapter::RemoveSteps() {
-    tasks_->Remove(kStepTask);
-    tasks_->Remove(kPhaseTask);
+    tasks_->Remove(g_stepTask);
+    tasks_->Remove(g_phaseTask);
 }
 
 void StateManagerAdapter::StartEvalCurrentState() {
@@ -294,7 +294,7 @@ void StateManagerAdapter::EndEvalCurrentState(bool evalResult) {
 void StateManagerAdapter::StopEvalution() {
     if (tasks_ != nullptr) {
         RemoveSteps();
-        tasks_->Remove(kHalfHourTask);
+        tasks_->Remove(g_halfHourTask);
     }
 }
 
@@ -354,7 +354,7 @@ void StateManagerAdapter::StepByHand() {
     }
     const Because because(*this, StateCause::ASKED);
     if (curState_ == StandbyState::SLEEP && curPhase_ < StandbyPhase::DEEP) {
-        tasks_->Remove(kPhaseTask);
+        tasks_->Remove(g_phaseTask);
         OnPhaseOver();
     } else {
         TakeStep();

@@ -55,7 +55,7 @@ public:
     }
 
 protected:
-    using Work = std::function<void()>;
+    using Work = AppExecFwk::EventHandler::Callback;
 
     void Start() {
         thread_ = std::thread([this] {
@@ -71,7 +71,7 @@ protected:
                 if (work) {
                     work();
                 }
-                work = nullptr;
+                work = Work();
                 {
                     const std::lock_guard lock(mutex);
                     running = nullptr;

@@ -10,6 +10,8 @@
 #include <unordered_map>
 #include <vector>
 
+#include "task.h"
+
 namespace TARN::Simulated {
 
 /// The clock and the queue of a simulated phone, in one.
@@ -19,7 +21,7 @@ namespace TARN::Simulated {
 /// thread; one thread runs it.
 class VirtualTime {
 public:
-    using Work = std::function<void()>;
+    using Work = AppExecFwk::Task;
     /// Names one piece of waiting work.
     struct Ticket {
         uint32_t slot;
@@ -32,7 +34,7 @@ public:
 
     /// Queues work behind what already waits for `dueMs`. A due time in the past means now. `owner`, if any, is whose
     /// work it is.
-    Ticket Post(int64_t dueMs, Work work, std::string_view name = {}, const void* owner = nullptr);
+    Ticket Post(int64_t dueMs, Work&& work, std::string_view name = {}, const void* owner = nullptr);
 
     /// Drops one piece of waiting work; false when it is not waiting (any more).
     bool Cancel(const Ticket& ticket);
@@ -94,6 +96,7 @@ private:
     void Raise(size_t at, const Place& place);
     void Sink(size_t at, const Place& place);
     uint32_t FreeSlot();
+    Names::value_type* FindName(std::string_view name);
     void JoinName(uint32_t slot, std::string_view name);
     void LeaveName(Slot& slot);
 
@@ -104,6 +107,7 @@ private:
     std::vector<Slot> slots_;
     uint32_t firstFree_ = kNone;
     Names names_;
+    Names::value_type* latestName_ = nullptr;  ///< that was looked for
 };
 
 }  // namespace TARN::Simulated

@@ -10,7 +10,9 @@ int32_t SensorHub::Show(std::string_view operation, int32_t sensorTypeId, int32_
     core_.Show(
         operation,
         [sensorTypeId] {
-            return nlohmann::ordered_json{{"sensor", sensorTypeId}};
+            nlohmann::ordered_json arguments = nlohmann::ordered_json::object();
+            arguments.emplace("sensor", sensorTypeId);  // one by one: a list in braces is copied
+            return arguments;
         },
         code);
     return code;

@@ -11,7 +11,7 @@ constexpr size_t kChildren = 4;  // a shallow heap: fewer moves for each piece o
 
 }  // namespace
 
-VirtualTime::Ticket VirtualTime::Post(int64_t dueMs, Work work, std::string_view name, const void* owner) {
+VirtualTime::Ticket VirtualTime::Post(int64_t dueMs, Work&& work, std::string_view name, const void* owner) {
     const std::lock_guard lock(mutex_);
     const uint32_t index = FreeSlot();
     Slot& slot = slots_[index];
@@ -42,11 +42,15 @@ void VirtualTime::CancelNamed(std::string_view name, const void* owner) {
     Work dropped;  // mostly there is one, and then nothing is allocated
     std::vector<Work> others;
     const std::lock_guard lock(mutex_);
-    const auto named = names_.find(name);
-    for (uint32_t index = named == names_.end() ? kNone : named->second; index != kNone;) {
+    const Names::value_type* named = FindName(name);
+    for (uint32_t index = named == nullptr ? kNone : named->second; index != kNone;) {
         const uint32_t next = slots_[index].next;
         if (slots_[index].owner == owner) {
-            (dropped ? others.emplace_back() : dropped) = Take(index);
+            if (dropped) {
+                others.push_back(Take(index));
+            } else {
+                dropped = Take(index);
+            }
         }
         index = next;
     }
@@ -68,6 +72,7 @@ void VirtualTime::Clear() {
     dropped.swap(slots_);
     heap_.clear();
     names_.clear();
+    latestName_ = nullptr;
     firstFree_ = kNone;
 }
 
@@ -84,15 +89,13 @@ void VirtualTime::RunThrough(int64_t ms) {
 }
 
 bool VirtualTime::RunNext(int64_t lastDueMs) {
-    Work work;
-    {
-        const std::lock_guard lock(mutex_);
-        if (heap_.empty() || heap_.front().dueMs > lastDueMs) {
-            return false;
-        }
-        nowMs_.store(heap_.front().dueMs, std::memory_order_relaxed);
-        work = Take(heap_.front().slot);
+    std::unique_lock lock(mutex_);
+    if (heap_.empty() || heap_.front().dueMs > lastDueMs) {
+        return false;
     }
+    nowMs_.store(heap_.front().dueMs, std::memory_order_relaxed);
+    Work work = Take(heap_.front().slot);
+    lock.unlock();
     work();
     return true;
 }
@@ -113,7 +116,7 @@ VirtualTime::Work VirtualTime::Take(uint32_t slot) {
             Sink(hole, last);
         }
     }
-    return std::exchange(taken.work, nullptr);
+    return std::move(taken.work);
 }
 
 void VirtualTime::Put(size_t at, const Place& place) {
@@ -161,12 +164,25 @@ uint32_t VirtualTime::FreeSlot() {
     return std::exchange(firstFree_, slots_[firstFree_].next);
 }
 
-void VirtualTime::JoinName(uint32_t slot, std::string_view name) {
-    auto named = names_.find(name);
-    if (named == names_.end()) {
-        named = names_.emplace(name, kNone).first;
+/// A name that was posted before. Mostly it is the one of the last time: who posts a task anew has just taken the
+/// waiting one back.
+VirtualTime::Names::value_type* VirtualTime::FindName(std::string_view name) {
+    if (latestName_ == nullptr || latestName_->first != name) {
+        const auto named = names_.find(name);
+        if (named == names_.end()) {
+            return nullptr;
+        }
+        latestName_ = &*named;
     }
-    slots_[slot].name = &*named;
+    return latestName_;
+}
+
+void VirtualTime::JoinName(uint32_t slot, std::string_view name) {
+    Names::value_type* named = FindName(name);
+    if (named == nullptr) {
+        named = latestName_ = &*names_.emplace(name, kNone).first;
+    }
+    slots_[slot].name = named;
     slots_[slot].previous = kNone;
     slots_[slot].next = std::exchange(named->second, slot);
     if (slots_[slot].next != kNone) {

@@ -2,8 +2,9 @@
 #define PLATFORM_EVENT_HANDLER_H
 
 #include <cstdint>
-#include <functional>
 #include <string>
+
+#include "task.h"
 
 namespace TARN::AppExecFwk {
 
@@ -11,7 +12,7 @@ namespace TARN::AppExecFwk {
 /// the boot clock: setting the wall clock moves nothing, and the phone's own sleep counts.
 class EventHandler {
 public:
-    using Callback = std::function<void()>;
+    using Callback = Task;
 
     enum class Priority : uint32_t { VIP, IMMEDIATE, HIGH, LOW, IDLE };
 
