@@ -81,14 +81,14 @@ void PlayOne(PlayableTrace trace, const ReplayOptions& options, const Story::Tim
         return;
     }
     if (options.format != Format::TEXT) {
-        Story::NightReader reader;
+        Story::NightReader reader({.leastLog = std::nullopt, .isKept = false});
         trace.Play(player, reader);
         const auto row = Story::RowOf(reader.Result());
         output << (options.format == Format::SUMMARY ? Story::ToJsonLine(row) : Story::ToCsvLine(row)) << '\n';
         return;
     }
     Story::Timeline timeline(output, style);
-    Story::NightReader reader({.leastLog = options.log, .view = &timeline});
+    Story::NightReader reader({.leastLog = options.log, .view = &timeline, .isKept = false});
     trace.Play(player, reader);
 }
 

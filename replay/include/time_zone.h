@@ -29,6 +29,9 @@ public:
     /// How far the local clock is ahead of UTC at a wall clock, milliseconds. The zone must be in use.
     [[nodiscard]] static int64_t OffsetMs(int64_t wallMs);
 
+    /// Whether the local calendar shows one day at two wall clocks. The zone must be in use.
+    [[nodiscard]] static bool IsSameDay(int64_t a, int64_t b);
+
     /// An instant after `from`, up to and including `to`, at which the local clock jumps; nothing where it is as far
     /// ahead at both. The zone must be in use.
     [[nodiscard]] static std::optional<int64_t> FindChange(int64_t from, int64_t to);

@@ -24,9 +24,8 @@ std::optional<int64_t> Milliseconds(const std::string& text) {
 }
 
 int64_t TimeOfDayMs(int64_t t) {
-    const std::string time = TimeZone::Format(t, "%H%M%S");
-    const int64_t digits = std::stoll(time);
-    return digits / 10000 * kHourMs + digits / 100 % 100 * kMinuteMs + digits % 100 * kSecondMs;
+    const int64_t seconds = (t - (t % kSecondMs + kSecondMs) % kSecondMs);
+    return ((seconds + TimeZone::OffsetMs(t)) % kDayMs + kDayMs) % kDayMs;
 }
 
 /// The first moment from `from` on at which the local clock shows so many milliseconds since midnight. On a day on

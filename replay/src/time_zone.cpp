@@ -1,6 +1,8 @@
 #include "time_zone.h"
 
 #include <array>
+#include <atomic>
+#include <cstdint>
 #include <cstdlib>
 #include <ctime>
 #include <fstream>
@@ -55,9 +57,52 @@ std::time_t SecondsOf(int64_t wallMs) {
     return wallMs / kMsPerSecond - (wallMs % kMsPerSecond < 0 ? 1 : 0);
 }
 
-std::tm Local(std::time_t seconds) {
+std::tm AskLocal(std::time_t seconds) {
     std::tm local{};
     localtime_r(&seconds, &local);
+    return local;
+}
+
+/// Counts the zones that were in use.
+std::atomic<uint32_t> zonesUsed = 0;
+
+/// A quarter of an hour, throughout which the local clock goes on in one day without a jump. Who asks for local times
+/// asks for near ones, and what libc does for each is dear.
+struct Quarter {
+    uint32_t zone = 0;
+    std::time_t begin = 0;
+    std::time_t end = 0;
+    std::tm local{};  ///< at the beginning
+};
+
+constexpr std::time_t kQuarter = 900;
+constexpr int kMinute = 60;
+constexpr int kHour = 3600;
+
+Quarter QuarterOf(std::time_t seconds) {
+    Quarter quarter;
+    quarter.zone = zonesUsed;
+    quarter.begin = seconds - (seconds % kQuarter + kQuarter) % kQuarter;
+    quarter.local = AskLocal(quarter.begin);
+    const std::tm last = AskLocal(quarter.begin + kQuarter - 1);
+    const bool isEven = last.tm_gmtoff == quarter.local.tm_gmtoff && last.tm_mday == quarter.local.tm_mday &&
+                        last.tm_zone == quarter.local.tm_zone;
+    quarter.end = quarter.begin + (isEven ? kQuarter : 0);
+    return quarter;
+}
+
+std::tm Local(std::time_t seconds) {
+    thread_local Quarter quarter;
+    if (quarter.zone != zonesUsed || seconds < quarter.begin || seconds >= quarter.end) {
+        quarter = QuarterOf(seconds);
+        return AskLocal(seconds);
+    }
+    std::tm local = quarter.local;
+    const int second =
+        local.tm_hour * kHour + local.tm_min * kMinute + local.tm_sec + static_cast<int>(seconds - quarter.begin);
+    local.tm_hour = second / kHour;
+    local.tm_min = second / kMinute % kMinute;
+    local.tm_sec = second % kMinute;
     return local;
 }
 
@@ -98,6 +143,7 @@ TimeZone::TimeZone(const std::string& name) : name_(name), variable_(name) {
 void TimeZone::Use() const {
     ::setenv("TZ", variable_.c_str(), 1);
     ::tzset();
+    ++zonesUsed;
 }
 
 int64_t TimeZone::ParseLocal(const std::string& text) {
@@ -131,6 +177,12 @@ std::string TimeZone::Format(int64_t wallMs, const char* format) {
 
 int64_t TimeZone::OffsetMs(int64_t wallMs) {
     return static_cast<int64_t>(Local(SecondsOf(wallMs)).tm_gmtoff) * kMsPerSecond;
+}
+
+bool TimeZone::IsSameDay(int64_t a, int64_t b) {
+    const std::tm first = Local(SecondsOf(a));
+    const std::tm second = Local(SecondsOf(b));
+    return first.tm_mday == second.tm_mday && first.tm_mon == second.tm_mon && first.tm_year == second.tm_year;
 }
 
 std::optional<int64_t> TimeZone::FindChange(int64_t from, int64_t to) {

@@ -29,11 +29,7 @@ struct Figures {
 
 [[nodiscard]] Figures Measure(const Night& night);
 
-/// Whether an interval of a lane counts for the lane's figure.
-[[nodiscard]] bool Counts(LaneId lane, const Interval& interval) noexcept;
-
-/// The intervals of a lane that count for its figure: asleep, switched off by the plugin, firewall on, frozen, proxied,
-/// stretched. None for a lane that has no figure.
+/// The intervals of a lane that count for its figure, neighbours joined; of a night that was kept.
 [[nodiscard]] std::vector<Interval> Counted(const Night& night, LaneId lane);
 
 [[nodiscard]] int64_t TotalMs(const std::vector<Interval>& intervals) noexcept;

@@ -3,7 +3,9 @@
 
 #include <array>
 #include <cstdint>
+#include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -92,6 +94,11 @@ struct Night {
     std::vector<App> apps;
     std::vector<AppEvent> appEvents;  ///< in order of time
     Replay::Summary record;           ///< how many messages, calls and log lines
+
+    // What is counted while it is read, since it may be that nothing else of it is kept.
+    std::map<std::string, int64_t> again;  ///< what failed, or was warned of, by its text: how often more than once
+    int64_t kills = 0;
+    std::set<uint32_t> killed;  ///< places in `apps`
 
     [[nodiscard]] const Lane& At(LaneId lane) const { return lanes[static_cast<size_t>(lane)]; }
     [[nodiscard]] Lane& At(LaneId lane) { return lanes[static_cast<size_t>(lane)]; }

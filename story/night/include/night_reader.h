@@ -13,6 +13,10 @@ struct ReadOptions {
     std::optional<LogLevel>
         leastLog;               ///< the least level of the plugin's log that becomes events of its own; nothing: none
     NightView* view = nullptr;  ///< looks on while it is read
+    /// Whether all of the night is kept. Otherwise, so that any length takes the same memory, it is in the end only
+    /// what a summary or a row needs: no events, readings or curves, no values with the events that the view sees, and
+    /// of the lanes what they amount to, and the intervals of sleep.
+    bool isKept = true;
 };
 
 /// Makes a Night of what happens in one run.

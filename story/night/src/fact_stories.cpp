@@ -268,6 +268,19 @@ void DrawCurves(Night& night, int64_t t, const Replay::SetStep& step, bool isSta
     draw(night.stillness, still);
 }
 
+void ForgetCurves(Night& night, int64_t t) {
+    constexpr size_t kFew = 64;
+    constexpr int64_t kLookedAtMs = 5000;  // longer than a snapshot of the detector takes
+    for (std::vector<Sample>* curve : {&night.light, &night.proximity, &night.stillness}) {
+        if (curve->size() > kFew) {
+            // the last one before holds when the look back begins
+            const auto first = std::lower_bound(curve->begin(), curve->end() - 1, t - kLookedAtMs,
+                                                [](const Sample& sample, int64_t time) { return sample.t < time; });
+            curve->erase(curve->begin(), first == curve->begin() ? first : first - 1);
+        }
+    }
+}
+
 std::vector<HeadFact> TellHead(const Replay::Trace& trace) {
     std::vector<HeadFact> head = {{"strategies", StrategiesText(trace.host)}, {"host", HostText(trace.host)}};
     const auto add = [&head](const char* name, std::string text) {

@@ -17,6 +17,8 @@ void TellRestricted(Scribe& scribe, const Replay::SetStep& step);
 
 /// The curves that facts draw: light, proximity, stillness. At the start also those that the trace leaves as usual.
 void DrawCurves(Night& night, int64_t t, const Replay::SetStep& step, bool isStart);
+/// Forgets what of the curves nobody looks back at from `t` on.
+void ForgetCurves(Night& night, int64_t t);
 
 /// Whether there is a strategy that switches Bluetooth off after long screen-offs and in deep standby.
 [[nodiscard]] bool IsPowerOffAlive(const DevStandbyMgr::StandbyConfig& config);

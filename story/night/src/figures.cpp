@@ -5,39 +5,6 @@
 
 namespace TARN::Story {
 
-namespace {
-
-constexpr int64_t kLongStretchS = 600;
-
-/// The most that a lane counted at a time.
-int64_t Most(const Night& night, LaneId lane) {
-    int64_t most = 0;
-    for (const Interval& interval : night.At(lane).Intervals()) {
-        most = std::max(most, interval.number);
-    }
-    return most;
-}
-
-}  // namespace
-
-bool Counts(LaneId lane, const Interval& interval) noexcept {
-    switch (lane) {
-        case LaneId::SLEEP:
-            return interval.value == "asleep";
-        case LaneId::FIREWALL:
-            return interval.value == "on";
-        case LaneId::BLUETOOTH:
-        case LaneId::WIFI:
-        case LaneId::MODEM:
-        case LaneId::FROZEN:
-        case LaneId::LOCKS:
-        case LaneId::TIMERS:
-            return interval.number > 0;
-        default:
-            return false;
-    }
-}
-
 std::vector<Interval> Counted(const Night& night, LaneId lane) {
     std::vector<Interval> counted;
     for (const Interval& interval : night.At(lane).Intervals()) {
@@ -62,27 +29,26 @@ int64_t TotalMs(const std::vector<Interval>& intervals) noexcept {
 }
 
 Figures Measure(const Night& night) {
-    const auto total = [&night](LaneId lane) { return TotalMs(Counted(night, lane)); };
+    const auto tally = [&night](LaneId lane) { return night.At(lane).Tally(lane); };
+    const LaneTally frozen = tally(LaneId::FROZEN);
+    const LaneTally locks = tally(LaneId::LOCKS);
+    const LaneTally timers = tally(LaneId::TIMERS);
     Figures figures;
+    figures.asleepMs = tally(LaneId::SLEEP).TotalMs();
+    figures.bluetoothOffMs = tally(LaneId::BLUETOOTH).TotalMs();
+    figures.wifiOffMs = tally(LaneId::WIFI).TotalMs();
+    figures.modemOffMs = tally(LaneId::MODEM).TotalMs();
+    figures.firewallMs = tally(LaneId::FIREWALL).TotalMs();
+    figures.frozenMs = frozen.TotalMs();
+    figures.mostFrozen = frozen.Most();
+    figures.locksMs = locks.TotalMs();
+    figures.mostProxied = locks.Most();
+    figures.stretchedMs = timers.TotalMs();
+    figures.stretchedLongMs = timers.At600Ms();
+    figures.kills = night.kills;
     std::set<std::string> killed;
-    figures.asleepMs = total(LaneId::SLEEP);
-    figures.bluetoothOffMs = total(LaneId::BLUETOOTH);
-    figures.wifiOffMs = total(LaneId::WIFI);
-    figures.modemOffMs = total(LaneId::MODEM);
-    figures.firewallMs = total(LaneId::FIREWALL);
-    figures.frozenMs = total(LaneId::FROZEN);
-    figures.locksMs = total(LaneId::LOCKS);
-    figures.stretchedMs = total(LaneId::TIMERS);
-    figures.mostFrozen = Most(night, LaneId::FROZEN);
-    figures.mostProxied = Most(night, LaneId::LOCKS);
-    for (const Interval& interval : night.At(LaneId::TIMERS).Intervals()) {
-        figures.stretchedLongMs += interval.number == kLongStretchS ? interval.to - interval.from : 0;
-    }
-    for (const AppEvent& event : night.appEvents) {
-        if (event.aspect == Aspect::CLEAN && event.value == "killed") {
-            ++figures.kills;
-            killed.insert(night.apps[event.app].name);
-        }
+    for (const uint32_t app : night.killed) {
+        killed.insert(night.apps[app].name);
     }
     figures.killed.assign(killed.begin(), killed.end());
     return figures;

@@ -16,7 +16,7 @@ namespace TARN::Story {
 struct NightReader::Storytellers {
     explicit Storytellers(const ReadOptions& options)
         : view(options.view),
-          scribe(night, options.view),
+          scribe(night, options.view, options.isKept),
           phone(scribe),
           sleep(scribe),
           states(scribe),
@@ -49,6 +49,9 @@ struct NightReader::Storytellers {
         }
         sleep.OnFacts(step);
         DrawCurves(night, scribe.Now(), step, isStart);
+        if (!scribe.IsKept()) {
+            ForgetCurves(night, scribe.Now());
+        }
         if (step.host.condition) {
             SetCondition(*step.host.condition);
         }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <unordered_map>
 
 namespace TARN::Story {
 
@@ -205,12 +206,24 @@ std::span<const PluginText> PluginTexts() noexcept {
 }
 
 const PluginText* FindPluginText(std::string_view file, std::string_view line) noexcept {
-    const auto* const first =
-        std::lower_bound(kTexts.begin(), kTexts.end(), file,
-                         [](const PluginText& one, std::string_view name) { return one.file < name; });
-    const auto* const found = std::find_if(
-        first, kTexts.end(), [&](const PluginText& one) { return one.file != file || line.starts_with(one.text); });
-    return found == kTexts.end() || found->file != file ? nullptr : found;
+    using Texts = std::span<const PluginText>;
+    static const std::unordered_map<std::string_view, Texts> kByFile = [] {
+        std::unordered_map<std::string_view, Texts> byFile;
+        for (const auto* first = kTexts.begin(); first != kTexts.end();) {
+            const auto* const last =
+                std::find_if(first, kTexts.end(), [&](const auto& one) { return one.file != first->file; });
+            byFile.emplace(first->file, Texts(first, last));
+            first = last;
+        }
+        return byFile;
+    }();
+    const auto texts = kByFile.find(file);
+    if (texts == kByFile.end()) {
+        return nullptr;
+    }
+    const auto found = std::find_if(texts->second.begin(), texts->second.end(),
+                                    [&](const PluginText& one) { return line.starts_with(one.text); });
+    return found == texts->second.end() ? nullptr : &*found;
 }
 
 }  // namespace TARN::Story

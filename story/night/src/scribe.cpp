@@ -33,6 +33,15 @@ bool IsEffect(const Event& event) {
 
 }  // namespace
 
+Scribe::Scribe(Night& night, NightView* view, bool isKept) : night_(night), view_(view), isKept_(isKept) {
+    for (size_t lane = 0; !isKept && lane < kLanes; ++lane) {
+        const auto id = static_cast<LaneId>(lane);
+        if (id != LaneId::SLEEP) {
+            night_.At(id).CountOnly(id);
+        }
+    }
+}
+
 void Scribe::MoveTo(int64_t t) {
     if (t != now_) {
         Settle();
@@ -95,7 +104,7 @@ void Scribe::JoinScreen() {
 void Scribe::Settle() {
     JoinScreen();
     Join();
-    const auto base = static_cast<Id>(night_.events.size());
+    const Id base = settled_;
     std::vector<Id> settled(pending_.size(), kNoEvent);
     Id next = base;
     for (size_t i = 0; i < pending_.size(); ++i) {
@@ -124,27 +133,35 @@ void Scribe::Settle() {
     }
     for (AppEvent& event : appEvents_) {
         event.event = final(event.event);
-        night_.appEvents.push_back(std::move(event));
+        Count(event);
+        if (isKept_) {
+            night_.appEvents.push_back(std::move(event));
+        }
     }
     for (SleepReading& reading : readings_) {
         reading.event = final(reading.event);
-        night_.readings.push_back(reading);
+        if (isKept_) {
+            night_.readings.push_back(reading);
+        }
     }
     for (Event& event : pending_) {
         if (event.text.empty()) {
             continue;
         }
         event.cause = final(event.cause);
-        const auto index = static_cast<Id>(night_.events.size());
+        const Id index = settled_++;
         if (event.cause == index) {
             event.cause = kNoEvent;
         }
         if (!event.isRepeat) {
             lastEvent_[static_cast<size_t>(event.subject)] = index;
         }
-        night_.events.push_back(std::move(event));
+        Count(event);
         if (view_ != nullptr) {
-            view_->OnEvent(night_, night_.events.back());
+            view_->OnEvent(night_, event);
+        }
+        if (isKept_) {
+            night_.events.push_back(std::move(event));
         }
     }
     pending_.clear();
@@ -153,6 +170,20 @@ void Scribe::Settle() {
     readings_.clear();
     ++instant_;
     SetCause(Cause::NONE);
+}
+
+/// What failed and came again, and warnings that have no words of their own: told once in a timeline, counted here.
+void Scribe::Count(const Event& event) {
+    if (event.isRepeat && (event.subject == Subject::WARNING || event.outcome == Outcome::FAILED)) {
+        ++night_.again[event.text];
+    }
+}
+
+void Scribe::Count(const AppEvent& event) {
+    if (event.aspect == Aspect::CLEAN && event.value == "killed") {
+        ++night_.kills;
+        night_.killed.insert(event.app);
+    }
 }
 
 void Scribe::SetCause(Cause cause, Id event) {
@@ -174,7 +205,7 @@ Scribe::Id Scribe::Write(Subject subject, Outcome outcome, std::string text, std
     event.cause = causeEvent_;
     event.text = std::move(text);
     event.reason = std::move(reason);
-    return static_cast<Id>(night_.events.size() + pending_.size() - 1);
+    return settled_ + static_cast<Id>(pending_.size()) - 1;
 }
 
 Scribe::Id Scribe::WriteNew(Subject subject, Outcome outcome, std::string text, std::string reason) {
@@ -189,7 +220,7 @@ Scribe::Id Scribe::Renew(Id id) {
     At(id).text.clear();
     event.cause = causeEvent_;
     pending_.push_back(std::move(event));
-    return static_cast<Id>(night_.events.size() + pending_.size() - 1);
+    return settled_ + static_cast<Id>(pending_.size()) - 1;
 }
 
 bool Scribe::HasWritten(Subject subject) const {

@@ -19,7 +19,10 @@ public:
     /// An event by its place in the night; provisional until its instant is settled.
     using Id = uint32_t;
 
-    Scribe(Night& night, NightView* view) : night_(night), view_(view) {}
+    Scribe(Night& night, NightView* view, bool isKept);
+
+    /// Whether what is written is kept; otherwise it is shown and counted only.
+    [[nodiscard]] bool IsKept() const noexcept { return isKept_; }
 
     /// Time goes on: what was written of the instant before is settled, and nothing is a cause any more.
     void MoveTo(int64_t t);
@@ -46,7 +49,7 @@ public:
     Id WriteNew(Subject subject, Outcome outcome, std::string text, std::string reason = {});
 
     /// An event that was written in this instant.
-    [[nodiscard]] Event& At(Id id) { return pending_[id - night_.events.size()]; }
+    [[nodiscard]] Event& At(Id id) { return pending_[id - settled_]; }
 
     /// An event of this instant goes on, set off by what is going on now: it stands behind what was written since.
     /// Answers its new place.
@@ -87,9 +90,13 @@ private:
 
     void Join();
     void JoinScreen();
+    void Count(const Event& event);
+    void Count(const AppEvent& event);
 
     Night& night_;
     NightView* view_;
+    bool isKept_;
+    Id settled_ = 0;  ///< how many events are settled
     std::vector<Event> pending_;
     std::vector<LaneChange> laneChanges_;
     std::vector<AppEvent> appEvents_;

@@ -35,9 +35,9 @@ std::vector<Cell> RowOf(const Night& night) {
                              {"end", LocalTime(night.end)},
                              {"duration_s", Seconds(night.end - night.start)}};
     const auto lane = [&](LaneId id, std::string_view seconds, std::string_view times) {
-        const std::vector<Interval> counted = Counted(night, id);
-        row.push_back({seconds, Seconds(TotalMs(counted))});
-        row.push_back({times, static_cast<int64_t>(counted.size())});
+        const LaneTally tally = night.At(id).Tally(id);
+        row.push_back({seconds, Seconds(tally.TotalMs())});
+        row.push_back({times, tally.Times()});
     };
     const Figures figures = Measure(night);
     lane(LaneId::SLEEP, "asleep_s", "asleep_times");

@@ -47,12 +47,12 @@ Intervals Lasting(const Night& night, LaneId lane) {
 
 /// The row of a lane; `more` is said of it besides.
 std::string Tell(const Night& night, LaneId lane, const std::string& more = {}) {
-    const Intervals intervals = Lasting(night, lane);
-    if (intervals.empty()) {
+    const LaneTally tally = night.At(lane).Tally(lane);
+    if (tally.LastingTimes() == 0) {
         return kNothing;
     }
     const Dates dates = night.end - night.start > kDayMs ? Dates::SAID : Dates::UNSAID;
-    return Total(night, TotalMs(intervals)) + ", " + Stretches(intervals, dates) + StillSo(night, lane) +
+    return Total(night, tally.TotalMs()) + ", " + Stretches(tally, dates) + StillSo(night, lane) +
            (more.empty() ? "" : "; " + more);
 }
 
@@ -173,17 +173,9 @@ std::string Killed(const Figures& figures) {
                      Names(figures.killed);
 }
 
-/// What failed and came again, and warnings that have no words of their own: told once in the timeline, counted here.
 std::vector<SummaryLine> Again(const Night& night) {
-    std::map<std::string, int64_t> times;
-    for (const Event& event : night.events) {
-        const bool isComplaint = event.subject == Subject::WARNING || event.outcome == Outcome::FAILED;
-        if (event.isRepeat && isComplaint) {
-            ++times[event.text];
-        }
-    }
     std::vector<SummaryLine> lines;
-    for (const auto& [text, count] : times) {
+    for (const auto& [text, count] : night.again) {
         lines.push_back({lines.empty() ? "again" : "", text + ", " + Times(count) + " more"});
     }
     return lines;

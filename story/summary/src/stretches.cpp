@@ -11,9 +11,6 @@ namespace {
 
 using Replay::TimeZone;
 
-/// More of them are told as a number.
-constexpr size_t kMostListed = 4;
-
 std::string FromTo(const Interval& interval, Dates dates, std::string& day) {
     // Where clock and calendar do not tell the two ends apart, seconds do, or the zone's names.
     const bool isClockChanged = TimeZone::OffsetMs(interval.from) != TimeZone::OffsetMs(interval.to);
@@ -39,11 +36,15 @@ int64_t LongestMs(const Intervals& intervals) {
     return longest;
 }
 
+std::string Many(int64_t times, int64_t longestMs) {
+    return Times(times) + ", the longest " + Duration(longestMs);
+}
+
 }  // namespace
 
 std::string Stretches(const Intervals& intervals, Dates dates) {
-    if (intervals.size() > kMostListed) {
-        return Times(static_cast<int64_t>(intervals.size())) + ", the longest " + Duration(LongestMs(intervals));
+    if (intervals.size() > LaneTally::kMostListed) {
+        return Many(static_cast<int64_t>(intervals.size()), LongestMs(intervals));
     }
     std::string text;
     std::string day;
@@ -51,6 +52,11 @@ std::string Stretches(const Intervals& intervals, Dates dates) {
         text += (text.empty() ? "" : ", ") + FromTo(interval, dates, day);
     }
     return text;
+}
+
+std::string Stretches(const LaneTally& tally, Dates dates) {
+    const Intervals listed = tally.Listed();
+    return listed.empty() ? Many(tally.LastingTimes(), tally.LongestMs()) : Stretches(listed, dates);
 }
 
 }  // namespace TARN::Story

@@ -48,7 +48,7 @@ std::optional<ClockChange> FindClockChange(int64_t from, int64_t to) {
 }
 
 bool AreOfOneDay(int64_t a, int64_t b) {
-    return TimeZone::OffsetMs(a) == TimeZone::OffsetMs(b) && TimeZone::Format(a, "%F") == TimeZone::Format(b, "%F");
+    return TimeZone::OffsetMs(a) == TimeZone::OffsetMs(b) && TimeZone::IsSameDay(a, b);
 }
 
 }  // namespace TARN::Story

@@ -176,7 +176,9 @@ void SleepStory::Conclude(const Verdict& verdict, Scribe::Id event) {
     isJudging_ = false;
     detector_.OnJudged(look_, verdict.isRuledAsleep && !isWakeupNear_, verdict.isAsleep, !activeUse_.empty());
     Event& told = scribe_.At(event);
-    told.values = ValuesOf(verdict);
+    if (scribe_.IsKept()) {
+        told.values = ValuesOf(verdict);
+    }
     detector_.TellNextLook(told, scribe_.Now());
     look_.isRuledAsleep = verdict.isRuledAsleep && !verdict.isOverruled;
     look_.reading.isAsleep = verdict.isAsleep;
