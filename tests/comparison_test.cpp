@@ -184,10 +184,11 @@ Story::Night TwoHours(int64_t asleep, const std::string& state) {
     happens(kStart + 1, Subject::STATE, "stays " + state)->isRepeat = true;
     happens(kStart + 60 * kMinute, Subject::STATE, "changes", state.c_str());
     for (const std::string& name : {std::string("music"), state}) {
-        night.appEvents.push_back({kStart, static_cast<uint32_t>(night.apps.size()), Aspect::CLEAN, "killed", ""});
+        ++night.kills;
+        night.killed.insert(static_cast<uint32_t>(night.apps.size()));
         night.apps.push_back({-1, -1, name, {}});
     }
-    night.appEvents.push_back(night.appEvents.back());  // killed again
+    ++night.kills;  // one is killed again
     return night;
 }
 
