@@ -19,7 +19,7 @@ namespace TARN::Bench {
 class SilentObserver : public Simulated::PhoneObserver {
 public:
     [[nodiscard]] LogLevel LeastLog() const noexcept override { return LogLevel::NONE; }
-    [[nodiscard]] bool WantsCalls() const noexcept override { return false; }
+    [[nodiscard]] bool WantsCall(std::string_view /*operation*/) const noexcept override { return false; }
     void OnLog(const LogLine& /*line*/) override {}
     void OnCall(std::string_view /*operation*/, const nlohmann::ordered_json& /*arguments*/,
                 const nlohmann::ordered_json& /*result*/) override {}

@@ -20,7 +20,7 @@ constexpr int64_t kEveningMs = 1'772'398'800'000;  ///< 2026-03-01 21:00
 class ForgetfulSink : public Replay::SilentSink {
 public:
     [[nodiscard]] LogLevel LeastLog() const noexcept override { return LogLevel::DEBUG; }
-    [[nodiscard]] bool WantsCalls() const noexcept override { return true; }
+    [[nodiscard]] bool WantsCall(std::string_view /*operation*/) const noexcept override { return true; }
     [[nodiscard]] bool WantsReasons() const noexcept override { return true; }
 };
 

@@ -1,6 +1,7 @@
 #include "command_line.h"
 
 #include <algorithm>
+#include <array>
 #include <string_view>
 #include <vector>
 
@@ -61,18 +62,35 @@ Action Print(std::string text) {
     };
 }
 
-/// Throws when the first word is no command.
-void CheckCommand(const CLI::App& app, int argc, const char* const* argv) {
-    const std::string word = argc > 1 ? argv[1] : "-";
-    std::vector<std::string> names;
-    for (const CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; })) {
-        names.push_back(command->get_name());
-    }
-    if (word.starts_with('-') || std::find(names.begin(), names.end(), word) != names.end()) {
+struct Command {
+    std::string_view name;
+    void (*add)(CLI::App& app, Action& action);
+};
+
+constexpr std::array kCommands = {Command{"replay", AddReplay},   Command{"check", AddCheck},
+                                  Command{"dump", AddDump},       Command{"diff", AddDiff},
+                                  Command{"compare", AddCompare}, Command{"why", AddWhy},
+                                  Command{"shell", AddShell},     Command{"new", AddNew},
+                                  Command{"import", AddImport},   Command{"generate", AddGenerate}};
+
+/// Adds the command that the first word names; all of them where it is an option, or missing. Throws when it is
+/// neither.
+void AddCommands(CLI::App& app, Action& action, const std::string& word) {
+    const auto* const named = std::find_if(kCommands.begin(), kCommands.end(),
+                                           [&word](const Command& command) { return command.name == word; });
+    if (named != kCommands.end()) {
+        named->add(app, action);
         return;
     }
-    const std::vector<std::string_view> known(names.begin(), names.end());
-    const std::string_view nearest = DevStandbyMgr::NearestName(known, word);
+    std::vector<std::string_view> names;
+    for (const Command& command : kCommands) {
+        command.add(app, action);
+        names.push_back(command.name);
+    }
+    if (word.starts_with('-')) {
+        return;
+    }
+    const std::string_view nearest = DevStandbyMgr::NearestName(names, word);
     constexpr size_t kLongest = 80;
     throw DevStandbyMgr::InputError("no command " + DevStandbyMgr::Quote(word.substr(0, kLongest)) +
                                     (nearest.empty() ? "" : "; perhaps " + std::string(nearest)) +
@@ -87,10 +105,7 @@ Action ParseCommandLine(int argc, const char* const* argv) {
     app.footer(std::string(kExamples) + kExitStatuses);
     app.set_version_flag("--version", "standby " STANDBY_VERSION, "Print the version and exit");
     app.require_subcommand(0, 1);
-    for (const auto& add :
-         {AddReplay, AddCheck, AddDump, AddDiff, AddCompare, AddWhy, AddShell, AddNew, AddImport, AddGenerate}) {
-        add(app, action);
-    }
+    AddCommands(app, action, argc > 1 ? argv[1] : "-");
     // for whoever installs the program; not in the help
     app.add_option_function<std::string>("--write-manual",
                                          [&](const std::string& folder) {
@@ -101,7 +116,6 @@ Action ParseCommandLine(int argc, const char* const* argv) {
                                          })
         ->group("");
     try {
-        CheckCommand(app, argc, argv);
         app.parse(argc, argv);
     } catch (const CLI::CallForHelp&) {
         return Print(app.help());

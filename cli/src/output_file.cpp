@@ -33,7 +33,7 @@ void RequireStandardInput() {
     }
 }
 
-OutputFile::OutputFile() : buffer_(kPieceBytes), stream_(this) {
+OutputFile::OutputFile() : buffer_(std::make_unique_for_overwrite<char[]>(kPieceBytes)), stream_(this) {
     Discard();
 }
 
@@ -47,7 +47,7 @@ size_t OutputFile::Columns() const {
 }
 
 void OutputFile::Discard() {
-    setp(buffer_.data(), buffer_.data() + buffer_.size());
+    setp(buffer_.get(), buffer_.get() + kPieceBytes);
 }
 
 OutputFile::int_type OutputFile::overflow(int_type next) {
@@ -88,7 +88,7 @@ void OutputFile::Write(size_t bytes) {
         }
     }
     const auto left = static_cast<size_t>(pptr() - end);
-    std::memmove(buffer_.data(), end, left);
+    std::memmove(buffer_.get(), end, left);
     Discard();
     pbump(static_cast<int>(left));
 }

@@ -2,9 +2,9 @@
 #define CLI_OUTPUT_FILE_H
 
 #include <functional>
+#include <memory>
 #include <ostream>
 #include <streambuf>
-#include <vector>
 
 namespace TARN::Cli {
 
@@ -45,7 +45,7 @@ private:
     void WriteLines();
     void Write(size_t bytes);
 
-    std::vector<char> buffer_;
+    std::unique_ptr<char[]> buffer_;
     std::ostream stream_;
     std::function<void()> beforeWriting_;
     int error_ = 0;

@@ -32,8 +32,8 @@ public:
     virtual void OnBegin(const Trace& trace) = 0;
     virtual void OnStep(const Step& step) = 0;  ///< before the step takes effect
     virtual void OnLog(int64_t t, const LogLine& line) = 0;
-    /// Whether calls are wanted; only then OnCall is called.
-    [[nodiscard]] virtual bool WantsCalls() const noexcept { return true; }
+    /// Whether calls of an operation are wanted; only then OnCall is called.
+    [[nodiscard]] virtual bool WantsCall(std::string_view /*operation*/) const noexcept { return true; }
     virtual void OnCall(int64_t t, std::string_view operation, const nlohmann::ordered_json& arguments,
                         const nlohmann::ordered_json& result) = 0;
     virtual void OnDeliver(int64_t t, const DevStandbyMgr::StandbyMessage& message) = 0;

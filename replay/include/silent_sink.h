@@ -13,7 +13,7 @@ namespace TARN::Replay {
 class SilentSink : public RecordSink {
 public:
     [[nodiscard]] LogLevel LeastLog() const noexcept override { return LogLevel::NONE; }
-    [[nodiscard]] bool WantsCalls() const noexcept override { return false; }
+    [[nodiscard]] bool WantsCall(std::string_view /*operation*/) const noexcept override { return false; }
     void OnBegin(const Trace& /*trace*/) override {}
     void OnStep(const Step& /*step*/) override {}
     void OnLog(int64_t /*t*/, const LogLine& /*line*/) override {}

@@ -28,6 +28,18 @@ int64_t TimeOfDayMs(int64_t t) {
     return ((seconds + TimeZone::OffsetMs(t)) % kDayMs + kDayMs) % kDayMs;
 }
 
+/// Whether the local clock goes on evenly between two moments, as far as a look every half hour tells.
+bool IsEven(int64_t from, int64_t to) {
+    constexpr int64_t kLookMs = 30 * kMinuteMs;
+    const int64_t offset = TimeZone::OffsetMs(from);
+    for (int64_t t = from + kLookMs; t <= to; t += kLookMs) {
+        if (TimeZone::OffsetMs(t) != offset) {
+            return false;
+        }
+    }
+    return true;
+}
+
 /// The first moment from `from` on at which the local clock shows so many milliseconds since midnight. On a day on
 /// which the clock is changed it comes earlier or later than a day's length says, twice, or not at all.
 std::optional<int64_t> FirstShown(int64_t wanted, int64_t from) {
@@ -37,6 +49,10 @@ std::optional<int64_t> FirstShown(int64_t wanted, int64_t from) {
     const int64_t wholeFrom = from - (from % kSecondMs + kSecondMs) % kSecondMs;
     for (int day = 0; day < kDays; ++day) {
         const int64_t expected = wholeFrom + sinceFrom + day * kDayMs;
+        if (expected >= from && IsEven(expected - kMostShiftMs, expected + kMostShiftMs) &&
+            TimeOfDayMs(expected) == wanted) {
+            return expected;
+        }
         for (int64_t t = expected - kMostShiftMs; t <= expected + kMostShiftMs; t += kMinuteMs) {
             if (t >= from && TimeOfDayMs(t) == wanted) {
                 return t;

@@ -38,7 +38,9 @@ public:
         sink_.OnLog(Now(), line);
     }
 
-    [[nodiscard]] bool WantsCalls() const noexcept override { return sink_.WantsCalls(); }
+    [[nodiscard]] bool WantsCall(std::string_view operation) const noexcept override {
+        return sink_.WantsCall(operation);
+    }
 
     void OnCall(std::string_view operation, const nlohmann::ordered_json& arguments,
                 const nlohmann::ordered_json& result) override {

@@ -8,6 +8,7 @@
 #include <fstream>
 #include <regex>
 #include <string_view>
+#include <utility>
 
 #include "digits.h"
 #include "json_fields.h"
@@ -93,8 +94,10 @@ Quarter QuarterOf(std::time_t seconds) {
 
 std::tm Local(std::time_t seconds) {
     thread_local Quarter quarter;
+    thread_local std::time_t lastAsked = 0;
     if (quarter.zone != zonesUsed || seconds < quarter.begin || seconds >= quarter.end) {
-        quarter = QuarterOf(seconds);
+        const bool isNear = std::abs(seconds - std::exchange(lastAsked, seconds)) < kQuarter;
+        quarter = isNear ? QuarterOf(seconds) : Quarter();
         return AskLocal(seconds);
     }
     std::tm local = quarter.local;

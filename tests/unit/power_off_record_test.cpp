@@ -248,7 +248,7 @@ public:
 private:
     [[nodiscard]] LogLevel LeastLog() const noexcept override { return LogLevel::NONE; }
     void OnLog(const LogLine& /*line*/) override {}
-    [[nodiscard]] bool WantsCalls() const noexcept override { return false; }
+    [[nodiscard]] bool WantsCall(std::string_view /*operation*/) const noexcept override { return false; }
     void OnCall(std::string_view /*operation*/, const nlohmann::ordered_json& /*arguments*/,
                 const nlohmann::ordered_json& /*result*/) override {}
 };

@@ -21,8 +21,8 @@ public:
     /// A log line of a wanted level was written.
     virtual void OnLog(const LogLine& line) = 0;
 
-    /// Whether calls are wanted; only then they are put together and shown.
-    [[nodiscard]] virtual bool WantsCalls() const noexcept { return true; }
+    /// Whether calls of an operation are wanted; only then they are put together and shown.
+    [[nodiscard]] virtual bool WantsCall(std::string_view /*operation*/) const noexcept { return true; }
 
     /// An operation that changes something was called; `arguments` by name, sets sorted.
     virtual void OnCall(std::string_view operation, const nlohmann::ordered_json& arguments,

@@ -44,7 +44,7 @@ public:
             return;
         }
         calls.fetch_add(1, std::memory_order_relaxed);
-        if (observer.WantsCalls()) {
+        if (observer.WantsCall(operation)) {
             observer.OnCall(operation, arguments(), result);
         }
     }

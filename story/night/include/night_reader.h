@@ -34,6 +34,7 @@ public:
     /// Every level: refusals and their reasons are told from the plugin's log.
     [[nodiscard]] LogLevel LeastLog() const noexcept override { return LogLevel::DEBUG; }
     [[nodiscard]] bool WantsReasons() const noexcept override { return true; }
+    [[nodiscard]] bool WantsCall(std::string_view operation) const noexcept override;
     void OnBegin(const Replay::Trace& trace) override;
     void OnStep(const Replay::Step& step) override;
     void OnLog(int64_t t, const LogLine& line) override;

@@ -15,15 +15,12 @@ std::vector<std::string> Strings(const Json& array) {
     return array.get<std::vector<std::string>>();
 }
 
-/// Operations whose failure the plugin logs as an error, which is told.
+/// Operations of which nothing is told but a failure, and that the plugin logs as an error.
 constexpr std::array<std::string_view, 4> kLogged = {"SensorAgent.ActivateSensor", "SensorAgent.DeactivateSensor",
                                                      "SensorAgent.SubscribeSensor", "SensorAgent.UnsubscribeSensor"};
 
 /// What is told of an operation that nobody has a better story for: only its failure.
 void TellFailure(Scribe& scribe, std::string_view operation, const Json& result) {
-    if (std::find(kLogged.begin(), kLogged.end(), operation) != kLogged.end()) {
-        return;
-    }
     // Creating a timer answers its id, and 0 where there is none.
     const bool isId = operation == "TimedTask.CreateTimer";
     if (isId ? result == 0 : IsFailure(result)) {
@@ -94,10 +91,14 @@ const CallStories::Story* CallStories::Find(std::string_view operation) {
     return found == kStories.end() ? nullptr : found;
 }
 
+bool CallStories::Knows(std::string_view operation) noexcept {
+    return std::find(kLogged.begin(), kLogged.end(), operation) == kLogged.end();
+}
+
 void CallStories::OnCall(std::string_view operation, const Json& arguments, const Json& result) {
     if (const Story* story = Find(operation)) {
         story->tell(*this, arguments, result);
-    } else {
+    } else if (Knows(operation)) {
         TellFailure(scribe_, operation, result);
     }
 }

@@ -22,6 +22,9 @@ public:
           processes_(scribe, phone),
           network_(scribe, phone) {}
 
+    /// Whether there is anything to tell of calls of an operation.
+    [[nodiscard]] static bool Knows(std::string_view operation) noexcept;
+
     void OnCall(std::string_view operation, const Json& arguments, const Json& result);
 
     [[nodiscard]] RadioStory& Radios() noexcept { return radios_; }

@@ -213,6 +213,10 @@ void NightReader::OnDeliver(int64_t t, const DevStandbyMgr::StandbyMessage& mess
     my_->messages.OnDeliver(message);
 }
 
+bool NightReader::WantsCall(std::string_view operation) const noexcept {
+    return CallStories::Knows(operation);
+}
+
 void NightReader::OnReason(int64_t t, const DevStandbyMgr::HostReason& reason) {
     my_->MoveTo(t);
     std::visit([this](const auto& one) { my_->Hear(one); }, reason);
