@@ -189,10 +189,10 @@ private:
     }
 
     void CheckProcesses(const Simulated::FactsChange& phone) {
-        std::map<int32_t, int> seen;
         if (!phone.processes) {
             return;
         }
+        std::map<int32_t, int> seen;
         for (const Simulated::Process& process : *phone.processes) {
             if (++seen[process.pid] == 2) {
                 Add("processes", "two processes have the pid " + std::to_string(process.pid));

@@ -127,6 +127,7 @@ PlayableTrace::PlayableTrace(const std::string& name, const Begin& begin, const 
         begin(reader.Head());
         std::vector<Replay::Step> kept;
         for (auto steps = reader.Next(); !steps.empty(); steps = reader.Next()) {
+            ++lines_;
             std::for_each(steps.begin(), steps.end(), look);
             if (canRewind && kept.size() > kMostKept) {
                 isWhole_ = false;
@@ -145,21 +146,32 @@ PlayableTrace::PlayableTrace(const std::string& name, const Begin& begin, const 
 }
 
 void PlayableTrace::Play(const Replay::PlayOptions& options, Replay::RecordSink& sink) {
+    constexpr char kExpected[] = "a file that stays as it is";
     if (isWhole_) {
         Replay::Play(head_, options, sink);
         return;
     }
-    const auto inInput = [this](const auto& read) { return InInput(*input_, read); };
     std::optional<Replay::TraceReader> reader;
-    inInput([&] {
+    InInput(*input_, [&] {
         if (!input_->Rewind()) {
-            Refuse(input_->Name(), "cannot be read a second time", "a file that stays as it is");
+            Refuse(input_->Name(), "cannot be read a second time", kExpected);
         }
         reader.emplace(input_->Stream(), input_->Name());
     });
+    size_t left = lines_;
+    const auto next = [&]() -> std::span<const Replay::Step> {
+        if (left == 0) {
+            return {};
+        }
+        --left;
+        const std::span<const Replay::Step> steps = reader->Next();
+        if (steps.empty()) {
+            Refuse(input_->Name(), "ends before it did when it was checked", kExpected);
+        }
+        return steps;
+    };
     Replay::Play(
-        head_, [&] { return inInput([&]() -> std::span<const Replay::Step> { return reader->Next(); }); }, options,
-        sink);
+        head_, [&] { return InInput(*input_, next); }, options, sink);
 }
 
 Replay::Trace ReadInput(Input& input, Replay::TraceLines* lines) {

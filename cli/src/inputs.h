@@ -54,8 +54,9 @@ private:
     std::istream stream_;
 };
 
-/// A trace that was read to its end and can be played, however long: the steps of a long one are read again. Nothing of
-/// it but its length, therefore, is found wrong while it is played.
+/// A trace that was read to its end and can be played, however long: the steps of a long one are read again while it is
+/// played. What is wrong with it is found before, unless it changes in between; what was added to it meanwhile is left
+/// out.
 class PlayableTrace {
 public:
     /// Calls `begin` with the trace without its steps, then `look` with each step. Throws InputError for the first
@@ -68,13 +69,14 @@ public:
     [[nodiscard]] const Replay::Trace& Head() const noexcept { return head_; }
     [[nodiscard]] Replay::Trace& Head() noexcept { return head_; }
 
-    /// Plays it. Throws InputError if it is another now.
+    /// Plays it. Throws InputError if it can no longer be read to where it ended.
     void Play(const Replay::PlayOptions& options, Replay::RecordSink& sink);
 
 private:
     std::unique_ptr<Input> input_;
     Replay::Trace head_;
     bool isWhole_ = true;  ///< all steps are kept
+    size_t lines_ = 0;     ///< of steps
 };
 
 /// Reads the trace that an input is, and its lines if they are asked for. Throws InputError.
